@@ -1,0 +1,470 @@
+"""Builds the plug-in with one change, and finds out whether a test notices it.
+
+Everything is taken from the gnu build: its compile and link commands, the objects of all sources
+that a change does not concern, the stand-in. The coverage build says which scenario executes which
+line. The work tree is not touched: a changed source lies in a folder of the job's, which comes first
+where the compiler looks for files.
+"""
+
+import hashlib
+import json
+import os
+import pathlib
+import re
+import shlex
+import shutil
+import signal
+import subprocess
+
+WINE = "/usr/lib/wine/wine64"
+GCOV = "x86_64-w64-mingw32-gcov-posix"
+PLUGIN_FOLDERS = ("assists", "host", "navigation", "script", "settings", "shell")
+# Programs of test cases, by the folder of the build that they lie in. Those that link sources of the
+# plug-in are linked anew with a changed one; the last one loads the file.
+TEST_PROGRAMS = {
+    "plugin_rules_test": "tests_bin",
+    "script_test": "tests_bin",
+    "gesture_handlers_test": "tests_bin",
+    "host_windows_test": "tests_bin",
+    "hook_procedures_test": "tests_bin",
+    "playback_test": "tests_bin",
+    "missing_host_test": "host",
+    "entry_points_test": "host",
+}
+# Tests that play with the file in a way of their own, tried on what nothing else has noticed.
+TEST_SCRIPTS = ("tests/dialogs/dialogs_test.sh", "tests/dialogs/settings_file_test.sh")
+
+
+class Failure(Exception):
+    """Something that a run needs does not work."""
+
+
+def digest(*parts):
+    result = hashlib.sha256()
+    for part in parts:
+        result.update(part if isinstance(part, bytes) else part.encode())
+        result.update(b"\0")
+    return result.hexdigest()
+
+
+def plugin_sources(root):
+    """Sources and headers of the plug-in as the gnu build compiles it, relative to the root."""
+    found = []
+    for folder in PLUGIN_FOLDERS:
+        for path in sorted((root / folder).rglob("*")):
+            if path.suffix in (".cpp", ".h") and "unicode" not in path.parts:
+                found.append(path.relative_to(root).as_posix())
+    return found
+
+
+def scenario_files(root):
+    return sorted(path.relative_to(root).as_posix()
+                  for path in (root / "tests/scenarios").glob("*/*.scn"))
+
+
+def windows_path(path):
+    return "Z:" + str(path).replace("/", "\\")
+
+
+class Wine:
+    """The session that ./dev has begun: programs run in it on the processor that it has."""
+
+    def __init__(self, job=0):
+        lane = 1 if job else int(os.environ.get("KARVEL_LANE", "0"))
+        prefix = os.environ.get("WINEPREFIX", "")
+        if not prefix:
+            raise Failure("there is no Wine session; run it as ./dev mutate")
+        self.environment = dict(os.environ, KARVEL_LANE=str(lane))
+        if lane == 1 and not prefix.endswith("-1"):
+            self.environment["WINEPREFIX"] = prefix + "-1"
+        self.processor = str(lane if lane < (os.cpu_count() or 1) else 0)
+
+    def run(self, arguments, folder, log, longest, **variables):
+        """The exit status; -1 when it took longer than that many seconds."""
+        with open(log, "wb") as output:
+            process = subprocess.Popen(
+                ["taskset", "-c", self.processor, WINE, *arguments], cwd=folder,
+                stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
+                env={**self.environment, **variables})
+            try:
+                return process.wait(longest)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+                return -1
+
+    @staticmethod
+    def end_all_of(folder):
+        """Ends what programs of this folder have left running: a play that goes on for ever outlives
+        the program that has started it."""
+        for entry in pathlib.Path("/proc").iterdir():
+            try:
+                words = (entry / "cmdline").read_bytes() if entry.name.isdigit() else b""
+                if str(folder).replace("/", "\\").encode() in words:
+                    os.kill(int(entry.name), signal.SIGKILL)
+            except OSError:
+                pass  # it has ended by itself
+
+
+def play(wine, root, build, plugin, scenarios, work, longest, stand_in=None, **variables):
+    """Plays the scenarios: status and messages."""
+    listed = work / "files"
+    listed.write_text("".join(name + "\n" for name in scenarios))
+    log = work / "messages"
+    status = wine.run(
+        [str(stand_in or build / "bin/standin.exe"), "play", "--abi", "gnu", "--jobs", "2",
+         "--host-dir", windows_path(build / "host"),
+         "--plugin", windows_path(plugin), "--map", windows_path(plugin.with_suffix(".map")),
+         "--trace", str(work / "trace"), "--files-from", str(listed)],
+        root, log, longest, **variables)
+    return status, log.read_text(errors="replace")
+
+
+class LineMap:
+    """Which scenario executes which lines of the plug-in, kept from run to run. A scenario is played
+    again when it has changed, or a source that it executes; all of them when a header has."""
+
+    def __init__(self, root, work):
+        self.root = root
+        self.file = work / "lines.json"
+        self.work = work / "lines"
+        self.scenarios = {}
+        self.executing = {}  # file -> line -> names of the scenarios
+        self.code_lines = {}  # file -> lines that hold code
+
+    def load(self, wine, say):
+        plugin = {name: digest((self.root / name).read_bytes())
+                  for name in plugin_sources(self.root)}
+        kept = json.loads(self.file.read_text()) if self.file.exists() else {}
+        earlier = kept.get("plugin", {})
+        changed = {name for name in {*plugin, *earlier} if plugin.get(name) != earlier.get(name)}
+        known = kept.get("scenarios", {})
+        if any(name.endswith(".h") for name in changed):
+            known = {}
+        known = {name: entry for name, entry in known.items() if not changed & set(entry["lines"])}
+        code = {name: lines for name, lines in kept.get("code", {}).items() if name not in changed}
+        names = scenario_files(self.root)
+        sums = {name: digest((self.root / name).read_bytes()) for name in names}
+        missing = [name for name in names if known.get(name, {}).get("sum") != sums[name]]
+        self.scenarios = {name: known[name] for name in names if name not in missing}
+        step = 50
+        for first in range(0, len(missing), step):
+            part = missing[first:first + step]
+            say(f"lines of scenarios {first + 1} to {first + len(part)} of {len(missing)}")
+            for name, lines in self.measure(wine, part, code):
+                self.scenarios[name] = {"sum": sums[name], "lines": lines}
+            self.file.write_text(json.dumps(
+                {"plugin": plugin, "scenarios": self.scenarios, "code": code}))
+        for name, entry in self.scenarios.items():
+            for file, lines in entry["lines"].items():
+                of_file = self.executing.setdefault(file, {})
+                for line in lines:
+                    of_file.setdefault(line, set()).add(name)
+        self.code_lines = {file: set(lines) for file, lines in code.items()}
+
+    def measure(self, wine, scenarios, code):
+        build = self.root / "build/coverage"
+        objects = build / "CMakeFiles/KarvelMax.dir"
+        counts = self.work / "counts"
+        shutil.rmtree(self.work, ignore_errors=True)
+        counts.mkdir(parents=True)
+        status, messages = play(
+            wine, self.root, build, build / "plugin/KarvelMax.gup", scenarios, self.work,
+            60 + 10 * len(scenarios),
+            KARVEL_COVERAGE_OF_EACH=str(counts), GCOV_PREFIX_STRIP="99")
+        if status != 0:
+            raise Failure("a scenario fails with the unchanged plug-in:\n" + messages.strip())
+        for notes in objects.rglob("*.gcno"):
+            (self.work / notes.name).symlink_to(notes)
+        for name in scenarios:
+            folder = counts / name.replace("/", "+")
+            if not folder.is_dir():
+                raise Failure(f"{name}: its play has left no counts")
+            yield name, self.read_counts(folder, code)
+
+    def read_counts(self, folder, code):
+        names = []
+        for path in sorted(folder.iterdir()):
+            path.replace(self.work / path.name)
+            names.append(path.name)
+        answer = subprocess.run([GCOV, "--json-format", "--stdout", *names], cwd=self.work,
+                                capture_output=True, text=True, check=True)
+        executed = {}
+        for report in answer.stdout.splitlines():
+            for of_file in json.loads(report)["files"]:
+                path = pathlib.PurePosixPath(of_file["file"].replace("\\", "/"))
+                try:
+                    file = path.relative_to(self.root).as_posix()
+                except ValueError:
+                    continue
+                if file.split("/")[0] not in PLUGIN_FOLDERS:
+                    continue
+                holding = set(code.get(file, []))
+                found = executed.setdefault(file, set())
+                for line in of_file["lines"]:
+                    holding.add(line["line_number"])
+                    if line["count"]:
+                        found.add(line["line_number"])
+                code[file] = sorted(holding)
+        for name in names:
+            (self.work / name).unlink()
+        return {file: sorted(lines) for file, lines in executed.items() if lines}
+
+    def of_lines(self, file, first, last):
+        """The scenarios that execute one of these lines; None when they hold no code."""
+        lines = [line for line in range(first, last + 1) if line in self.code_lines.get(file, ())]
+        if not lines:
+            return None
+        found = set()
+        for line in lines:
+            found |= self.executing.get(file, {}).get(line, set())
+        return found
+
+    def size(self, name):
+        return sum(len(lines) for lines in self.scenarios[name]["lines"].values())
+
+
+class GnuBuild:
+    """The commands of the gnu build."""
+
+    def __init__(self, root):
+        self.root = root
+        self.folder = root / "build/gnu"
+        self.compile_commands = {}  # source -> words
+        self.objects = {}           # source -> object, relative to the folder
+        for entry in json.loads((self.folder / "compile_commands.json").read_text()):
+            words = shlex.split(entry["command"])
+            name = words[words.index("-o") + 1]
+            if name.startswith("CMakeFiles/KarvelMax.dir/"):
+                source = pathlib.Path(entry["file"]).relative_to(root).as_posix()
+                self.compile_commands[source] = words
+                self.objects[source] = name
+        self.links = {"KarvelMax": self.link_words("plugin/KarvelMax.gup")}
+        for program, folder in TEST_PROGRAMS.items():
+            self.links[program] = self.link_words(f"{folder}/{program}.exe")
+        self.headers = self.read_headers()
+        self.pure = set(subprocess.run(
+            ["x86_64-w64-mingw32-ar", "t", "libkarvel_pure.a"], cwd=self.folder,
+            capture_output=True, text=True, check=True).stdout.split())
+
+    def link_words(self, target):
+        commands = subprocess.run(["ninja", "-t", "commands", target], cwd=self.folder,
+                                  capture_output=True, text=True, check=True).stdout
+        last = commands.strip().splitlines()[-1]
+        return [word for word in shlex.split(last) if word not in (":", "&&")]
+
+    def read_headers(self):
+        """Which sources read a header of the plug-in."""
+        result = {}
+        for source, name in self.objects.items():
+            listed = subprocess.run(["ninja", "-t", "deps", name], cwd=self.folder,
+                                    capture_output=True, text=True, check=True).stdout
+            for line in listed.splitlines()[1:]:
+                path = pathlib.Path(os.path.normpath(self.folder / line.strip()))
+                if self.root in path.parents and path.suffix == ".h":
+                    result.setdefault(path.relative_to(self.root).as_posix(), set()).add(source)
+        return result
+
+    def sources_of(self, file):
+        """The sources that have to be compiled when this file changes."""
+        return [file] if file in self.objects else sorted(self.headers.get(file, ()))
+
+    def programs_of(self, sources):
+        """Test programs that the sources are linked into, those that take the least time first."""
+        found = []
+        for program in TEST_PROGRAMS:
+            words = self.links[program]
+            for source in sources:
+                leaf = source.rsplit("/", 1)[-1] + ".obj"
+                linked = any(word.endswith("/" + source + ".obj") for word in words)
+                if linked or (leaf in self.pure and "libkarvel_pure.a" in words):
+                    found.append(program)
+                    break
+        return found
+
+    def compile(self, source, overlay, target):
+        """The object of a source, with the files in the overlay instead of the tree's own. None when
+        it does not compile. Warnings are not asked for: they would only take changes out."""
+        words = []
+        skip = False
+        for word in self.compile_commands[source]:
+            if skip or word in ("-Werror", "-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-g1"):
+                skip = False
+                continue
+            if word == "-o":
+                skip = True
+                continue
+            if word == str(self.root / source) and overlay and (overlay / source).exists():
+                word = str(overlay / source)
+            words.append(word)
+        if overlay:
+            words.insert(1, f"-I{overlay}")
+        target.parent.mkdir(parents=True, exist_ok=True)
+        answer = subprocess.run([*words, "-w", "-o", str(target)], cwd=self.folder,
+                                capture_output=True, text=True, check=False)
+        return target.read_bytes() if answer.returncode == 0 else None
+
+    def link(self, name, changed, target):
+        """Links a file of the build with changed objects (source -> object) instead of its own."""
+        words = []
+        placed = set()
+        for word in self.links[name]:
+            for source, made in changed.items():
+                if word.endswith("/" + source + ".obj"):
+                    word = str(made)
+                    placed.add(source)
+            if word == "libkarvel_pure.a":
+                # Before the library: what is there already is not taken out of it.
+                words += [str(made) for source, made in changed.items()
+                          if source not in placed and
+                          source.rsplit("/", 1)[-1] + ".obj" in self.pure]
+            if word.startswith("-Wl,-Map,"):
+                word = f"-Wl,-Map,{target.with_suffix('.map')}"
+            if word.startswith("-Wl,--out-implib,"):
+                continue
+            words.append(word)
+        at = words.index("-o") + 1
+        words[at] = str(target)
+        answer = subprocess.run([*words, "-Wl,--strip-debug"], cwd=self.folder,
+                                capture_output=True, text=True, check=False)
+        return answer.returncode == 0
+
+
+class Job:
+    """One worker with its folder: a build beside the gnu build, in which the plug-in is its own."""
+
+    def __init__(self, number, build, lines, work):
+        self.build = build
+        self.root = build.root
+        self.lines = lines
+        self.wine = Wine(number)
+        self.base = work / "base"
+        self.folder = work / f"job-{number}"
+        shutil.rmtree(self.folder, ignore_errors=True)
+        (self.folder / "build/plugin").mkdir(parents=True)
+        (self.folder / "build/tests_bin").mkdir()
+        (self.folder / "build/bin").symlink_to(build.folder / "bin")
+        # A folder of its own: programs that lie beside the host's DLLs are linked anew too.
+        (self.folder / "build/host").mkdir()
+        for path in (build.folder / "host").iterdir():
+            (self.folder / "build/host" / path.name).symlink_to(path)
+        self.plugin = self.folder / "build/plugin/KarvelMax.gup"
+
+    def base_object(self, source):
+        """The object of an unchanged source, compiled as the changed ones are."""
+        key = digest(*(name + (self.root / name).read_text()
+                       for name in (source, *sorted(self.build.headers))))
+        target = self.base / key[:24] / (source + ".obj")
+        if not target.exists():
+            partial = self.folder / "base.obj"
+            if self.build.compile(source, None, partial) is None:
+                raise Failure(f"{source} does not compile unchanged")
+            target.parent.mkdir(parents=True, exist_ok=True)
+            partial.replace(target)
+        return target.read_bytes()
+
+    def try_build(self, mutant, source_text, sources):
+        """Compiles the sources: (why it does not count, None), or (None, changed objects)."""
+        overlay = self.folder / "overlay"
+        shutil.rmtree(overlay, ignore_errors=True)
+        changed_file = overlay / mutant.file
+        changed_file.parent.mkdir(parents=True)
+        changed_file.write_text(mutant.apply(source_text))
+        changed = {}
+        for source in sources:
+            target = self.folder / "objects" / (source + ".obj")
+            made = self.build.compile(source, overlay, target)
+            if made is None:
+                return "does not compile", None
+            if made != self.base_object(source):
+                changed[source] = target
+        if not changed:
+            return "same code", None
+        if not self.build.link("KarvelMax", changed, self.plugin):
+            return "does not link", None
+        return None, changed
+
+    def noticed_by(self, mutant, changed, order, limit):
+        """The first test that notices the change that has been built, and the scenarios that did
+        not. With a limit only so many scenarios are played. Without a limit, no test at all means
+        that none notices it."""
+        first = mutant.file.split("/")[0] in ("shell", "host")
+        by = self.noticed_by_programs(changed) or (self.load_file() if first else None)
+        met = []
+        for size in (2, 4, 8, 16, *[32] * len(order)):
+            part = order[len(met):len(met) + size]
+            if by or not part or (limit and len(met) >= limit):
+                break
+            by = self.play_part(part)
+            if not by:
+                met += part
+        if not by and len(met) == len(order):
+            by = None if first else self.load_file()
+            by = by or next((script for script in TEST_SCRIPTS if self.run_script(script)), None)
+        return by, met
+
+    def noticed_by_programs(self, changed):
+        for program in self.build.programs_of(changed):
+            by = self.run_program(program, changed)
+            if by:
+                return by
+        return None
+
+    def run_program(self, program, changed):
+        target = self.folder / "build" / TEST_PROGRAMS[program] / f"{program}.exe"
+        target.unlink(missing_ok=True)
+        if not self.build.link(program, changed, target):
+            # It plays a part of what a source needs, and the change wants another part.
+            return None
+        return self.run_cases(program, target)
+
+    def load_file(self):
+        return self.run_cases("entry_points_test",
+                              self.folder / "build/host/entry_points_test.exe")
+
+    def run_cases(self, program, file):
+        log = self.folder / "cases"
+        for _ in range(2):  # a process under Wine now and then does not get going
+            status = self.wine.run([str(file)], self.root, log, 20)
+            text = log.read_text(errors="replace")
+            if status == 0:
+                return None
+            failed = re.search(r"\[  FAILED  \] (\S+)", text)
+            if failed:
+                return f"{program} {failed.group(1).rstrip(',')}"
+            if status == -1:
+                self.wine.end_all_of(self.folder / "build")
+                return f"{program} (does not end)"
+        return f"{program} (crashes)"
+
+    def play_part(self, part):
+        status, messages = play(self.wine, self.root, self.folder / "build", self.plugin, part,
+                                self.folder, 20 + 3 * len(part))
+        if status == 0:
+            return None
+        if status == 2:
+            raise Failure("a scenario cannot be read:\n" + messages.strip())
+        self.wine.end_all_of(self.folder / "build")
+        failed = re.search(r"(tests/scenarios/\S+\.scn):\d+: expected", messages)
+        if failed:
+            return failed.group(1)
+        # A crash or a hang: seen twice, so that it is not the machine's.
+        for name in part:
+            status, messages = play(self.wine, self.root, self.folder / "build", self.plugin,
+                                    [name], self.folder, 20)
+            if status != 0:
+                self.wine.end_all_of(self.folder / "build")
+                return f"{name} (status {status})"
+        return None
+
+    def run_script(self, script):
+        log = self.folder / "script"
+        for _ in range(2):
+            with open(log, "wb") as output:
+                answer = subprocess.run(
+                    [str(self.root / script), str(self.folder / "build"), "gnu"], cwd=self.root,
+                    stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
+                    env=self.wine.environment, check=False)
+            if answer.returncode == 0:
+                return False
+        return True

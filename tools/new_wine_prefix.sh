@@ -1,0 +1,67 @@
+#!/bin/bash
+# usage: new_wine_prefix.sh DIRECTORY
+# Makes three 64-bit Wine prefixes in which programs behave the same every time: DIRECTORY and
+# DIRECTORY-1 have no display at all, DIRECTORY-display draws on $DISPLAY.
+set -eu
+
+directory=$1
+here=$(cd "$(dirname "$0")" && pwd)
+wine=/usr/lib/wine/wine64
+wineserver=/usr/lib/wine/wineserver64
+
+export WINEARCH=win64 WINEDEBUG=-all
+export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+unset DISPLAY
+
+# Built beside its place and moved there when complete: an interrupted run leaves no half prefix.
+partial=$directory.partial
+rm -rf "$partial" "$partial-1" "$partial-display"
+mkdir -p "$(dirname "$directory")"
+export WINEPREFIX=$partial
+trap '"$wineserver" -k >/dev/null 2>&1 || true' EXIT
+
+set_value() {
+    "$wine" reg add "$@" /f >/dev/null 2>&1 </dev/null
+}
+
+"$wine" wineboot -i >/dev/null 2>&1 </dev/null
+# Debian's Wine does not look into the folder of its own font package; without Tahoma the dialogs
+# come out wider than on Windows. There the dialog font is Sans Serif, in which texts are a tenth
+# narrower than in Tahoma, Wine's choice: the welcome window's lines fit in the one only.
+cp /usr/share/wine/fonts/*.ttf /usr/share/wine/fonts/sserife.fon "$partial/drive_c/windows/Fonts/"
+set_value 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
+    /v 'MS Shell Dlg' /d 'MS Sans Serif'
+x86_64-w64-mingw32-gcc-posix -Os -s -static -mwindows -o "$partial/drive_c/keep_alive.exe" \
+    "$here/keep_alive.c"
+# A crash ends the program instead of showing a dialog that nobody can answer.
+set_value 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0
+# Relative mouse movements arrive as they were sent.
+set_value 'HKCU\Control Panel\Mouse' /v MouseSpeed /d 0
+set_value 'HKCU\Control Panel\Mouse' /v MouseThreshold1 /d 0
+set_value 'HKCU\Control Panel\Mouse' /v MouseThreshold2 /d 0
+# Under X there is no window manager: Wine draws title bars itself, and the cursor is its own.
+set_value 'HKCU\Software\Wine\X11 Driver' /v Managed /d N
+set_value 'HKCU\Software\Wine\X11 Driver' /v UseXInput2 /d N
+set_value 'HKCU\Software\Wine\Drivers' /v Graphics /d x11
+"$wineserver" -k || true
+"$wineserver" -w
+
+# The system's own files are shared between them; what Wine writes to is not.
+copy_prefix() {
+    cp -al "$partial" "$1"
+    find "$1" -type f \( -name '*.reg' -o -name '*.ini' \) -print0 |
+        while IFS= read -r -d '' file; do
+            cp -p "$file" "$file.own"
+            mv "$file.own" "$file"
+        done
+}
+copy_prefix "$partial-display"
+set_value 'HKCU\Software\Wine\Drivers' /v Graphics /d null
+"$wineserver" -k || true
+"$wineserver" -w
+copy_prefix "$partial-1"
+
+rm -rf "$directory" "$directory-1" "$directory-display"
+mv "$partial-display" "$directory-display"
+mv "$partial-1" "$directory-1"
+mv "$partial" "$directory"

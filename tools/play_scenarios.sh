@@ -1,0 +1,57 @@
+#!/bin/bash
+# usage: play_scenarios.sh BUILD_DIRECTORY gnu|msvc|msvc-unicode virtual|real AREA
+# Plays all scenarios of tests/scenarios/AREA in one process and holds their expectations. The trace
+# stays in build/traces/AREA.ABI.INPUT.trace.
+set -u
+here=$(cd "$(dirname "$0")" && pwd)
+. "$here/wine_session.sh"
+trap wine_session_end EXIT
+trap 'exit 130' INT TERM
+
+built=$1
+abi=$2
+input=$3
+area=$4
+cd "$karvel_root" || exit 1
+
+# The stand-in itself is always the gnu build's.
+program=$karvel_root/build/gnu/bin/standin.exe
+if [ "$abi" = gnu ]; then program=$built/bin/standin.exe; fi
+
+shopt -s nullglob
+files=(tests/scenarios/"$area"/*.scn)
+if [ ${#files[@]} -eq 0 ]; then
+    echo "tests/scenarios/$area holds no scenario: a test of nothing" >&2
+    exit 1
+fi
+
+# Real input, too, needs no display.
+wine_session_begin null || exit 1
+
+traces=$(dirname "$built")/traces
+mkdir -p "$traces"
+trace=$traces/$area.$abi.$input.trace
+rm -f "$trace"
+list=$traces/$area.files
+messages=$traces/$area.$abi.$input.messages
+printf '%s\n' "${files[@]}" >"$list"
+run_wine "$program" play --abi "${abi%-unicode}" --input "$input" --host-dir "$built/host" \
+    --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map" \
+    --jobs "${KARVEL_JOBS:-2}" --trace "$trace" --files-from "$list" 2>"$messages"
+status=$?
+cat "$messages" >&2
+
+if [ ! -s "$trace" ]; then
+    echo "no trace was written to $trace" >&2
+    if [ $status -eq 0 ]; then status=1; fi
+fi
+if [ $status -ne 0 ] && [ -s "$trace" ]; then
+    # What a machine far away saw is gone with it otherwise.
+    echo "the failing traces, from $trace:"
+    failing=$(sed -n 's/^\([^ :]*\.scn\):[0-9]*: .*/\1/p' "$messages" | sort -u | head -n 3)
+    for file in $failing; do
+        awk -v wanted="# $file" '/^# .*\.scn$/ { on = $0 == wanted } on' "$trace" | head -n 150
+    done
+fi
+echo "${#files[@]} scenarios of $area, $abi, $input input: status $status"
+exit $status

@@ -1,0 +1,183 @@
+# shellcheck shell=bash
+# To be sourced. A Wine session is a prefix with its processes running:
+#
+#   wine_session_begin null              no display; several users share it
+#   wine_session_begin x11 WxH           a virtual X display of that size; one user at a time
+#   wine_session_begin x11 existing      the display in $DISPLAY; one user at a time
+#   run_wine PROGRAM.exe ARGUMENT...     runs a program in it; its output and status are run_wine's
+#   run_wine_live PROGRAM.exe ...        the same, with its output shown while it runs
+#   wine_session_end                     the last user ends the processes; a virtual display too
+#
+# There are two sessions without a display, each on a processor of its own: KARVEL_LANE says which,
+# 0 or 1. A script that is called inside a session joins it: KARVEL_HELD_SESSIONS names those that a
+# caller holds.
+
+karvel_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+karvel_wine=/usr/lib/wine/wine64
+karvel_wineserver=/usr/lib/wine/wineserver64
+karvel_prefix=$karvel_root/build/wine-prefix
+karvel_session_owned=
+karvel_x_server=
+karvel_program=
+karvel_processor=0
+
+wine_session_begin() {
+    local graphics=$1 screen=${2:-} lane=${KARVEL_LANE:-0} name
+
+    mkdir -p "$karvel_root/build"
+    export WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
+    export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+    karvel_processor=0
+    WINEPREFIX=$karvel_prefix
+    name=$graphics
+    if [ "$graphics" = x11 ]; then
+        WINEPREFIX=$karvel_prefix-display
+    elif [ "$lane" = 1 ]; then
+        WINEPREFIX=$karvel_prefix-1
+        name=$graphics-1
+    fi
+    if [ "$lane" = 1 ] && [ "$(nproc)" -gt 1 ]; then karvel_processor=1; fi
+    export WINEPREFIX
+    if [ "$graphics" = null ]; then unset DISPLAY; fi
+
+    if [[ " ${KARVEL_HELD_SESSIONS:-} " == *" $name "* ]]; then return 0; fi
+
+    karvel_make_prefixes || return 1
+
+    # Descriptor 8 holds the session. It must not leak into Wine's processes, which would go on
+    # holding it.
+    exec 8>"$WINEPREFIX.users"
+    if [ "$graphics" = x11 ]; then
+        flock -x 8
+        if [ "$screen" != existing ]; then
+            karvel_start_x_server "$screen" || return 1
+        fi
+    else
+        flock -s 8
+    fi
+    karvel_session_owned=$name
+    export KARVEL_HELD_SESSIONS="${KARVEL_HELD_SESSIONS:-} $name"
+    karvel_start_keep_alive
+}
+
+wine_session_end() {
+    # After a signal the program may still be running, in a session that others go on using.
+    if [ -n "$karvel_program" ]; then
+        kill "$karvel_program" 2>/dev/null || true
+        karvel_program=
+    fi
+    if [ -z "$karvel_session_owned" ]; then return 0; fi
+    karvel_session_owned=
+    # Only the last user gets the lock for itself alone.
+    if flock -n -x 8; then
+        karvel_without_locks "$karvel_wineserver" -k >/dev/null 2>&1 || true
+        karvel_without_locks "$karvel_wineserver" -w >/dev/null 2>&1 || true
+    fi
+    if [ -n "$karvel_x_server" ]; then
+        kill "$karvel_x_server" 2>/dev/null || true
+        wait "$karvel_x_server" 2>/dev/null || true
+        karvel_x_server=
+    fi
+    exec 8>&-
+}
+
+# Wine's helpers may outlive the program and keep its output open, so a pipe behind it would never
+# end: the output goes to files first.
+run_wine() {
+    local out err status=0
+    out=$(mktemp "${TMPDIR:-/tmp}/karvel-out.XXXXXX")
+    err=$(mktemp "${TMPDIR:-/tmp}/karvel-err.XXXXXX")
+    local tries=0
+    # Seldom Wine does not get a program going at all. Ours never end in failure without a word, so
+    # nothing was begun then and starting again is safe.
+    while :; do
+        status=0
+        karvel_start_program "$out" "$err" "$@"
+        wait "$karvel_program" || status=$?
+        karvel_program=
+        tries=$((tries + 1))
+        if [ "$status" = 0 ] || [ -s "$out" ] || [ -s "$err" ] || [ "$tries" = 3 ]; then
+            break
+        fi
+    done
+    cat "$out"
+    cat "$err" >&2
+    rm -f "$out" "$err"
+    return "$status"
+}
+
+# As run_wine, but its standard output is shown while it runs.
+run_wine_live() {
+    local out err status=0 reader
+    out=$(mktemp "${TMPDIR:-/tmp}/karvel-out.XXXXXX")
+    err=$(mktemp "${TMPDIR:-/tmp}/karvel-err.XXXXXX")
+    karvel_start_program "$out" "$err" "$@"
+    tail -n +1 -s 0.1 -f --pid="$karvel_program" "$out" 6>&- 7>&- 8>&- 9>&- &
+    reader=$!
+    wait "$karvel_program" || status=$?
+    karvel_program=
+    wait "$reader" || true
+    cat "$err" >&2
+    rm -f "$out" "$err"
+    return "$status"
+}
+
+# In the background, so that the shell can answer a signal at once instead of after the program.
+# One processor: what Wine and its server hand to each other then needs no second one to wake up,
+# which makes injected input ten times as fast.
+karvel_start_program() {
+    local out=$1 err=$2
+    shift 2
+    (
+        exec 6>&- 7>&- 8>&- 9>&-
+        exec taskset -c "$karvel_processor" "$karvel_wine" "$@" </dev/null >"$out" 2>"$err"
+    ) &
+    karvel_program=$!
+}
+
+karvel_without_locks() {
+    "$@" 6>&- 7>&- 8>&- 9>&-
+}
+
+karvel_make_prefixes() {
+    # Prefixes made by another version of the script are made anew.
+    local stamp
+    stamp=$(cat "$karvel_root/tools/new_wine_prefix.sh" "$karvel_root/tools/keep_alive.c" | cksum)
+    if [ "$(cat "$karvel_prefix/karvel-stamp" 2>/dev/null)" = "$stamp" ]; then return 0; fi
+    (
+        flock -x 7
+        if [ "$(cat "$karvel_prefix/karvel-stamp" 2>/dev/null)" = "$stamp" ]; then exit 0; fi
+        # Nobody may be using the old ones while they are replaced.
+        exec 8>"$karvel_prefix.users" 9>"$karvel_prefix-1.users" 6>"$karvel_prefix-display.users"
+        flock -x 8
+        flock -x 9
+        flock -x 6
+        karvel_without_locks "$karvel_root/tools/new_wine_prefix.sh" "$karvel_prefix" ||
+            { echo "the Wine prefix $karvel_prefix cannot be made" >&2; exit 1; }
+        echo "$stamp" >"$karvel_prefix/karvel-stamp"
+    ) 7>"$karvel_prefix.lock"
+}
+
+karvel_start_keep_alive() {
+    # A second one in the same session does no harm, so nobody needs to ask for the first.
+    (
+        exec 6>&- 7>&- 8>&- 9>&-
+        exec setsid taskset -c "$karvel_processor" "$karvel_wine" 'C:\keep_alive.exe' 3600 \
+            </dev/null >/dev/null 2>&1
+    ) &
+    disown
+}
+
+karvel_start_x_server() {
+    local number=
+    # The server picks a free number itself and writes it when it is ready to serve.
+    exec 6< <(exec 6>&- 7>&- 8>&- 9>&-
+        exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp </dev/null 2>/dev/null)
+    karvel_x_server=$!
+    if ! read -r -t 20 number <&6; then
+        echo "the virtual X display cannot be started" >&2
+        return 1
+    fi
+    exec 6<&-
+    export DISPLAY=:$number
+}
