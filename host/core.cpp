@@ -1,0 +1,35 @@
+#include <max.h>
+
+#include "host/core_interface.h"
+#include "host/host.h"
+#include "host/sdk_text.h"
+
+namespace host {
+
+Interface* Core() {
+    return GetCOREInterface();
+}
+
+int Release() {
+    return static_cast<int>(Get3DSMAXVersion() >> 16);
+}
+
+HWND MainWindow() {
+    Interface* core = Core();
+    return core ? core->GetMAXHWnd() : nullptr;
+}
+
+const char* ConfigurationDirectory() {
+    Interface* core = Core();
+    return PathFromHost(core ? core->GetDir(APP_PLUGCFG_DIR) : nullptr);
+}
+
+void RegisterDialogWindow(HWND dialog) {
+    if (Interface* core = Core()) core->RegisterDlgWnd(dialog);
+}
+
+void WithdrawDialogWindow(HWND dialog) {
+    if (Interface* core = Core()) core->UnRegisterDlgWnd(dialog);
+}
+
+}  // namespace host

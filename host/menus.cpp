@@ -1,0 +1,69 @@
+#include <max.h>
+
+#include <actiontable.h>
+#include <imenuman.h>
+#include <imenus.h>
+
+#include "host/core_interface.h"
+#include "host/host.h"
+#include "host/sdk_text.h"
+
+namespace host {
+namespace {
+
+IMenuManager* Manager() {
+    Interface* core = Core();
+    return core ? core->GetMenuManager() : nullptr;
+}
+
+ActionTable* FindTable(unsigned long id) {
+    Interface* core = Core();
+    IActionManager* manager = core ? core->GetActionManager() : nullptr;
+    return manager ? manager->FindTable(id) : nullptr;
+}
+
+}  // namespace
+
+bool RegisterMenuContext(int id, const char* name) {
+    IMenuManager* manager = Manager();
+    return manager && manager->RegisterMenuBarContext(id, TextForHost(name));
+}
+
+IMenu* NewMenu(const char* title) {
+    IMenuManager* manager = Manager();
+    IMenu* menu = manager ? GetIMenu() : nullptr;
+    if (!menu) return nullptr;
+    menu->SetTitle(TextForHost(title));
+    manager->RegisterMenu(menu, 0);
+    return menu;
+}
+
+IMenuItem* NewActionEntry(unsigned long table_id, int action) {
+    ActionTable* table = FindTable(table_id);
+    ActionItem* action_item = table ? table->GetAction(action) : nullptr;
+    IMenuItem* entry = action_item ? GetIMenuItem() : nullptr;
+    if (entry) entry->SetActionItem(action_item);
+    return entry;
+}
+
+IMenuItem* NewSeparatorEntry() {
+    IMenuItem* entry = GetIMenuItem();
+    if (entry) entry->ActAsSeparator();
+    return entry;
+}
+
+void AppendEntry(IMenu* menu, IMenuItem* entry) {
+    if (menu && entry) menu->AddItem(entry);
+}
+
+void InsertIntoMainMenuBar(IMenu* menu) {
+    IMenuManager* manager = Manager();
+    IMenu* bar = menu && manager ? manager->GetMainMenuBar() : nullptr;
+    IMenuItem* entry = bar ? GetIMenuItem() : nullptr;
+    if (!entry) return;
+    entry->SetSubMenu(menu);
+    bar->AddItem(entry, bar->NumItems() - 1);
+    manager->UpdateMenuBar();
+}
+
+}  // namespace host

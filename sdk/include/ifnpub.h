@@ -1,0 +1,78 @@
+#pragma once
+
+#include <baseinterface.h>
+
+class ActionTable;
+class FPInterfaceDesc;
+class FPParams;
+
+typedef short FunctionID;
+typedef int FPStatus;
+#define FPS_FAIL 0
+
+// A value of any published type. The plug-in only passes references on.
+class FPValue {
+public:
+    FPValue() = delete;
+    SDK_CORE_API char* Loadva(int type, char* arguments, bool byValue);
+};
+
+// Function publishing: a host object lets MAXScript call its members by number. The plug-in never
+// calls these members, but the table of its ActionTable repeats them, so every one is declared.
+// Adjacent overloads are declared in the order that gives the host's slots under the Microsoft
+// rule, which turns them round.
+class FPInterface : public BaseInterface {
+public:
+    virtual FPStatus _dispatch_fn(FunctionID function, TimeValue time, FPValue& result,
+                                  FPParams* parameters) = 0;
+    virtual FPInterfaceDesc* GetDesc() = 0;
+    SDK_CORE_API virtual FPStatus Invoke(FunctionID function, TimeValue time,
+                                         FPParams* parameters = nullptr);
+    virtual FPStatus Invoke(FunctionID function, FPParams* parameters = nullptr) {
+        return Invoke(function, TimeValue(0), parameters);
+    }
+    SDK_CORE_API virtual FPStatus Invoke(FunctionID function, TimeValue time, FPValue& result,
+                                         FPParams* parameters = nullptr);
+    virtual FPStatus Invoke(FunctionID function, FPValue& result, FPParams* parameters = nullptr) {
+        return Invoke(function, TimeValue(0), result, parameters);
+    }
+    SDK_CORE_API virtual FunctionID FindFn(MCHAR* name);
+    SDK_CORE_API virtual BOOL IsEnabled(FunctionID action);
+    SDK_CORE_API virtual BOOL IsChecked(FunctionID action);
+    SDK_CORE_API virtual BOOL IsVisible(FunctionID action);
+    SDK_CORE_API virtual FunctionID GetIsEnabled(FunctionID action);
+    SDK_CORE_API virtual FunctionID GetIsChecked(FunctionID action);
+    SDK_CORE_API virtual FunctionID GetIsVisible(FunctionID action);
+    virtual ActionTable* GetActionTable() { return nullptr; }
+    virtual void EnableActions(BOOL) {}
+};
+
+// Function publishing of an object that can exist more than once.
+class FPMixinInterface : public FPInterface {
+public:
+    LifetimeType LifetimeControl() override { return serverControlled; }
+    SDK_CORE_API bool RegisterNotifyCallback(InterfaceNotifyCallback* callback) override;
+#if defined(_MSC_VER) && !defined(SDK_BUILDING_CORE)
+    inline void UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) override;
+#else
+    SDK_CORE_API void UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) override;
+#endif
+    virtual FPInterfaceDesc* GetDescByID(Interface_ID) { return nullptr; }
+
+protected:
+    // Owned and used by the host alone; among it the table of callbacks.
+    struct HostData {
+        void* pointers[2] = {nullptr, nullptr};
+        TabHdr* callbacks = nullptr;
+    };
+    HostData hostData;
+};
+
+// Function publishing of an object that exists once. The data of the real class is not declared:
+// these objects belong to the host and are only called.
+class FPInterfaceDesc : public FPInterface {
+public:
+    SDK_SLOTS_3(FPInterfaceDesc, 25, 26, 27)
+};
+
+class FPStaticInterface : public FPInterfaceDesc {};

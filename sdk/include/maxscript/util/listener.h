@@ -1,0 +1,22 @@
+#pragma once
+
+#include <maxscript/foundation/streams.h>
+
+// The window that shows what scripts print. Only the stream is of interest; what stands before it
+// is the host's.
+class Listener {
+public:
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+protected:
+    Listener() : hostData(), edit_stream(nullptr) {}
+
+private:
+    unsigned char hostData[104];
+
+public:
+    WindowStream* edit_stream;
+};
+
+SDK_MAXSCRIPT_API extern Listener* the_listener;
