@@ -1,0 +1,22 @@
+// The modifier keys as they are now, not as the message that is being handled saw them: synthetic
+// input changes the two at different times.
+#pragma once
+
+#include <windows.h>
+
+inline bool IsAltDown() {
+    return GetAsyncKeyState(VK_MENU) < 0;
+}
+
+inline bool IsCtrlDown() {
+    return GetAsyncKeyState(VK_CONTROL) < 0;
+}
+
+inline bool IsShiftDown() {
+    return GetAsyncKeyState(VK_SHIFT) < 0;
+}
+
+// Shift without Ctrl.
+inline bool IsShiftAlone() {
+    return !IsCtrlDown() && IsShiftDown();
+}

@@ -1,0 +1,132 @@
+#include "navigation/quick_transform.h"
+
+#include <span>
+
+#include "assists/gizmo_and_lock.h"
+#include "host/host.h"
+#include "navigation/keys.h"
+#include "navigation/mode_groups.h"
+#include "navigation/navigation_state.h"
+#include "navigation/window_kind.h"
+#include "settings/plugin_settings.h"
+
+namespace {
+
+// An editor's edit modes in which the drag may start, and the mode that it switches on. All are
+// actions of the editor's table.
+struct EditorDrag {
+    unsigned long table;
+    std::span<const int> edit_modes;
+    int drag_mode;
+    bool waits;  // gives the editor a moment after each switch
+};
+
+constexpr int kTrackViewModes[] = {230, 380, 480, 2020, 2030, 2040};
+constexpr int kUnwrapModes[] = {40007, 40033, 40034, 40008, 40009, 40087};
+constexpr EditorDrag kTrackViewDrag = {host::kTrackViewTable, kTrackViewModes, 40328, false};
+constexpr EditorDrag kUnwrapDrag = {host::kUnwrapTable, kUnwrapModes, 40020, true};
+
+const EditorDrag* DragOfEditor(int kind) {
+    if (kind == kWindowTrackView) return &kTrackViewDrag;
+    if (kind == kWindowUnwrapView) return &kUnwrapDrag;
+    return nullptr;
+}
+
+bool IsAnyChecked(unsigned long table, std::span<const int> actions) {
+    for (int action : actions) {
+        if (host::IsActionChecked(table, action).value_or(false)) return true;
+    }
+    return false;
+}
+
+// Executes the drag mode's action until its state is the wanted one. Not bounded: the host takes
+// its time, and a drag must not begin or be left in the wrong mode. An action that does not exist,
+// or that the host refuses to run, will never get there and ends it.
+void SwitchDragMode(const EditorDrag& drag, bool on, bool waits) {
+    while (host::IsActionChecked(drag.table, drag.drag_mode).value_or(on) != on) {
+        if (!host::ExecuteAction(drag.table, drag.drag_mode)) return;
+        if (waits) Sleep(1);
+    }
+}
+
+bool StartInViewport(const MouseEvent& event) {
+    if (host::SelectedNodeCount() == 0) return false;
+    const auto mode = host::CurrentModeId();
+    if (!mode || !AllowsQuickTransform(*mode)) return false;
+
+    g_quickXform = 1;
+    SetSelectionLock(true, kLockByMiddleButton, false);
+    WPARAM keys = 0;
+    if (g_settings.useShiftClone && IsShiftDown()) {
+        g_shiftClone = 1;
+        keys = MK_SHIFT;
+    }
+    SendMouse(event.window, WM_LBUTTONDOWN, keys, event.client);
+    if (g_previousLockRequests < 1) SaveAndHideGizmo(false);
+    return true;
+}
+
+bool StartInEditor(const MouseEvent& event, const EditorDrag& drag) {
+    SetFocus(event.window);
+    if (!IsAnyChecked(drag.table, drag.edit_modes)) return false;
+    g_quickXform = 1;
+    SwitchDragMode(drag, true, drag.waits);
+    SendMouse(event.window, WM_LBUTTONDOWN, 0, event.client);
+    return true;
+}
+
+void EndInViewport(const MouseEvent& event) {
+    g_quickXform = 0;
+    if (g_shiftClone) {
+        g_shiftClone = 0;
+        RestoreGizmo();
+    }
+    if (event.message == WM_RBUTTONDOWN) {
+        // A right click cancels the host's drag.
+        SendMouse(event.window, WM_RBUTTONDOWN, 0, event.client);
+        SendMouse(event.window, WM_RBUTTONUP, 0, event.client);
+    }
+    SendMouse(event.window, WM_LBUTTONUP, 0, event.client);
+    SetSelectionLock(false, kLockByMiddleButton, true);
+}
+
+void EndInEditor(const MouseEvent& event, const EditorDrag& drag) {
+    g_quickXform = 0;
+    SendMouse(event.window, WM_LBUTTONUP, 0, event.client);
+    SetFocus(event.window);
+    SwitchDragMode(drag, false, true);
+}
+
+}  // namespace
+
+bool StartQuickTransform(const MouseEvent& event, int kind) {
+    if (event.message != WM_MBUTTONDOWN) return false;
+    if (!g_settings.mClickXForms && !(g_settings.useShiftClone && IsShiftDown())) return false;
+    if (g_quickXform) return false;
+    if (IsViewportKind(kind)) return StartInViewport(event);
+    const EditorDrag* drag = DragOfEditor(kind);
+    return drag && StartInEditor(event, *drag);
+}
+
+bool EndQuickTransform(const MouseEvent& event, int kind) {
+    if (!g_quickXform) return false;
+    if (event.message != WM_MBUTTONUP && !(event.message == WM_RBUTTONDOWN && IsShiftDown())) {
+        return false;
+    }
+    if (IsViewportKind(kind)) {
+        EndInViewport(event);
+        return false;
+    }
+    if (const EditorDrag* drag = DragOfEditor(kind)) EndInEditor(event, *drag);
+    // Over an editor that has no quick transforms the drag stays marked as running.
+    return IsEditorKind(kind);
+}
+
+bool MoveQuickTransform(const MouseEvent& event, int kind) {
+    if (event.message != WM_MOUSEMOVE || !g_quickXform || kind != kWindowTrackView ||
+        !IsShiftDown()) {
+        return false;
+    }
+    SendMouse(event.window, WM_MOUSEMOVE, MK_LBUTTON | MK_CONTROL, event.client);
+    return true;
+}
