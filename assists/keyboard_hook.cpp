@@ -1,0 +1,105 @@
+#include "assists/keyboard_hook.h"
+
+#include "assists/gizmo_and_lock.h"
+#include "assists/input_records.h"
+#include "assists/modifier_cursor.h"
+#include "assists/nudge_series.h"
+#include "assists/sticky_snap.h"
+#include "host/host.h"
+#include "navigation/keys.h"
+#include "navigation/navigation_state.h"
+#include "navigation/selecting_mode.h"
+#include "navigation/window_kind.h"
+#include "settings/plugin_settings.h"
+#include "shell/module.h"
+
+namespace {
+
+constexpr LPARAM kTransitionBit = 0x80000000;
+
+bool IsStickyHeld() {
+    return g_scrubState != kScrubOff || g_heldSnapSticky != 0 ||
+           (g_selectionLockRequests & kLockBySticky) != 0;
+}
+
+// The gesture's drag is driven by Alt in the host, so Alt stays down for the host until the gesture
+// ends; the release that is owed then is sent by the mouse hook.
+void HoldAltDown() {
+    g_altUpPending = 1;
+    SendRecords(kInAltDown);
+}
+
+void ReleaseTimeScrubber() {
+    g_scrubState = g_scrubState == kScrubDragging ? kScrubDraggingReleased : kScrubOff;
+    ShowArrowCursor();
+}
+
+bool IsModifierKey(WPARAM key) {
+    return key == VK_CONTROL || key == VK_SHIFT || key == VK_MENU;
+}
+
+bool IsAnyButtonDown() {
+    return GetAsyncKeyState(VK_LBUTTON) < 0 || GetAsyncKeyState(VK_MBUTTON) < 0 ||
+           GetAsyncKeyState(VK_RBUTTON) < 0;
+}
+
+bool TakesCustomCursor(WindowKind kind) {
+    if (kind == kWindowOther) return false;
+    const auto mode = host::CurrentModeId();
+    return mode && IsSelectingMode(*mode);
+}
+
+void ShowModifierCursor() {
+    const WindowKind kind = ClassifyWindow(nullptr);
+    if (kind == kWindowSchematicGraph) {
+        ShowArrowCursor();
+        return;
+    }
+    const bool shift_alone = IsShiftAlone();
+    if (shift_alone &&
+        (kind == kWindowUnwrapView || kind == kWindowTrackView || kind == kWindowTrackBar)) {
+        ShowArrowCursor();
+        return;
+    }
+    if (shift_alone && !host::IsToolbarButtonEnabled(host::kSelectButton).value_or(true)) {
+        ShowArrowCursor();
+        return;
+    }
+    if (!TakesCustomCursor(kind)) return;
+    if (HCURSOR cursor = ChooseModifierCursor()) {
+        SetCursor(cursor);
+    } else {
+        ShowArrowCursor();
+    }
+}
+
+}  // namespace
+
+// The hook code is not looked at: every call is handled alike.
+LRESULT CALLBACK KeyboardProc(int code, WPARAM key, LPARAM flags) {
+    if (!g_settings.useMayaStyle) return CallNextHookEx(nullptr, code, key, flags);
+
+    const bool released = (flags & kTransitionBit) != 0;
+    // Whichever key comes up first ends what a held key switched on: nobody knows which key that
+    // is.
+    if (released && g_selectionLockRequests >= 1) SetSelectionLock(false, kLockBySticky, true);
+    if (released) EndNudgeSeries();
+    if (!released && IsStickyHeld()) return 1;
+    if (released && key == VK_MENU && (g_orbitActive || g_zoomActive || g_panActive)) {
+        HoldAltDown();
+        return 1;
+    }
+    if (released && g_scrubState != kScrubOff) {
+        ReleaseTimeScrubber();
+        return 1;
+    }
+    if (released && g_heldSnapSticky) {
+        SetStickySnap(g_heldSnapSticky, false);
+        return 1;
+    }
+    if (!g_quickXform && IsModifierKey(key) && g_settings.customSelectionCursors &&
+        !IsAnyButtonDown()) {
+        ShowModifierCursor();
+    }
+    return CallNextHookEx(nullptr, code, key, flags);
+}
