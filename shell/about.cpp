@@ -1,0 +1,12 @@
+#include "shell/about.h"
+
+#include "karvel_version.h"
+
+void ShowAboutBox(HWND owner) {
+    MessageBoxA(owner,
+                "Karvel Tools for 3ds Max\r\n"
+                "Version " KARVEL_VERSION_TEXT
+                "\r\n"
+                "Copyright (C) the Karvel developers",
+                "Karvel Tools for 3ds Max", MB_OK);
+}

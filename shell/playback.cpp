@@ -1,0 +1,103 @@
+#include "shell/playback.h"
+
+#include <max.h>
+
+#include "host/host.h"
+#include "script/script_texts.h"
+#include "shell/script_runner.h"
+
+int g_isolatedPlayback = 0;
+
+// Depth of the command mode stack when playback started; 0: not playing.
+int g_playbackDepth = 0;
+
+namespace {
+
+constexpr char kPlaybackSet[] = "kv Playback";
+
+// The nodes that isolation hid and that the end of playback shows again; null: none.
+host::NodeList* g_hiddenNodes = nullptr;
+
+void ShowHiddenNodes() {
+    if (!g_hiddenNodes) return;
+    const int count = host::NodeCount(*g_hiddenNodes);
+    for (int i = 0; i < count; ++i) {
+        INode* node = host::NodeAt(*g_hiddenNodes, i);
+        host::HideNode(node, false);
+        host::UpdateNodeDisplay(node);
+    }
+    host::FreeNodeList(g_hiddenNodes);
+    g_hiddenNodes = nullptr;
+}
+
+host::NodeList* CopySelection() {
+    host::NodeList* list = host::NewNodeList();
+    const int count = host::SelectedNodeCount();
+    for (int i = 0; list && i < count; ++i)
+        host::AppendNode(*list, host::SelectedNode(i));
+    return list;
+}
+
+// Nodes that were hidden before stay out of the list, so the end of playback leaves them hidden.
+void HideSelectedNodes() {
+    g_hiddenNodes = host::NewNodeList();
+    const int count = host::SelectedNodeCount();
+    for (int i = 0; i < count; ++i) {
+        INode* node = host::SelectedNode(i);
+        if (!node || host::IsNodeHidden(node)) continue;
+        if (g_hiddenNodes) host::AppendNode(*g_hiddenNodes, node);
+        host::HideNode(node, true);
+        host::UpdateNodeDisplay(node);
+    }
+}
+
+void ShowNodesOfSet(int set) {
+    const int count = host::SelectionSetNodeCount(set);
+    for (int i = 0; i < count; ++i)
+        host::HideNode(host::SelectionSetNode(set, i), false);
+}
+
+void IsolatePlaybackSet() {
+    const int set = host::FindSelectionSet(kPlaybackSet);
+    if (set < 0) return;
+    host::NodeList* selection = CopySelection();
+    RunScript(kSelectEverything);
+    HideSelectedNodes();
+    ShowNodesOfSet(set);
+    host::ClearSelection();
+    if (selection) host::AddToSelection(*selection);
+    host::FreeNodeList(selection);
+}
+
+void IsolateOrRestore(bool restore) {
+    if (g_playbackDepth == 0) return;
+    host::StopSceneRedraw();
+    if (restore || !g_isolatedPlayback) {
+        ShowHiddenNodes();
+    } else {
+        IsolatePlaybackSet();
+    }
+    host::RestartSceneRedraw();
+}
+
+class ModeChangeCallback : public CommandModeChangedCallback {
+public:
+    void ModeChanged(CommandMode*, CommandMode* new_mode) override {
+        const int depth = host::ModeStackSize();
+        if (depth < g_playbackDepth) {
+            IsolateOrRestore(true);
+            g_playbackDepth = 0;
+            return;
+        }
+        if (new_mode && new_mode->ID() == host::kModePlayback && g_playbackDepth == 0) {
+            g_playbackDepth = depth;
+            IsolateOrRestore(false);
+        }
+    }
+};
+
+}  // namespace
+
+void RegisterPlaybackCallback() {
+    host::RegisterModeCallback(new ModeChangeCallback);
+}
