@@ -1,0 +1,685 @@
+#include "standin/engine/desk.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "standin/engine/desk_internal.h"
+#include "standin/engine/message_names.h"
+#include "standin/engine/trace.h"
+#include "standin/engine/trace_control.h"
+#include "standin/engine/world.h"
+
+namespace desk {
+
+State g_desk;
+
+namespace {
+
+std::string Number(long long value) {
+    return std::to_string(value);
+}
+
+std::string PointText(POINT point) {
+    return Number(point.x) + "," + Number(point.y);
+}
+
+std::string KeyText(int general_key) {
+    switch (general_key) {
+        case VK_MENU: return "alt";
+        case VK_CONTROL: return "ctrl";
+        case VK_SHIFT: return "shift";
+        default: return Number(general_key);
+    }
+}
+
+// The left or right variant that a record is about.
+int SideKey(int key, bool extended) {
+    switch (key) {
+        case VK_MENU: return extended ? VK_RMENU : VK_LMENU;
+        case VK_CONTROL: return extended ? VK_RCONTROL : VK_LCONTROL;
+        case VK_SHIFT: return VK_LSHIFT;
+        default: return key;
+    }
+}
+
+bool IsExtended(int key) {
+    return (key >= VK_PRIOR && key <= VK_DOWN) || key == VK_INSERT || key == VK_DELETE ||
+           key == VK_RMENU || key == VK_RCONTROL;
+}
+
+WPARAM MouseFlags() {
+    WPARAM flags = 0;
+    if (g_desk.async.Down(VK_LBUTTON)) flags |= MK_LBUTTON;
+    if (g_desk.async.Down(VK_RBUTTON)) flags |= MK_RBUTTON;
+    if (g_desk.async.Down(VK_MBUTTON)) flags |= MK_MBUTTON;
+    if (g_desk.async.Down(VK_SHIFT)) flags |= MK_SHIFT;
+    if (g_desk.async.Down(VK_CONTROL)) flags |= MK_CONTROL;
+    return flags;
+}
+
+UINT ButtonMessage(int key, bool down) {
+    switch (key) {
+        case VK_LBUTTON: return down ? WM_LBUTTONDOWN : WM_LBUTTONUP;
+        case VK_RBUTTON: return down ? WM_RBUTTONDOWN : WM_RBUTTONUP;
+        default: return down ? WM_MBUTTONDOWN : WM_MBUTTONUP;
+    }
+}
+
+// Whether a key message is one of the system's (menu) kind, by the keys that are down before it.
+UINT KeyMessage(int key, bool down) {
+    const bool alt = g_desk.async.Down(VK_MENU);
+    const bool ctrl = g_desk.async.Down(VK_CONTROL);
+    bool system = false;
+    switch (GeneralKey(key)) {
+        case VK_MENU:
+            if (down) {
+                system = !ctrl;
+                if (system) g_desk.alt_alone = true;
+            } else {
+                system = alt && g_desk.alt_alone;
+                g_desk.alt_alone = false;
+            }
+            break;
+        case VK_CONTROL:
+            system = !down && alt;
+            if (system) g_desk.alt_alone = false;
+            break;
+        default:
+            system = (alt && !ctrl) || key == VK_F10;
+            if (system) g_desk.alt_alone = false;
+    }
+    if (system) return down ? WM_SYSKEYDOWN : WM_SYSKEYUP;
+    return down ? WM_KEYDOWN : WM_KEYUP;
+}
+
+void QueueKey(int key, bool down, int scan, bool extended, bool own) {
+    Event event;
+    event.kind = EventKind::kKey;
+    event.key = SideKey(key, extended);
+    event.down = down;
+    event.own = own;
+    event.message = KeyMessage(event.key, down);
+    const bool was_down = g_desk.async.Down(event.key);
+    g_desk.async.Change(event.key, down, 0xC0);
+    unsigned flags = 0;
+    if (extended && GeneralKey(event.key) != VK_SHIFT) flags |= KF_EXTENDED;
+    if (g_desk.async.Down(VK_MENU)) flags |= KF_ALTDOWN;
+    if (was_down) flags |= KF_REPEAT;
+    if (!down) flags |= KF_UP;
+    event.lparam = static_cast<LPARAM>((flags | static_cast<unsigned>(scan & 0xFF)) << 16 | 1u);
+    g_desk.waiting.push_back(event);
+}
+
+void QueueButton(int key, bool down, bool own) {
+    Event event;
+    event.kind = EventKind::kButton;
+    event.key = key;
+    event.down = down;
+    event.at = g_desk.cursor;
+    event.own = own;
+    event.message = ButtonMessage(key, down);
+    g_desk.async.Change(key, down, 0xC0);
+    event.flags = MouseFlags();
+    g_desk.waiting.push_back(event);
+}
+
+// A move that nobody has taken yet becomes a move to the newer place.
+void QueueMove(POINT to, bool own) {
+    g_desk.cursor = to;
+    Event event;
+    event.kind = EventKind::kMove;
+    event.at = to;
+    event.own = own;
+    event.message = WM_MOUSEMOVE;
+    event.flags = MouseFlags();
+    if (!g_desk.waiting.empty() && g_desk.waiting.back().kind == EventKind::kMove)
+        g_desk.waiting.back() = event;
+    else
+        g_desk.waiting.push_back(event);
+}
+
+POINT OnScreen(POINT point) {
+    return {std::clamp<LONG>(point.x, 0, g_desk.screen.cx - 1),
+            std::clamp<LONG>(point.y, 0, g_desk.screen.cy - 1)};
+}
+
+// The system takes places in 65536ths of the screen; rounded up so that it comes back exactly.
+LONG InScreenParts(LONG pixel, LONG size) {
+    return static_cast<LONG>((static_cast<long long>(pixel) * 65536 + size - 1) / size);
+}
+
+bool SameRecordKey(const INPUT& record, DWORD flag) {
+    return record.type == INPUT_MOUSE && (record.mi.dwFlags & flag) != 0;
+}
+
+// The queue's side of one record of SendInput, whoever sends it.
+void QueueRecord(const INPUT& record, bool own) {
+    if (record.type == INPUT_KEYBOARD) {
+        QueueKey(record.ki.wVk, (record.ki.dwFlags & KEYEVENTF_KEYUP) == 0, record.ki.wScan,
+                 (record.ki.dwFlags & KEYEVENTF_EXTENDEDKEY) != 0, own);
+        return;
+    }
+    if (SameRecordKey(record, MOUSEEVENTF_MOVE)) {
+        POINT to{};
+        if (record.mi.dwFlags & MOUSEEVENTF_ABSOLUTE) {
+            to = {static_cast<LONG>(static_cast<long long>(record.mi.dx) * g_desk.screen.cx >> 16),
+                  static_cast<LONG>(static_cast<long long>(record.mi.dy) * g_desk.screen.cy >> 16)};
+        } else {
+            to = {g_desk.cursor.x + record.mi.dx, g_desk.cursor.y + record.mi.dy};
+        }
+        to = OnScreen(to);
+        if (to.x != g_desk.cursor.x || to.y != g_desk.cursor.y) QueueMove(to, own);
+    }
+    struct Row {
+        DWORD flag;
+        int key;
+        bool down;
+    };
+    static constexpr Row kRows[] = {
+        {MOUSEEVENTF_LEFTDOWN, VK_LBUTTON, true},   {MOUSEEVENTF_LEFTUP, VK_LBUTTON, false},
+        {MOUSEEVENTF_RIGHTDOWN, VK_RBUTTON, true},  {MOUSEEVENTF_RIGHTUP, VK_RBUTTON, false},
+        {MOUSEEVENTF_MIDDLEDOWN, VK_MBUTTON, true}, {MOUSEEVENTF_MIDDLEUP, VK_MBUTTON, false},
+    };
+    for (const Row& row : kRows)
+        if (SameRecordKey(record, row.flag)) QueueButton(row.key, row.down, own);
+}
+
+void Inject(const INPUT& record) {
+    ++g_desk.counts.injected;
+    if (g_desk.kind == InputKind::kReal && !g_desk.interactive) HoldCursorForReal();
+    QueueRecord(record, false);
+    if (g_desk.kind == InputKind::kReal) InjectForReal(record);
+}
+
+std::string DownText(const KeyState& state) {
+    struct Row {
+        const char* name;
+        int key;
+    };
+    static constexpr Row kRows[] = {
+        {"alt", VK_MENU},     {"ctrl", VK_CONTROL},   {"shift", VK_SHIFT},
+        {"left", VK_LBUTTON}, {"middle", VK_MBUTTON}, {"right", VK_RBUTTON},
+    };
+    std::string text;
+    for (const Row& row : kRows) {
+        if (!text.empty()) text += ' ';
+        text += row.name;
+        text += state.Down(row.key) ? "=1" : "=0";
+    }
+    return text;
+}
+
+HookObserver* g_observer = nullptr;
+
+class PassedOn {
+public:
+    PassedOn() : before_(g_desk.passed_on) { g_desk.passed_on = false; }
+    ~PassedOn() { g_desk.passed_on = before_; }
+    PassedOn(const PassedOn&) = delete;
+    PassedOn& operator=(const PassedOn&) = delete;
+
+private:
+    bool before_;
+};
+
+bool Verdict(LRESULT answer) {
+    const bool swallowed = answer != 0 && !g_desk.passed_on;
+    ++(swallowed ? g_desk.counts.swallowed : g_desk.counts.passed);
+    trace::Out(swallowed ? "swallow" : "pass");
+    return swallowed;
+}
+
+bool IsOwn(HWND window) {
+    return window && GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+}
+
+// As the system looks for the window of a place, among the descendants of one that is hit.
+HWND Deepest(HWND window, POINT screen) {
+    for (HWND child = GetTopWindow(window); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        RECT frame{};
+        GetWindowRect(child, &frame);
+        if (!IsWindowVisible(child) || !IsWindowEnabled(child) || !PtInRect(&frame, screen))
+            continue;
+        const LRESULT hit = SendMessageA(child, WM_NCHITTEST, 0, MAKELPARAM(screen.x, screen.y));
+        if (hit != HTTRANSPARENT) return Deepest(child, screen);
+    }
+    return window;
+}
+
+struct Search {
+    POINT screen;
+    HWND found;
+};
+
+BOOL CALLBACK Hit(HWND window, LPARAM search) {
+    auto* const wanted = reinterpret_cast<Search*>(search);
+    RECT frame{};
+    GetWindowRect(window, &frame);
+    if (!IsWindowVisible(window) || !PtInRect(&frame, wanted->screen)) return TRUE;
+    wanted->found = Deepest(window, wanted->screen);
+    return FALSE;
+}
+
+}  // namespace
+
+int GeneralKey(int key) {
+    switch (key) {
+        case VK_LMENU:
+        case VK_RMENU: return VK_MENU;
+        case VK_LCONTROL:
+        case VK_RCONTROL: return VK_CONTROL;
+        case VK_LSHIFT:
+        case VK_RSHIFT: return VK_SHIFT;
+        default: return key;
+    }
+}
+
+void KeyState::Change(int key, bool down, BYTE down_bits) {
+    const auto set = [this](int which, BYTE bits) {
+        BYTE& state = keys[which & 255];
+        if (bits) {
+            if (!(state & 0x80)) state ^= 1;
+            state = static_cast<BYTE>(state | bits);
+        } else {
+            state = static_cast<BYTE>(state & ~0x80);
+        }
+    };
+    set(key, down ? down_bits : 0);
+    const int general = GeneralKey(key);
+    if (general == key) return;
+    // The general key follows its two sides.
+    const int left = general == VK_MENU ? VK_LMENU : general == VK_SHIFT ? VK_LSHIFT : VK_LCONTROL;
+    set(general, (keys[left] | keys[left + 1]) & 0x80);
+}
+
+bool AskMouseHook(UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
+    if (!g_desk.mouse_hook) return false;
+    POINT client = hook->pt;
+    ScreenToClient(hook->hwnd, &client);
+    std::string text = "mouse " + names::Message(message) + ' ' + world::Of(hook->hwnd) + ' ' +
+                       PointText(client) + ' ' + PointText(hook->pt) +
+                       " hit=" + Number(static_cast<int>(hook->wHitTestCode));
+    if (own) text += " own";
+    trace::SetEventWindow(hook->hwnd);
+    trace::In(text);
+    HookCall call;
+    call.mouse = true;
+    call.message = message;
+    call.window = hook->hwnd;
+    call.at = hook->pt;
+    call.hit = hook->wHitTestCode;
+    if (g_observer) g_observer->BeforeHook(call);
+    const PassedOn scope;
+    const bool swallowed =
+        Verdict(g_desk.mouse_hook(HC_ACTION, message, reinterpret_cast<LPARAM>(hook)));
+    if (g_observer) g_observer->AfterHook(call, swallowed);
+    return swallowed;
+}
+
+bool AskKeyHook(int general_key, LPARAM lparam, bool own) {
+    if (!g_desk.key_hook) return false;
+    const bool up = (lparam & (static_cast<LPARAM>(KF_UP) << 16)) != 0;
+    std::string text = "key " + KeyText(general_key) + (up ? " up" : " down");
+    if (own) text += " own";
+    trace::In(text);
+    HookCall call;
+    call.key = general_key;
+    call.up = up;
+    if (g_observer) g_observer->BeforeHook(call);
+    const PassedOn scope;
+    const bool swallowed =
+        Verdict(g_desk.key_hook(HC_ACTION, static_cast<WPARAM>(general_key), lparam));
+    if (g_observer) g_observer->AfterHook(call, swallowed);
+    return swallowed;
+}
+
+void Observe(HookObserver* observer) {
+    g_observer = observer;
+}
+
+void ReportMouseArrival(HWND window, UINT message, WPARAM wparam, POINT screen) {
+    ScreenToClient(window, &screen);
+    trace::Got(world::Of(window) + ' ' + names::Message(message) + ' ' +
+               Number(static_cast<long long>(wparam)) + ' ' + PointText(screen));
+}
+
+void ReportKeyArrival(HWND window, UINT message, WPARAM key) {
+    trace::Got(world::Of(window) + ' ' + names::Message(message) + ' ' +
+               Number(static_cast<long long>(key)) + " 0,0");
+}
+
+// --- desk.h ---
+
+bool IsVirtual() {
+    return g_desk.kind == InputKind::kVirtual;
+}
+
+bool KeyDown(int virtual_key) {
+    if (IsVirtual()) return g_desk.thread.Down(virtual_key);
+    return ::GetKeyState(virtual_key) < 0;
+}
+
+POINT Cursor() {
+    if (IsVirtual()) return g_desk.cursor;
+    POINT cursor{};
+    ::GetCursorPos(&cursor);
+    return cursor;
+}
+
+unsigned long Ticks() {
+    return g_desk.interactive ? GetTickCount() : g_desk.clock;
+}
+
+HWND Capture() {
+    if (!IsVirtual()) return ::GetCapture();
+    if (g_desk.capture && !IsWindow(g_desk.capture)) g_desk.capture = nullptr;
+    return g_desk.capture;
+}
+
+void SetCapture(HWND window) {
+    ::SetCapture(window);
+    g_desk.capture = window;
+}
+
+void ReleaseCapture() {
+    ::ReleaseCapture();
+    g_desk.capture = nullptr;
+}
+
+HWND Focus() {
+    return ::GetFocus();
+}
+
+void SetFocus(HWND window) {
+    ::SetFocus(window);
+}
+
+POINT ToScreen(HWND window, POINT client) {
+    ClientToScreen(window, &client);
+    return client;
+}
+
+POINT ToClient(HWND window, POINT screen) {
+    ScreenToClient(window, &screen);
+    return screen;
+}
+
+// --- desk_control.h ---
+
+std::string NewDesktopName() {
+    LARGE_INTEGER now{};
+    QueryPerformanceCounter(&now);
+    static unsigned made = 0;
+    return "standin-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(now.QuadPart) +
+           "-" + std::to_string(++made);
+}
+
+std::string Open(InputKind kind, const std::string& desktop, int width, int height) {
+    g_desk = State();
+    g_desk.kind = kind;
+    g_desk.screen = {width, height};
+    // Opens the one that is there already.
+    g_desk.desktop = CreateDesktopA(desktop.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
+    if (!g_desk.desktop || !SetThreadDesktop(g_desk.desktop))
+        return "the system gives no desktop to play on, end other programs and try again";
+    // The first window makes the system set the desktop up, at the size that holds now.
+    DestroyWindow(
+        CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
+    if (kind == InputKind::kVirtual) return {};
+    // Without acceleration a distance is a distance.
+    int plain[3] = {0, 0, 0};
+    SystemParametersInfoA(SPI_SETMOUSE, 0, plain, 0);
+    if (GetSystemMetrics(SM_CXVIRTUALSCREEN) == width &&
+        GetSystemMetrics(SM_CYVIRTUALSCREEN) == height)
+        return {};
+    return "the system's screen is not " + std::to_string(width) + "x" + std::to_string(height) +
+           ", real input needs one of that size";
+}
+
+std::string DesktopName() {
+    char name[MAX_PATH] = "";
+    GetUserObjectInformationA(GetThreadDesktop(GetCurrentThreadId()), UOI_NAME, name, sizeof name,
+                              nullptr);
+    return name;
+}
+
+void OpenInteractive() {
+    g_desk = State();
+    g_desk.kind = InputKind::kReal;
+    g_desk.interactive = true;
+    g_desk.screen = {GetSystemMetrics(SM_CXVIRTUALSCREEN), GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+}
+
+bool IsInteractive() {
+    return g_desk.interactive;
+}
+
+void TakeForeground(HWND main_window) {
+    SetForegroundWindow(main_window);
+    SetActiveWindow(main_window);
+    ::SetFocus(main_window);
+    if (g_desk.interactive) return;
+    if (!IsVirtual()) ::SetCursorPos(0, 0);
+    // What the windows' making and the cursor's first place set off is nobody's deed.
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_INPUT | PM_QS_POSTMESSAGE)) {
+    }
+}
+
+void Close() {
+    if (g_desk.system_mouse_hook) UnhookWindowsHookEx(g_desk.system_mouse_hook);
+    if (g_desk.system_key_hook) UnhookWindowsHookEx(g_desk.system_key_hook);
+    g_desk = State();
+}
+
+void InjectKey(int virtual_key, bool down) {
+    INPUT record{};
+    record.type = INPUT_KEYBOARD;
+    record.ki.wVk = static_cast<WORD>(virtual_key);
+    record.ki.wScan = static_cast<WORD>(MapVirtualKeyA(static_cast<UINT>(virtual_key), 0));
+    record.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+    if (IsExtended(virtual_key)) record.ki.dwFlags |= KEYEVENTF_EXTENDEDKEY;
+    Inject(record);
+}
+
+void InjectMove(POINT screen) {
+    screen = OnScreen(screen);
+    if (screen.x == g_desk.cursor.x && screen.y == g_desk.cursor.y) return;
+    INPUT record{};
+    record.type = INPUT_MOUSE;
+    record.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    record.mi.dx = InScreenParts(screen.x, g_desk.screen.cx);
+    record.mi.dy = InScreenParts(screen.y, g_desk.screen.cy);
+    Inject(record);
+}
+
+void InjectButton(int virtual_key, bool down) {
+    INPUT record{};
+    record.type = INPUT_MOUSE;
+    switch (virtual_key) {
+        case VK_LBUTTON:
+            record.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
+            break;
+        case VK_RBUTTON:
+            record.mi.dwFlags = down ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_RIGHTUP;
+            break;
+        default: record.mi.dwFlags = down ? MOUSEEVENTF_MIDDLEDOWN : MOUSEEVENTF_MIDDLEUP;
+    }
+    Inject(record);
+}
+
+void Drain() {
+    // A command that is played from inside an event leaves the queue to the event's own drain.
+    if (g_desk.draining) return;
+    g_desk.draining = true;
+    if (IsVirtual())
+        DrainVirtual();
+    else
+        DrainReal();
+    g_desk.draining = false;
+}
+
+void AdvanceClock(unsigned long milliseconds) {
+    g_desk.clock += milliseconds;
+}
+
+Counts CountsSoFar() {
+    return g_desk.counts;
+}
+
+UINT SendInputRecords(const INPUT* records, UINT count) {
+    for (UINT i = 0; i < count; ++i) {
+        ++g_desk.counts.own;
+        QueueRecord(records[i], true);
+    }
+    if (IsVirtual()) return count;
+    return ::SendInput(count, const_cast<INPUT*>(records), sizeof(INPUT));
+}
+
+bool MoveCursor(POINT screen) {
+    screen = OnScreen(screen);
+    if (g_desk.interactive) return ::SetCursorPos(screen.x, screen.y);
+    if (screen.x == g_desk.cursor.x && screen.y == g_desk.cursor.y) return true;
+    QueueMove(screen, false);
+    if (!IsVirtual()) MoveCursorForReal(screen);
+    return true;
+}
+
+SHORT AsyncKeyState(int virtual_key) {
+    if (!IsVirtual()) return ::GetAsyncKeyState(virtual_key);
+    BYTE& state = g_desk.async.keys[virtual_key & 255];
+    const unsigned answer = (state & 0x80 ? 0x8000u : 0u) | (state & 0x40 ? 1u : 0u);
+    state = static_cast<BYTE>(state & ~0x40);
+    return static_cast<SHORT>(answer);
+}
+
+SHORT ThreadKeyState(int virtual_key) {
+    if (!IsVirtual()) return ::GetKeyState(virtual_key);
+    const BYTE state = g_desk.thread.keys[virtual_key & 255];
+    return static_cast<SHORT>((state & 0x80 ? 0xFF80u : 0u) | (state & 1u));
+}
+
+void ReadKeyboard(BYTE state[256]) {
+    if (IsVirtual())
+        std::memcpy(state, g_desk.thread.keys, 256);
+    else
+        ::GetKeyboardState(state);
+}
+
+void WriteKeyboard(const BYTE state[256]) {
+    if (IsVirtual())
+        std::memcpy(g_desk.thread.keys, state, 256);
+    else
+        ::SetKeyboardState(const_cast<BYTE*>(state));
+}
+
+SIZE ScreenSize() {
+    return g_desk.screen;
+}
+
+HWND WindowAt(POINT screen) {
+    const HWND window = ::WindowFromPoint(screen);
+    if (!IsVirtual() || IsOwn(window)) return window;
+    // What other processes put on the desktop is nothing to a virtual play.
+    Search search{screen, nullptr};
+    EnumThreadWindows(GetCurrentThreadId(), Hit, reinterpret_cast<LPARAM>(&search));
+    return search.found ? search.found : window;
+}
+
+HHOOK InstallHook(int type, HOOKPROC procedure) {
+    const DWORD thread = GetCurrentThreadId();
+    HHOOK system_hook = nullptr;
+    if (type == WH_MOUSE) {
+        g_desk.mouse_hook = procedure;
+        if (!IsVirtual() && !g_desk.system_mouse_hook)
+            g_desk.system_mouse_hook =
+                ::SetWindowsHookExA(WH_MOUSE, SystemMouseHook, nullptr, thread);
+        system_hook = g_desk.system_mouse_hook;
+    } else if (type == WH_KEYBOARD) {
+        g_desk.key_hook = procedure;
+        if (!IsVirtual() && !g_desk.system_key_hook)
+            g_desk.system_key_hook =
+                ::SetWindowsHookExA(WH_KEYBOARD, SystemKeyHook, nullptr, thread);
+        system_hook = g_desk.system_key_hook;
+    } else {
+        return nullptr;
+    }
+    // Nothing is installed with virtual input; the answer only has to be no null handle.
+    return system_hook ? system_hook : reinterpret_cast<HHOOK>(static_cast<LONG_PTR>(type));
+}
+
+LRESULT PassOn(int, WPARAM, LPARAM) {
+    // The system's chain goes on when the plug-in's procedure is back, with the desk's own hook.
+    g_desk.passed_on = true;
+    return 0;
+}
+
+void NotePosted() {
+    g_desk.posted = true;
+}
+
+void NoteSent(UINT message) {
+    // The world's own windows tell the desk; the system's controls in a dialog do not.
+    if (IsVirtual() && !world::AnyDialogOpen()) return;
+    if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST && message != WM_MOUSEMOVE)
+        g_desk.capture = ::GetCapture();
+}
+
+bool AsyncDown(int virtual_key) {
+    if (g_desk.interactive) return ::GetAsyncKeyState(virtual_key) < 0;
+    return g_desk.async.Down(virtual_key);
+}
+
+POINT CursorSoFar() {
+    return g_desk.interactive ? Cursor() : g_desk.cursor;
+}
+
+std::string AsyncText() {
+    return DownText(g_desk.async);
+}
+
+std::string ThreadText() {
+    if (IsVirtual()) return DownText(g_desk.thread);
+    KeyState state;
+    ::GetKeyboardState(state.keys);
+    return DownText(state);
+}
+
+bool AnythingDown() {
+    for (const BYTE key : g_desk.async.keys)
+        if (key & 0x80) return true;
+    return false;
+}
+
+static bool IsOverTitleOfDialog(HWND top, POINT screen) {
+    if (!world::IsDialog(top)) return false;
+    const LRESULT hit = SendMessageA(top, WM_NCHITTEST, 0, MAKELPARAM(screen.x, screen.y));
+    return hit == HTCAPTION || hit == HTSYSMENU;
+}
+
+void Dispatch(MSG* message) {
+    switch (message->message) {
+        // Caption, border and menu bar would start loops of the system's own that wait for the next
+        // event, which a scenario only sends when this one is done. The same goes for the menu
+        // keys.
+        case WM_NCLBUTTONDOWN:
+        case WM_NCRBUTTONDOWN:
+        case WM_NCMBUTTONDOWN:
+        case WM_NCLBUTTONUP:
+        case WM_NCRBUTTONUP:
+        case WM_NCMBUTTONUP:
+        case WM_SYSKEYDOWN:
+        case WM_SYSKEYUP:
+        case WM_SYSCHAR: return;
+        case WM_RBUTTONUP:
+            // So would the system menu of a dialog whose title is under the mouse, when a control
+            // of the dialog has the capture.
+            if (IsOverTitleOfDialog(GetAncestor(message->hwnd, GA_ROOT), message->pt)) return;
+            break;
+        default: break;
+    }
+    if (!world::SpeakToDialogs(message)) DispatchMessageA(message);
+    NoteSent(message->message);
+}
+
+}  // namespace desk

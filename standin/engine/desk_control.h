@@ -1,0 +1,99 @@
+// The desk as the player and the intercepted calls of the plug-in use it: what is injected, what
+// waits, what the hooks and windows are given. The same bookkeeping runs for both kinds of input;
+// with real input it tells which of the delivered events the plug-in injected itself.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace desk {
+
+enum class InputKind { kVirtual, kReal };
+
+// A name that no desktop here has had: the number of a process comes again, and the desktop of the
+// process that had it before may be just about to vanish.
+std::string NewDesktopName();
+// Before any window of the process exists: the thread goes to the desktop of this name, which is
+// made where it is missing, so that plays beside each other share neither cursor nor focus nor
+// keys. Answers what is wrong, empty: nothing.
+std::string Open(InputKind kind, const std::string& desktop, int width, int height);
+// The name of the desktop that the thread is on.
+std::string DesktopName();
+// Real input on the user's own desktop and screen, with the system's clock.
+void OpenInteractive();
+// Hands out what the user does until the window is gone. A key that nobody kept is offered to
+// `hotkey` first; true: it was one. With `watch` the trace also tells what scene, menus and
+// dialogs show, whenever that has changed and the queue is empty.
+void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key), bool watch);
+bool IsInteractive();
+// Once the main window stands.
+void TakeForeground(HWND main_window);
+void Close();
+
+// What the user does. Nothing is delivered before Drain.
+void InjectKey(int virtual_key, bool down);
+void InjectMove(POINT screen);
+void InjectButton(int virtual_key, bool down);
+// Delivers what waits, with all that follows from it, and what was posted to the windows.
+void Drain();
+void AdvanceClock(unsigned long milliseconds);
+
+// One call of a hook, for somebody who looks over the plug-in's shoulder.
+struct HookCall {
+    bool mouse = false;
+    UINT message = 0;  // mouse
+    HWND window = nullptr;
+    POINT at{};
+    UINT hit = 0;
+    int key = 0;  // keyboard: the general virtual key
+    bool up = false;
+};
+class HookObserver {
+public:
+    HookObserver() = default;
+    HookObserver(const HookObserver&) = delete;
+    HookObserver& operator=(const HookObserver&) = delete;
+    virtual ~HookObserver() = default;
+    virtual void BeforeHook(const HookCall& call) = 0;
+    virtual void AfterHook(const HookCall& call, bool swallowed) = 0;
+};
+// Null: nobody looks.
+void Observe(HookObserver* observer);
+
+struct Counts {
+    unsigned long long injected = 0;   // records of the user
+    unsigned long long own = 0;        // records of the plug-in
+    unsigned long long swallowed = 0;  // events that the hooks kept
+    unsigned long long passed = 0;
+};
+Counts CountsSoFar();
+
+// The system's calls as the plug-in gets them answered.
+UINT SendInputRecords(const INPUT* records, UINT count);
+bool MoveCursor(POINT screen);
+SHORT AsyncKeyState(int virtual_key);
+SHORT ThreadKeyState(int virtual_key);
+void ReadKeyboard(BYTE state[256]);
+void WriteKeyboard(const BYTE state[256]);
+SIZE ScreenSize();
+HWND WindowAt(POINT screen);
+HHOOK InstallHook(int type, HOOKPROC procedure);
+LRESULT PassOn(int code, WPARAM wparam, LPARAM lparam);
+void NotePosted();
+// A message went to a window outside of the desk's own doing; it may have moved the capture.
+void NoteSent(UINT message);
+
+// What is down by the injected records, without the side effects of asking.
+bool AsyncDown(int virtual_key);
+POINT CursorSoFar();
+// One line each: "alt=0 ctrl=0 shift=0 left=0 middle=0 right=0", asynchronous and of the thread.
+std::string AsyncText();
+std::string ThreadText();
+bool AnythingDown();
+
+// A message that came out of the queue, or is as good as that: dialogs first, then the window.
+void Dispatch(MSG* message);
+
+}  // namespace desk

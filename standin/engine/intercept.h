@@ -1,0 +1,28 @@
+// The plug-in's Win32 calls: its import table is turned to wrappers before its entry runs. A
+// wrapper writes the trace line and then lets the desk answer or the system.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace intercept {
+
+// Turns the imports of a freshly mapped module; entries of other modules stay untouched.
+void TurnImports(HMODULE module);
+
+// `fail NAME` for Win32 calls and the heap of the C runtime.
+bool KnowsFault(std::string_view name);
+std::vector<std::string> FaultNames();
+
+// Calls of the C runtime's and the system's heap so far.
+unsigned long long Allocations();
+// All intercepted calls so far, the heap's apart.
+unsigned long long Calls();
+
+// Forgets faults, loaded resources and subclassed windows.
+void Reset();
+
+}  // namespace intercept

@@ -1,0 +1,68 @@
+#include "standin/engine/message_names.h"
+
+#include <prsht.h>
+
+#include "standin/engine/world.h"
+
+namespace names {
+namespace {
+
+struct Row {
+    UINT message;
+    const char* name;
+};
+
+#define MESSAGE_ROW(name) {name, #name}
+
+constexpr Row kMessages[] = {
+    MESSAGE_ROW(WM_NULL),           MESSAGE_ROW(WM_CREATE),        MESSAGE_ROW(WM_DESTROY),
+    MESSAGE_ROW(WM_MOVE),           MESSAGE_ROW(WM_SIZE),          MESSAGE_ROW(WM_ACTIVATE),
+    MESSAGE_ROW(WM_SETFOCUS),       MESSAGE_ROW(WM_KILLFOCUS),     MESSAGE_ROW(WM_ENABLE),
+    MESSAGE_ROW(WM_SETREDRAW),      MESSAGE_ROW(WM_SETTEXT),       MESSAGE_ROW(WM_GETTEXT),
+    MESSAGE_ROW(WM_PAINT),          MESSAGE_ROW(WM_CLOSE),         MESSAGE_ROW(WM_SHOWWINDOW),
+    MESSAGE_ROW(WM_SETCURSOR),      MESSAGE_ROW(WM_MOUSEACTIVATE), MESSAGE_ROW(WM_NOTIFY),
+    MESSAGE_ROW(WM_GETICON),        MESSAGE_ROW(WM_SETICON),       MESSAGE_ROW(WM_SETFONT),
+    MESSAGE_ROW(WM_GETFONT),        MESSAGE_ROW(WM_NCHITTEST),     MESSAGE_ROW(WM_KEYDOWN),
+    MESSAGE_ROW(WM_KEYUP),          MESSAGE_ROW(WM_CHAR),          MESSAGE_ROW(WM_SYSKEYDOWN),
+    MESSAGE_ROW(WM_SYSKEYUP),       MESSAGE_ROW(WM_SYSCHAR),       MESSAGE_ROW(WM_INITDIALOG),
+    MESSAGE_ROW(WM_COMMAND),        MESSAGE_ROW(WM_SYSCOMMAND),    MESSAGE_ROW(WM_TIMER),
+    MESSAGE_ROW(WM_HSCROLL),        MESSAGE_ROW(WM_VSCROLL),       MESSAGE_ROW(WM_CANCELMODE),
+    MESSAGE_ROW(WM_MOUSEMOVE),      MESSAGE_ROW(WM_LBUTTONDOWN),   MESSAGE_ROW(WM_LBUTTONUP),
+    MESSAGE_ROW(WM_LBUTTONDBLCLK),  MESSAGE_ROW(WM_RBUTTONDOWN),   MESSAGE_ROW(WM_RBUTTONUP),
+    MESSAGE_ROW(WM_RBUTTONDBLCLK),  MESSAGE_ROW(WM_MBUTTONDOWN),   MESSAGE_ROW(WM_MBUTTONUP),
+    MESSAGE_ROW(WM_MBUTTONDBLCLK),  MESSAGE_ROW(WM_MOUSEWHEEL),    MESSAGE_ROW(WM_NCMOUSEMOVE),
+    MESSAGE_ROW(WM_NCLBUTTONDOWN),  MESSAGE_ROW(WM_NCLBUTTONUP),   MESSAGE_ROW(WM_NCLBUTTONDBLCLK),
+    MESSAGE_ROW(WM_NCRBUTTONDOWN),  MESSAGE_ROW(WM_NCRBUTTONUP),   MESSAGE_ROW(WM_NCRBUTTONDBLCLK),
+    MESSAGE_ROW(WM_NCMBUTTONDOWN),  MESSAGE_ROW(WM_NCMBUTTONUP),   MESSAGE_ROW(WM_NCMBUTTONDBLCLK),
+    MESSAGE_ROW(WM_CAPTURECHANGED), MESSAGE_ROW(WM_NEXTDLGCTL),    MESSAGE_ROW(BM_CLICK),
+    MESSAGE_ROW(BM_GETCHECK),       MESSAGE_ROW(BM_SETCHECK),      MESSAGE_ROW(BM_SETSTATE),
+    MESSAGE_ROW(BM_SETIMAGE),       MESSAGE_ROW(STM_SETIMAGE),
+};
+
+constexpr Row kSheetMessages[] = {
+    MESSAGE_ROW(PSM_CHANGED),     MESSAGE_ROW(PSM_UNCHANGED),   MESSAGE_ROW(PSM_APPLY),
+    MESSAGE_ROW(PSM_SETTITLEA),   MESSAGE_ROW(PSM_SETCURSEL),   MESSAGE_ROW(PSM_PRESSBUTTON),
+    MESSAGE_ROW(PSM_INDEXTOHWND), MESSAGE_ROW(PSM_HWNDTOINDEX), MESSAGE_ROW(PSM_GETCURRENTPAGEHWND),
+};
+
+#undef MESSAGE_ROW
+
+}  // namespace
+
+std::string Message(UINT message) {
+    for (const Row& row : kMessages)
+        if (row.message == message) return row.name;
+    if (message == WM_USER) return "WM_USER";
+    if (message > WM_USER && message < WM_APP)
+        return "WM_USER+" + std::to_string(message - WM_USER);
+    return std::to_string(message);
+}
+
+std::string MessageTo(HWND window, UINT message) {
+    if (message > WM_USER && message < WM_APP && world::Of(window) == "options")
+        for (const Row& row : kSheetMessages)
+            if (row.message == message) return row.name;
+    return Message(message);
+}
+
+}  // namespace names

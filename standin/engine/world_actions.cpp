@@ -1,0 +1,282 @@
+// Action tables, toolbar and brush buttons.
+#include <algorithm>
+#include <cstring>
+
+#include "standin/engine/trace.h"
+#include "standin/engine/world_internal.h"
+
+namespace world {
+
+namespace {
+
+constexpr unsigned long kMainTable = 0;
+constexpr unsigned long kTrackViewTable = 1;
+constexpr unsigned long kSnapTable = 1259304063;
+constexpr unsigned long kUnwrapTable = 2077580866;
+
+constexpr int kFlyoffChosen = 8187;  // notification of a flyout whose entry was set
+
+struct ActionRow {
+    unsigned long table;
+    int id;
+    const char* name;
+};
+constexpr ActionRow kActions[] = {
+    {kMainTable, 40072, "Snaps Toggle"},
+    {kMainTable, 40074, "Angle Snap Toggle"},
+    {kMainTable, 40105, "Transform Gizmo Toggle"},
+    {kMainTable, 50020, "Previous Key"},
+    {kMainTable, 50022, "Next Key"},
+    {kMainTable, 59231, "Selection Lock Toggle"},
+    {kTrackViewTable, 230, "Move Keys Horizontal"},
+    {kTrackViewTable, 380, "Slide Keys"},
+    {kTrackViewTable, 480, "Scale Keys"},
+    {kTrackViewTable, 1040, "Zoom Horizontal Extents"},
+    {kTrackViewTable, 2020, "Move Keys Vertical"},
+    {kTrackViewTable, 2030, "Scale Values"},
+    {kTrackViewTable, 2040, "Draw Curves"},
+    {kTrackViewTable, 2180, "Zoom Value Extents"},
+    {kTrackViewTable, 40328, "Move Keys"},
+    {kSnapTable, 50067, "Snap to Grid Points"},
+    {kSnapTable, 50069, "Snap Set"},
+    {kSnapTable, 50073, "Snap to Vertex"},
+    {kSnapTable, 50075, "Snap to Edge"},
+    {kSnapTable, 80000, "Snap to Grid Points"},
+    {kSnapTable, 80001, "Snap Set"},
+    {kSnapTable, 80002, "Snap to Vertex"},
+    {kSnapTable, 80005, "Snap to Edge"},
+    {kUnwrapTable, 40007, "Move Horizontal"},
+    {kUnwrapTable, 40008, "Rotate"},
+    {kUnwrapTable, 40009, "Scale"},
+    {kUnwrapTable, 40020, "Move"},
+    {kUnwrapTable, 40033, "Move Vertical"},
+    {kUnwrapTable, 40034, "Scale Horizontal"},
+    {kUnwrapTable, 40087, "Freeform Mode"},
+};
+
+void AddAction(const ActionRow& row) {
+    auto& table = g_world.tables[row.table];
+    if (!table) {
+        table = std::make_unique<eng_table>();
+        table->id = row.table;
+    }
+    auto action = std::make_unique<eng_action>();
+    action->table = row.table;
+    action->id = row.id;
+    action->name = row.name;
+    table->actions[row.id] = std::move(action);
+}
+
+bool IsSculptBrush(int id) {
+    return id >= 4184 && id <= 4186;
+}
+bool IsPaintBrush(int id) {
+    return id == 1007 || id == 1008 || id == 1009 || id == 1077;
+}
+
+// Clicking a brush starts it: the other brushes of its kind stop, its command mode runs.
+void StartBrush(eng_button& brush, bool (*is_kind)(int), int mode) {
+    for (const auto& button : g_world.buttons)
+        if (is_kind(button->id)) SetButtonChecked(*button, button.get() == &brush);
+    g_world.running_brush = brush.id;
+    if (ModeId() != mode) PushMode(mode);
+}
+
+// The button that shows an action's state, if there is one.
+eng_button* ButtonOfAction(const eng_action& action) {
+    if (action.table == kMainTable && (action.id == 59231 || action.id == 40074))
+        return FindButton(action.id);
+    return nullptr;
+}
+
+}  // namespace
+
+void CreateActions() {
+    for (const ActionRow& row : kActions)
+        AddAction(row);
+    FindAction(kMainTable, 40105)->checked = true;
+
+    struct ButtonRow {
+        int id;
+        const char* prefix;
+        const char* text;
+        const char* label;
+    };
+    static constexpr ButtonRow kButtons[] = {
+        {50027, "button.", "", "Select"},     {59231, "button.", "", "Lock"},
+        {40074, "button.", "", "Angle snap"}, {50021, "button.", "", "Key mode"},
+        {50016, "button.", "", "Zoom ext."},  {4184, "brush.", "Push/Pull", ""},
+        {4185, "brush.", "Relax", ""},        {4186, "brush.", "Revert", ""},
+        {1007, "paint.", "Paint", ""},        {1008, "paint.", "Erase", ""},
+        {1009, "paint.", "Pick colour", ""},  {1077, "paint.", "Blur", ""},
+    };
+    for (const ButtonRow& row : kButtons) {
+        auto button = std::make_unique<eng_button>();
+        button->id = row.id;
+        button->name = row.prefix + std::to_string(row.id);
+        button->text = row.text;
+        button->label = *row.label ? row.label : row.text;
+        g_world.buttons.push_back(std::move(button));
+    }
+}
+
+eng_table* FindTable(unsigned long id) {
+    const auto at = g_world.tables.find(id);
+    return at == g_world.tables.end() ? nullptr : at->second.get();
+}
+
+eng_action* FindAction(unsigned long table, int id) {
+    eng_table* found = FindTable(table);
+    if (!found) return nullptr;
+    const auto at = found->actions.find(id);
+    return at == found->actions.end() ? nullptr : at->second.get();
+}
+
+bool ActionChecked(const eng_action& action) {
+    if (action.table == kMainTable && action.id == 40072) return g_world.snap;
+    if (const eng_button* button = ButtonOfAction(action)) return button->checked;
+    return action.checked;
+}
+
+static void SetActionChecked(eng_action& action, bool checked) {
+    action.checked = checked;
+    if (action.table == kMainTable && action.id == 40072) g_world.snap = checked;
+    if (eng_button* button = ButtonOfAction(action)) SetButtonChecked(*button, checked);
+    Redraw();
+}
+
+bool ExecuteAction(eng_action& action) {
+    NoteDeed(action.name);
+    if (action.stuck) return true;
+    if (action.table == kMainTable && (action.id == 50020 || action.id == 50022))
+        StepKey(action.id == 50022);
+    else if (action.table == kTrackViewTable && action.id == 1040)
+        FrameTrackViewTimes();
+    else if (action.table == kTrackViewTable && action.id == 2180)
+        FrameTrackViewValues();
+    else
+        SetActionChecked(action, !ActionChecked(action));
+    return true;
+}
+
+int RunPluginAction(int id) {
+    if (!g_world.action_callback || !g_plugin_calls || !g_plugin_calls->execute_action) return 0;
+    trace::In("command " + std::to_string(id));
+    const int handled = g_plugin_calls->execute_action(g_world.action_callback, id);
+    trace::Out(std::to_string(handled));
+    return handled;
+}
+
+eng_button* FindButton(int id) {
+    for (const auto& button : g_world.buttons)
+        if (button->id == id) return button.get();
+    return nullptr;
+}
+
+eng_button* ButtonOf(HWND window) {
+    if (!window) return nullptr;
+    for (const auto& button : g_world.buttons)
+        if (button->window == window) return button.get();
+    return nullptr;
+}
+
+void SetButtonChecked(eng_button& button, bool checked) {
+    if (button.checked == checked) return;
+    button.checked = checked;
+    if (button.window && g_world.options.visible) InvalidateRect(button.window, nullptr, FALSE);
+}
+
+void ButtonCommand(int id, int code) {
+    eng_button* button = FindButton(id);
+    if (!button || (code != BN_CLICKED && code != kFlyoffChosen)) return;
+    NoteDeed("click " + button->name);
+    if (IsSculptBrush(id)) {
+        StartBrush(*button, IsSculptBrush, kSculptMode);
+    } else if (IsPaintBrush(id)) {
+        StartBrush(*button, IsPaintBrush, kVertexPaintMode);
+    } else if (id == 50016) {
+        if (g_world.active_view) ZoomExtents(*g_world.active_view, button->flyout_entry == 1);
+    } else if (code == kFlyoffChosen) {
+        return;
+    } else if (id == 59231 || id == 40074) {
+        ExecuteAction(*FindAction(kMainTable, id));
+    } else if (id == 50021) {
+        g_world.key_mode = !g_world.key_mode;
+        SetButtonChecked(*button, g_world.key_mode);
+    } else if (id == 50027) {
+        ReplaceMode(6);
+    }
+}
+
+// A brush that was started by its button stops with its command mode.
+void LeaveMode(int id) {
+    if (id == 300) {
+        UpdatePlayback();
+        g_world.playing = false;
+    }
+    const int brush = g_world.running_brush;
+    if ((id == kSculptMode && IsSculptBrush(brush)) ||
+        (id == kVertexPaintMode && IsPaintBrush(brush))) {
+        SetButtonChecked(*FindButton(brush), false);
+        g_world.running_brush = 0;
+    }
+}
+
+// --- what scenarios set ---
+
+void CheckButton(int id, bool checked) {
+    if (eng_button* button = FindButton(id)) SetButtonChecked(*button, checked);
+    if (id == 50021) g_world.key_mode = checked;
+}
+
+void EnableButton(int id, bool enabled) {
+    if (eng_button* button = FindButton(id)) {
+        button->enabled = enabled;
+        if (button->window) EnableWindow(button->window, enabled);
+        Redraw();
+    }
+}
+
+void PlaceButton(int id, bool present) {
+    eng_button* button = FindButton(id);
+    if (!button || present == (button->window != nullptr)) return;
+    if (present)
+        CreateButtonWindow(*button);
+    else
+        ::DestroyWindow(button->window);
+}
+
+bool IsAction(unsigned long table, int id) {
+    return std::any_of(std::begin(kActions), std::end(kActions),
+                       [=](const ActionRow& row) { return row.table == table && row.id == id; });
+}
+
+void SetAction(unsigned long table, int id, ActionState state) {
+    eng_action* action = FindAction(table, id);
+    if (!action) return;
+    action->stuck = state == ActionState::kStuck;
+    if (state != ActionState::kStuck) SetActionChecked(*action, state == ActionState::kOn);
+}
+
+void CheckBrush(int id, bool checked) {
+    if (IsSculptBrush(id)) SetButtonChecked(*FindButton(id), checked);
+}
+
+void CheckPaint(int id, bool checked) {
+    if (IsPaintBrush(id)) SetButtonChecked(*FindButton(id), checked);
+}
+
+void RegisterPluginTable(void* table, unsigned long id) {
+    g_world.plugin_table = table;
+    g_world.plugin_table_id = id;
+}
+
+void* PluginTable() {
+    return g_world.plugin_table;
+}
+
+void* ActionCallback() {
+    return g_world.action_callback;
+}
+
+}  // namespace world

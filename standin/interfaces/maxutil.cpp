@@ -1,0 +1,99 @@
+// maxutil.dll: the host's heap, texts and tables, and the interface servers' shared members.
+
+#include "standin/interfaces/text_class.h"
+
+#include <maxheapdirect.h>
+
+#include <baseinterface.h>
+#include <tab.h>
+
+#include <cstring>
+
+// The host's own objects are made all the same: the fault is the plug-in's.
+void* MaxHeapOperators::operator new(std::size_t size) {
+    const bool of_plugin = eng_is_of_plugin(__builtin_return_address(0)) != 0;
+    return of_plugin && eng_fails("MAX_new") != 0 ? nullptr : eng_alloc(size);
+}
+void MaxHeapOperators::operator delete(void* memory) {
+    eng_free(memory);
+}
+
+void* MAX_new(std::size_t size) {
+    return eng_fails("MAX_new") != 0 ? nullptr : eng_alloc(size);
+}
+void MAX_delete(void* memory) {
+    eng_free(memory);
+}
+
+// The elements follow the head.
+static char* ElementAt(TabHdr* head, int index, int elementSize) {
+    return reinterpret_cast<char*>(head + 1) + static_cast<std::size_t>(index) * elementSize;
+}
+
+int TBInsertAt(TabHdr** table, int at, int num, void* elements, int elementSize, int allocExtra) {
+    TabHdr* head = *table;
+    const int count = head == nullptr ? 0 : head->n;
+    if (num <= 0) return count;
+    if (at < 0 || at > count) at = count;
+    if (head == nullptr || head->nalloc < count + num) {
+        // What a host without memory answers is not documented; nothing can have been added.
+        if (eng_fails("MAX_new") != 0) return count;
+        const int allocated = count + num + (allocExtra > 0 ? allocExtra : 0);
+        const std::size_t bytes =
+            sizeof(TabHdr) + static_cast<std::size_t>(allocated) * elementSize;
+        TabHdr* grown = static_cast<TabHdr*>(eng_alloc(bytes));
+        grown->n = count;
+        grown->nalloc = allocated;
+        if (head != nullptr) {
+            std::memcpy(ElementAt(grown, 0, elementSize), ElementAt(head, 0, elementSize),
+                        static_cast<std::size_t>(count) * elementSize);
+            eng_free(head);
+        }
+        *table = head = grown;
+    }
+    std::memmove(ElementAt(head, at + num, elementSize), ElementAt(head, at, elementSize),
+                 static_cast<std::size_t>(count - at) * elementSize);
+    std::memcpy(ElementAt(head, at, elementSize), elements,
+                static_cast<std::size_t>(num) * elementSize);
+    head->n = count + num;
+    return at;
+}
+
+int TBDelete(TabHdr** table, int start, int num, int elementSize) {
+    TabHdr* head = *table;
+    const int count = head == nullptr ? 0 : head->n;
+    if (start < 0 || num <= 0 || start >= count) return count;
+    if (num > count - start) num = count - start;
+    std::memmove(ElementAt(head, start, elementSize), ElementAt(head, start + num, elementSize),
+                 static_cast<std::size_t>(count - start - num) * elementSize);
+    head->n = count - num;
+    return head->n;
+}
+
+void zfree(void** memory) {
+    eng_free(*memory);
+    *memory = nullptr;
+}
+
+BaseInterface* InterfaceServer::GetInterface(Interface_ID) {
+    return nullptr;
+}
+
+BaseInterface* BaseInterfaceServer::GetInterface(Interface_ID id) {
+    for (int index = 0; index < interfaces.Count(); ++index) {
+        if (interfaces[index]->GetID() == id) return interfaces[index];
+    }
+    return InterfaceServer::GetInterface(id);
+}
+int BaseInterfaceServer::NumInterfaces() const {
+    return interfaces.Count();
+}
+BaseInterface* BaseInterfaceServer::GetInterfaceAt(int index) const {
+    return index >= 0 && index < interfaces.Count() ? interfaces[index] : nullptr;
+}
+
+#ifndef _MSC_VER
+// Under the GNU rules a class has one table, beside its first member that is not inline, and
+// objects of derived classes made in other modules need it; dllexport does not export it.
+__asm__(".section .drectve\n\t.ascii \" -export:_ZTV19BaseInterfaceServer,data\"\n\t.text");
+#endif

@@ -1,0 +1,495 @@
+#include "standin/player/command_line.h"
+
+#include <fcntl.h>
+#include <io.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+
+#include "standin/player/child_process.h"
+#include "standin/player/desktops.h"
+#include "standin/player/fuzz.h"
+#include "standin/player/player.h"
+#include "standin/player/screen_size.h"
+#include "standin/player/tour.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "standin play [--input virtual|real] [--abi gnu|msvc] [--release N] [--screen WxH]\n"
+    "             [--queries] [--facts] [--forgiving] [--trace FILE] [--shots DIR] [--jobs N]\n"
+    "             [--host-dir DIR] [--plugin FILE] [--map FILE] [--config-dir DIR]\n"
+    "             [--files-from LIST] FILE.scn...\n"
+    "standin interactive [--abi gnu|msvc] [--release N] [--queries] [--facts] [--config-dir DIR]\n"
+    "             [--trace FILE] [--watch]\n"
+    "standin fuzz [--seed N] [--events N] [--length N] [--every-row] [--abi gnu|msvc]\n"
+    "             [--jobs N]\n"
+    "standin faults\n"
+    "standin tour --out DIR [--scenarios DIR] [options as above]\n";
+
+struct Arguments {
+    player::Options options;
+    std::string abi = "msvc";
+    std::string trace;
+    std::string out;
+    std::string tour_scenarios;
+    fuzz::Options walks;
+    int jobs = 2;
+    std::vector<std::string> files;
+};
+
+int Usage(const std::string& message) {
+    std::fprintf(stderr, "standin: %s\n%s", message.c_str(), kUsage);
+    return player::kUnreadable;
+}
+
+std::string ProgramFolder() {
+    char program[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, program, sizeof program);
+    const std::string path = program;
+    return path.substr(0, path.find_last_of("\\/"));
+}
+
+bool ReadNumber(const char* text, int lowest, int* number) {
+    char* end = nullptr;
+    const long value = std::strtol(text, &end, 0);
+    if (end == text || *end || value < lowest || value > 65535) return false;
+    *number = static_cast<int>(value);
+    return true;
+}
+
+bool ReadLongNumber(const char* text, unsigned long long* number) {
+    char* end = nullptr;
+    *number = std::strtoull(text, &end, 0);
+    return text[0] >= '0' && text[0] <= '9' && *end == 0;
+}
+
+bool ReadScreen(const char* text, player::Options* options) {
+    char extra = 0;
+    return std::sscanf(text, "%dx%d%c", &options->screen_width, &options->screen_height, &extra) ==
+               2 &&
+           options->screen_width >= 320 && options->screen_height >= 200;
+}
+
+// A command line of Windows holds 32767 characters, which are not enough for the names of a few
+// hundred scenarios: a list has one name a line.
+bool ReadList(const char* name, std::vector<std::string>* files) {
+    std::FILE* const file = std::fopen(name, "r");
+    if (!file) return false;
+    char line[2 * MAX_PATH];
+    while (std::fgets(line, sizeof line, file)) {
+        line[std::strcspn(line, "\r\n")] = 0;
+        if (line[0]) files->emplace_back(line);
+    }
+    std::fclose(file);
+    return true;
+}
+
+// Empty when the arguments are sound, else what is wrong.
+std::string ReadArguments(int count, char** arguments, Arguments* result) {
+    player::Options& options = result->options;
+    for (int i = 2; i < count; ++i) {
+        const std::string argument = arguments[i];
+        if (!argument.starts_with("--")) {
+            result->files.push_back(argument);
+            continue;
+        }
+        if (argument == "--queries") {
+            options.queries = true;
+            continue;
+        }
+        if (argument == "--invariants") {
+            options.invariants = true;
+            continue;
+        }
+        if (argument == "--every-row") {
+            result->walks.every_row = true;
+            continue;
+        }
+        if (argument == "--forgiving") {
+            options.forgiving = true;
+            continue;
+        }
+        if (argument == "--watch") {
+            options.watch = true;
+            continue;
+        }
+        if (argument == "--facts") {
+            options.facts = true;
+            continue;
+        }
+        if (i + 1 == count) return "missing a value after " + argument;
+        const char* const value = arguments[++i];
+        bool good = true;
+        if (argument == "--input") {
+            good = std::strcmp(value, "virtual") == 0 || std::strcmp(value, "real") == 0;
+            options.input = std::strcmp(value, "real") == 0 ? desk::InputKind::kReal
+                                                            : desk::InputKind::kVirtual;
+        } else if (argument == "--abi") {
+            good = std::strcmp(value, "gnu") == 0 || std::strcmp(value, "msvc") == 0;
+            result->abi = value;
+        } else if (argument == "--release") {
+            good = ReadNumber(value, 1, &options.release);
+        } else if (argument == "--jobs") {
+            good = ReadNumber(value, 1, &result->jobs);
+        } else if (argument == "--screen") {
+            good = ReadScreen(value, &options);
+        } else if (argument == "--trace") {
+            result->trace = value;
+        } else if (argument == "--shots") {
+            options.shots = value;
+        } else if (argument == "--seed") {
+            good = ReadLongNumber(value, &result->walks.seed);
+        } else if (argument == "--events") {
+            good = ReadLongNumber(value, &result->walks.events) && result->walks.events > 0;
+        } else if (argument == "--length") {
+            good = ReadNumber(value, 10, &result->walks.commands_of_a_walk);
+        } else if (argument == "--ready") {
+            options.ready = reinterpret_cast<HANDLE>(std::strtoull(value, nullptr, 10));
+        } else if (argument == "--desktop") {
+            options.desktop = value;
+        } else if (argument == "--account") {
+            options.account = value;
+        } else if (argument == "--out") {
+            result->out = value;
+        } else if (argument == "--scenarios") {
+            result->tour_scenarios = value;
+        } else if (argument == "--host-dir") {
+            options.files.host_dir = value;
+        } else if (argument == "--plugin") {
+            options.files.plugin = value;
+        } else if (argument == "--map") {
+            options.files.map = value;
+        } else if (argument == "--files-from") {
+            good = ReadList(value, &result->files);
+        } else if (argument == "--config-dir") {
+            options.config_dir = value;
+        } else {
+            return "unknown option " + argument;
+        }
+        if (!good) return std::string("\"") + value + "\" is no value for " + argument;
+    }
+    // Beside the program lie the folders of both builds.
+    const std::string build = ProgramFolder() + "\\..\\..\\" + result->abi;
+    plugin::Files& files = options.files;
+    if (files.host_dir.empty()) files.host_dir = build + "\\host";
+    if (files.plugin.empty()) files.plugin = build + "\\plugin\\KarvelMax.gup";
+    if (files.map.empty()) {
+        const size_t dot = files.plugin.find_last_of('.');
+        files.map = files.plugin.substr(0, dot) + ".map";
+        // An installed plug-in has none; only what looks into it needs the map.
+        if (_access(files.map.c_str(), 0) != 0) files.map.clear();
+    }
+    for (std::string* path : {&files.host_dir, &files.plugin, &files.map}) {
+        if (path->empty()) continue;
+        char full[MAX_PATH] = "";
+        if (GetFullPathNameA(path->c_str(), sizeof full, full, nullptr)) *path = full;
+    }
+    return {};
+}
+
+std::optional<std::string> ReadFile(const std::string& name) {
+    std::FILE* const file = std::fopen(name.c_str(), "rb");
+    if (!file) return {};
+    std::string text;
+    std::array<char, 65536> part;
+    while (!std::feof(file) && !std::ferror(file))
+        text.append(part.data(), std::fread(part.data(), 1, part.size(), file));
+    std::fclose(file);
+    return text;
+}
+
+// Reads a scenario; complains where it is not sound.
+bool ReadScenario(const std::string& file, scenario::Scenario* result) {
+    const std::optional<std::string> text = ReadFile(file);
+    if (!text) {
+        std::fprintf(stderr, "%s: the file is missing, check its name\n", file.c_str());
+        return false;
+    }
+    scenario::Mistake mistake;
+    if (scenario::Parse(*text, player::KnownWords(), result, &mistake)) return true;
+    std::fprintf(stderr, "%s:%d: %s\n", file.c_str(), mistake.line, mistake.message.c_str());
+    return false;
+}
+
+bool WriteAll(HANDLE file, const std::string& text) {
+    size_t at = 0;
+    while (at < text.size()) {
+        DWORD written = 0;
+        if (!WriteFile(file, text.data() + at, static_cast<DWORD>(text.size() - at), &written,
+                       nullptr) ||
+            written == 0)
+            return false;
+        at += written;
+    }
+    return true;
+}
+
+// What can be checked before anything is played.
+bool CheckFiles(const Arguments& arguments) {
+    std::string message;
+    if (plugin::CheckFile(arguments.options.files, &message) &&
+        plugin::LoadMap(arguments.options.files.map, &message))
+        return true;
+    std::fprintf(stderr, "standin: %s\n", message.c_str());
+    return false;
+}
+
+std::vector<std::string> ChildArguments(const Arguments& arguments, const std::string& file) {
+    const player::Options& options = arguments.options;
+    std::vector<std::string> list = {
+        "play-one",
+        "--input",
+        options.input == desk::InputKind::kReal ? "real" : "virtual",
+        "--abi",
+        arguments.abi,
+        "--release",
+        std::to_string(options.release),
+        "--screen",
+        std::to_string(options.screen_width) + "x" + std::to_string(options.screen_height),
+        "--host-dir",
+        options.files.host_dir,
+        "--plugin",
+        options.files.plugin,
+        "--map",
+        options.files.map,
+    };
+    if (options.files.map.empty()) list.resize(list.size() - 2);
+    const auto add = [&list](const char* name, const std::string& value) {
+        if (value.empty()) return;
+        list.push_back(name);
+        list.push_back(value);
+    };
+    add("--shots", options.shots);
+    add("--account", options.account);
+    add("--config-dir", options.config_dir);
+    if (options.invariants) list.push_back("--invariants");
+    if (options.forgiving) list.push_back("--forgiving");
+    if (options.queries) list.push_back("--queries");
+    if (options.facts) list.push_back("--facts");
+    list.push_back(file);
+    return list;
+}
+
+// Where several plays run at a time, none shares its desktop with another that is still running:
+// `slot` tells which of them this one is.
+bool StartPlay(const Arguments& arguments, const std::string& file,
+               const scenario::Scenario& scenario, desktops::Pool* pool, size_t slot,
+               child::Process* process, std::string* message) {
+    const player::Options& options = arguments.options;
+    const int width = scenario.screen_width ? scenario.screen_width : options.screen_width;
+    const int height = scenario.screen_height ? scenario.screen_height : options.screen_height;
+    const screen_size::Claim claim(width, height);
+    std::vector<std::string> list = ChildArguments(arguments, file);
+    // Real input leaves keys and cursor behind on its desktop, and the size of one stays.
+    const bool shared = options.input == desk::InputKind::kVirtual &&
+                        width == options.screen_width && height == options.screen_height;
+    const std::string& desktop = shared ? pool->Name(slot) : desk::NewDesktopName();
+    if (desktop.empty()) {
+        *message = "no desktop can be made, end other programs and try again";
+        return false;
+    }
+    list.insert(list.end() - 1, {"--desktop", desktop});
+    return process->Start(list, message);
+}
+
+bool OpenTrace(const std::string& name, HANDLE* file) {
+    *file = CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0,
+                        nullptr);
+    if (*file != INVALID_HANDLE_VALUE) return true;
+    std::fprintf(stderr, "standin: the trace file %s can not be written\n", name.c_str());
+    return false;
+}
+
+constexpr DWORD kLongestPlay = 10 * 60 * 1000;
+
+int PlayAll(const Arguments& arguments) {
+    std::vector<scenario::Scenario> scenarios(arguments.files.size());
+    bool sound = CheckFiles(arguments);
+    for (size_t i = 0; i < arguments.files.size(); ++i)
+        if (sound || !arguments.files.empty())
+            sound = ReadScenario(arguments.files[i], &scenarios[i]) && sound;
+    if (!sound) return player::kUnreadable;
+
+    HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    if (!arguments.trace.empty() && !OpenTrace(arguments.trace, &output))
+        return player::kUnreadable;
+
+    int status = player::kGood;
+    desktops::Pool pool;
+    const auto jobs = static_cast<size_t>(arguments.jobs);
+    std::vector<child::Process> processes(arguments.files.size());
+    size_t started = 0;
+    for (size_t i = 0; i < arguments.files.size(); ++i) {
+        // Some run ahead.
+        while (started < arguments.files.size() && started < i + jobs) {
+            std::string message;
+            if (!StartPlay(arguments, arguments.files[started], scenarios[started], &pool,
+                           started % jobs, &processes[started], &message)) {
+                std::fprintf(stderr, "standin: %s\n", message.c_str());
+                return player::kDied;
+            }
+            ++started;
+        }
+        const child::Result result = processes[i].Finish(kLongestPlay);
+        status = std::max(status, result.status);
+        std::fwrite(result.messages.data(), 1, result.messages.size(), stderr);
+        std::fflush(stderr);
+        std::string text;
+        if (arguments.files.size() > 1) text = "# " + arguments.files[i] + "\n";
+        text += result.output;
+        if (!WriteAll(output, text)) {
+            std::fprintf(stderr, "standin: the trace can not be written\n");
+            return player::kUnreadable;
+        }
+    }
+    if (!arguments.trace.empty()) CloseHandle(output);
+    return status;
+}
+
+int PlayOne(const Arguments& arguments) {
+    std::string message;
+    scenario::Scenario read;
+    if (!plugin::LoadMap(arguments.options.files.map, &message)) {
+        std::fprintf(stderr, "standin: %s\n", message.c_str());
+        return player::kUnreadable;
+    }
+    if (!ReadScenario(arguments.files[0], &read)) return player::kUnreadable;
+    const int status = player::Play(arguments.options, arguments.files[0], read);
+    std::fflush(stderr);
+    // A coverage build of the plug-in offers to write its counts, which it does by itself only when
+    // a process ends in an orderly way.
+    if (const HMODULE module = GetModuleHandleA("KarvelMax.gup")) {
+        void* const write = reinterpret_cast<void*>(GetProcAddress(module, "KarvelWriteCoverage"));
+        if (write) reinterpret_cast<void (*)()>(write)();
+    }
+    // The plug-in is never taken down while its host runs; nor is it here.
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
+    return status;
+}
+
+int ListFaults() {
+    for (const std::string& name : player::FaultNames())
+        std::printf("%s\n", name.c_str());
+    return player::kGood;
+}
+
+int PlayTour(Arguments arguments) {
+    arguments.options.input = desk::InputKind::kReal;
+    arguments.options.shots = arguments.out;
+    if (arguments.tour_scenarios.empty())
+        arguments.tour_scenarios = ProgramFolder() + "\\..\\..\\..\\standin\\player\\tour";
+    const std::vector<std::string> files = tour::Files(arguments.tour_scenarios);
+    if (files.empty()) {
+        std::fprintf(stderr, "standin: %s holds no scenario, give the tour's with --scenarios\n",
+                     arguments.tour_scenarios.c_str());
+        return player::kUnreadable;
+    }
+    bool sound = CheckFiles(arguments);
+    std::vector<tour::Stop> stops;
+    for (const std::string& file : files) {
+        scenario::Scenario read;
+        sound = ReadScenario(file, &read) && sound;
+        stops.push_back({file, read.caption});
+    }
+    if (!sound) return player::kUnreadable;
+    CreateDirectoryA(arguments.out.c_str(), nullptr);
+    desktops::Pool pool;
+    return tour::Play(stops, arguments.out,
+                      [&arguments, &pool](const tour::Stop& stop, const std::string& account,
+                                          std::string* output, std::string* messages) {
+                          arguments.options.account = account;
+                          child::Process process;
+                          if (!StartPlay(arguments, stop.file, scenario::Scenario(), &pool, 0,
+                                         &process, messages))
+                              return static_cast<int>(player::kDied);
+                          const child::Result result = process.Finish(kLongestPlay);
+                          *output = result.output;
+                          *messages = result.messages;
+                          return result.status;
+                      });
+}
+
+int PlayWalks(Arguments arguments) {
+    if (!CheckFiles(arguments)) return player::kUnreadable;
+    arguments.options.invariants = true;
+    arguments.walks.faults = player::FaultNames();
+    // After the start only the host itself takes from its heap, and does not outlive its end.
+    std::erase(arguments.walks.faults, "MAX_new");
+    char folder[MAX_PATH] = "";
+    GetTempPathA(sizeof folder, folder);
+    const std::string stem =
+        std::string(folder) + "walk-" + std::to_string(GetCurrentProcessId()) + "-";
+    desktops::Pool pool;
+    const auto jobs = static_cast<size_t>(arguments.jobs);
+    return fuzz::Run(arguments.walks, [&](const std::vector<std::string>& texts) {
+        std::vector<fuzz::Verdict> verdicts(texts.size());
+        std::vector<child::Process> processes(texts.size());
+        const auto name = [&stem](size_t i) { return stem + std::to_string(i) + ".scn"; };
+        const auto finish = [&](size_t i) {
+            const child::Result result = processes[i].Finish(kLongestPlay);
+            verdicts[i] = {result.status, result.messages, result.output};
+            DeleteFileA(name(i).c_str());
+        };
+        size_t finished = 0;
+        for (size_t i = 0; i < texts.size(); ++i) {
+            if (std::FILE* const file = std::fopen(name(i).c_str(), "wb")) {
+                std::fwrite(texts[i].data(), 1, texts[i].size(), file);
+                std::fclose(file);
+            }
+            if (i >= finished + jobs) finish(finished++);
+            std::string message;
+            if (!StartPlay(arguments, name(i), scenario::Scenario(), &pool, i % jobs, &processes[i],
+                           &message)) {
+                std::fprintf(stderr, "standin: %s\n", message.c_str());
+                ExitProcess(player::kDied);
+            }
+        }
+        while (finished < texts.size())
+            finish(finished++);
+        return verdicts;
+    });
+}
+
+}  // namespace
+
+int standin_main(int count, char** arguments) {
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+    if (count < 2) return Usage("missing a command");
+    const std::string command = arguments[1];
+    Arguments read;
+    const std::string problem = ReadArguments(count, arguments, &read);
+    if (!problem.empty() && command == "fuzz") {
+        std::fprintf(stderr, "standin: %s\n", problem.c_str());
+        return player::kUnreadable;
+    }
+    if (!problem.empty()) return Usage(problem);
+    if (command == "play") {
+        if (read.files.empty()) return Usage("missing a scenario's file");
+        return PlayAll(read);
+    }
+    if (command == "tour") {
+        if (read.out.empty()) return Usage("missing --out and a folder for the pictures");
+        return PlayTour(read);
+    }
+    if (command == "fuzz") {
+        if (read.files.empty()) return PlayWalks(read);
+        std::fprintf(stderr, "standin: \"%s\" is too much, fuzz makes its scenarios itself\n",
+                     read.files[0].c_str());
+        return player::kUnreadable;
+    }
+    if (command == "faults") return ListFaults();
+    if (command == "interactive") {
+        if (!CheckFiles(read)) return player::kUnreadable;
+        if (!read.trace.empty() && !OpenTrace(read.trace, &read.options.trace))
+            return player::kUnreadable;
+        return player::RunInteractive(read.options);
+    }
+    if (command == "play-one" && read.files.size() == 1) return PlayOne(read);
+    return Usage("unknown command " + command);
+}

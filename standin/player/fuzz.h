@@ -1,0 +1,32 @@
+// The random walks: makes them from a seed, has each played in a process of its own, and cuts a
+// failing one down to the shortest that still fails.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace fuzz {
+
+struct Options {
+    unsigned long long seed = 1;
+    unsigned long long events = 20000;
+    int commands_of_a_walk = 5000;
+    bool every_row = false;           // fail when a row or step that can be visited is not
+    std::vector<std::string> faults;  // the calls that can be made to fail
+};
+
+struct Verdict {
+    int status = 0;        // as of a play
+    std::string messages;  // what it complained about
+    std::string report;    // what it visited and excused
+};
+
+// Plays these texts, some side by side; the order of the answers is that of the texts.
+using PlayTexts = std::function<std::vector<Verdict>(const std::vector<std::string>& texts)>;
+
+// 0: every walk held. Prints the seed first, and the shortest failing walk.
+int Run(const Options& options, const PlayTexts& play);
+
+}  // namespace fuzz

@@ -1,0 +1,335 @@
+// The two hooks as two tables and a few flags: what the plug-in's state must be after an event, and
+// whether the event is kept from the host. Written apart from the plug-in, so that a random walk
+// has something to hold the plug-in against. Needs no Windows.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace hook_model {
+
+enum class Message {
+    kOther,  // of a caption, border or menu bar
+    kMove,
+    kLeftDown,
+    kLeftUp,
+    kRightDown,
+    kRightUp,
+    kMiddleDown,
+    kMiddleUp,
+};
+
+enum WindowKind {
+    kOtherWindow = 0,
+    kViewport = 1,
+    kLockedViewport = 2,
+    kUnwrap = 3,
+    kSchematic = 4,
+    kTrackView = 5,
+    kTrackBar = 7,
+};
+
+enum Bits { kLeftBit = 1, kRightBit = 2, kMiddleBit = 16 };
+
+struct Options {
+    bool navigation = false;
+    bool left_orbit = false;
+    bool right_zoom = false;
+    bool quick = false;
+    bool clone = false;
+    bool cursors = false;
+};
+
+struct Point {
+    int x = 0;
+    int y = 0;
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
+// The world just before a mouse event, as the host and the system would answer the plug-in.
+struct MouseFacts {
+    Message message = Message::kOther;
+    int kind = kOtherWindow;
+    Options options;
+    bool alt = false;
+    bool ctrl = false;
+    bool shift = false;
+    bool right_down = false;
+    bool on_menu = false;
+    Point at;      // of the event
+    Point cursor;  // where the mouse is by now
+    Point screen;  // its size
+    bool thumb = false;
+    std::optional<int> mode;
+    int selected = 0;
+    bool subobject = false;
+    std::optional<bool> select_button;  // enabled; nothing: it is not there
+    bool orbit_allowed = false;
+    bool brush = false;      // a sculpt or paint tool of the PolyTools is in use
+    bool edit_mode = false;  // the editor under the mouse is in a mode for quick transforms
+    bool cursors_load = true;
+    bool border_release = false;  // a button came up over a caption, border or menu bar
+};
+
+struct KeyFacts {
+    enum class Key { kOther, kAlt, kCtrl, kShift };
+    Key key = Key::kOther;
+    bool up = false;
+    bool navigation = false;
+    bool any_button = false;
+    bool cursors = false;
+    // Where the cursor of a modifier key is a question.
+    int kind = kOtherWindow;  // of the window under the mouse
+    bool alt = false;
+    bool ctrl = false;
+    bool shift = false;
+    std::optional<int> mode;
+    bool subobject = false;
+    std::optional<bool> select_button;
+};
+
+struct State {
+    int orbit = 0, zoom = 0, pan = 0, locked = 0, kind = 0, held = 0;
+    int quick = 0, clone = 0;
+    int sel_ctrl = 0, sel_shift = 0, sel_ctrl_shift = 0, not_pushed = 0;
+    int redirect = 0;
+    int scrub = 0, scrub_wrapped = 0;
+    int alt_owed = 0;
+    int requests = 0;
+    int snap = 0;
+    int nudge = 0;
+    int zoom_warp = 0;
+    Point zoom_last, zoom_virtual;
+
+    bool Drags() const { return orbit || zoom || pan; }
+    bool Gesture() const { return Drags() || locked; }
+    bool Selecting() const { return sel_ctrl || sel_shift || sel_ctrl_shift; }
+    friend bool operator==(const State&, const State&) = default;
+};
+
+// The first difference of two states as a text for a reader; empty when there is none.
+std::string_view FirstDifference(const State& expected, const State& got, int* wanted, int* is);
+
+// Every row and step that can be told apart from outside.
+enum class Place : int {
+    kMouseOff,
+    kRedirectStart,
+    kRedirectEnd,
+    kRedirectPass,
+    kScrubWrapLeft,
+    kScrubWrapRight,
+    kScrubAnchor,
+    kScrubMove,
+    kScrubEndLeft,
+    kScrubEndRight,
+    kScrubEndMiddle,
+    kScrubEndKeyGone,
+    kScrubStartLeft,
+    kScrubStartRight,
+    kScrubStartMiddle,
+    kScrubNoThumb,
+    kScrubHover,
+    kPress1,
+    kPress2,
+    kPress3,
+    kPress4,
+    kPress5,
+    kPress6,
+    kPress7,
+    kPress8,
+    kPress9,
+    kPress10,
+    kPressLeftOff,
+    kPressNone,
+    kQuickRunning,
+    kQuickStartViewport,
+    kQuickStartClone,
+    kQuickStartTrackView,
+    kQuickStartUnwrap,
+    kQuickRefused,
+    kQuickEndViewport,
+    kQuickCancel,
+    kQuickEndTrackView,
+    kQuickEndUnwrap,
+    kQuickEndOtherEditor,
+    kQuickEndOther,
+    kQuickMoveTrackView,
+    kRelease1,
+    kRelease2,
+    kRelease3,
+    kRelease4,
+    kRelease5,
+    kRelease6,
+    kRelease7,
+    kRelease8,
+    kRelease9,
+    kRelease10,
+    kRelease11,
+    kRelease12,
+    kRelease13,
+    kReleaseNone,
+    kStartOrbitViewport,
+    kStartOrbitRefused,
+    kStartOrbitLocked,
+    kStartOrbitEditor,
+    kStartPanViewport,
+    kStartPanLocked,
+    kStartPanEditor,
+    kStartZoomViewport,
+    kStartZoomLocked,
+    kStartZoomEditor,
+    kOrbitToZoomViewport,
+    kOrbitToZoomLocked,
+    kOrbitToZoomEditor,
+    kPanToZoomViewport,
+    kPanToZoomLocked,
+    kPanToZoomEditor,
+    kZoomToPanViewport,
+    kZoomToPanLocked,
+    kZoomToPanEditor,
+    kZoomToOrbitViewport,
+    kZoomToOrbitRefused,
+    kZoomToOrbitLocked,
+    kZoomToOrbitEditor,
+    kEndZoomViewport,
+    kEndZoomLocked,
+    kEndZoomEditor,
+    kEndPanViewport,
+    kEndPanLocked,
+    kEndPanEditor,
+    kEndOrbitViewport,
+    kEndOrbitRefused,
+    kEndOrbitLocked,
+    kEndOrbitEditor,
+    kUnlockByLeft,
+    kUnlockIntoZoom,
+    kMoveOrbit,
+    kMovePanViewport,
+    kMovePanEditor,
+    kMoveLocked,
+    kZoomFirst,
+    kZoomFirstAtEdge,
+    kZoomWarpBack,
+    kZoomWarpSideways,
+    kZoomWrapTop,
+    kZoomWrapBottom,
+    kZoomMarkWarp,
+    kZoomEditorRestart,
+    kZoomMoveViewport,
+    kZoomMoveEditor,
+    kZoomMoveLocked,
+    kSelectNotNow,
+    kSelectAlt,
+    kSelectCtrl,
+    kSelectPlain,
+    kSelectShiftEditor,
+    kSelectCtrlShiftEditor,
+    kSelectPushed,
+    kSelectNotPushed,
+    kSelectNoButton,
+    kSelectUndoRecord,
+    kSelectEndCtrl,
+    kSelectEndPop,
+    kSelectEndNoPop,
+    kSelectMoveOff,
+    kSelectMovePlain,
+    kSelectMoveEditor,
+    kSelectMoveButton,
+    kSelectMove,
+    kMousePass,
+    kKeyOff,
+    kKeyLock,
+    kKeyNudge,
+    kKeyRepeat,
+    kKeyAltHeld,
+    kKeyScrubOff,
+    kKeyScrubLater,
+    kKeySnap,
+    kKeyCursorButton,
+    kKeyCursorSchematic,
+    kKeyCursorEditor,
+    kKeyCursorNoSelect,
+    kKeyCursorElsewhere,
+    kKeyCursorOwn,
+    kKeyCursorArrow,
+    kKeyPass,
+    kZoomButtonWindows,
+    kCount,
+};
+constexpr int kPlaces = static_cast<int>(Place::kCount);
+std::string_view NameOf(Place place);
+// Why no walk can get there; empty: it can.
+std::string_view WhyNever(Place place);
+
+enum class Handler {
+    kNone,
+    kStartOrbit,
+    kStartPan,
+    kStartZoom,
+    kOrbitToZoom,
+    kPanToZoom,
+    kZoomToPan,
+    kZoomToOrbit,
+    kEndZoom,
+    kEndPan,
+    kEndOrbit,
+};
+
+// The number of the arrow among the cursors.
+constexpr int kArrow = 32512;
+
+// What became of an event.
+struct Outcome {
+    bool swallowed = false;
+    bool came_to_release_rules = false;
+    bool scrubbed = false;             // the time slider took it
+    bool redirected = false;           // a sculpt or paint tool took it
+    Handler handler = Handler::kNone;  // the last one that was called
+    bool orbit_refused = false;
+    int press_row = 0;    // of the tables, from 1
+    int release_row = 0;  // the last one that applied
+    int used_bits = 0;    // the held buttons that the rows that applied ask for
+    int own_bit = 0;      // of the event's own button
+    int cursor = 0;       // that a key shows; 0: none
+};
+
+class Model {
+public:
+    const State& Now() const { return state_; }
+    void Set(const State& state) { state_ = state; }
+    Outcome Mouse(const MouseFacts& facts);
+    Outcome Key(const KeyFacts& facts);
+
+    using Visits = std::array<unsigned long long, kPlaces>;
+    const Visits& Visited() const { return visits_; }
+
+private:
+    enum class Answer { kConsumed, kOn };
+
+    void Visit(Place place) { ++visits_[static_cast<size_t>(place)]; }
+    bool Steps(const MouseFacts& facts);
+    std::optional<bool> Redirect(const MouseFacts& facts);
+    bool Scrub(const MouseFacts& facts);
+    // Nothing: no rule applied.
+    std::optional<Answer> Press(const MouseFacts& facts);
+    std::optional<bool> Quick(const MouseFacts& facts);
+    bool Release(const MouseFacts& facts);
+    bool Move(const MouseFacts& facts);
+    bool ZoomMove(const MouseFacts& facts);
+    bool Select(const MouseFacts& facts);
+    bool SelectPress(const MouseFacts& facts);
+    Answer Call(Handler handler, const MouseFacts& facts);
+    Answer Unlock(const MouseFacts& facts);
+    int ModifierCursor(const KeyFacts& facts);
+    int ChosenCursor(bool alt, bool ctrl, bool shift) const;
+    void BeginZoom();
+    void EndView();
+    void PayAlt() { state_.alt_owed = 0; }
+
+    State state_;
+    Outcome outcome_;
+    Visits visits_{};
+};
+
+}  // namespace hook_model

@@ -1,0 +1,752 @@
+#include "standin/player/player.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "standin/engine/desk.h"
+#include "standin/engine/faults.h"
+#include "standin/engine/intercept.h"
+#include "standin/engine/trace.h"
+#include "standin/engine/trace_control.h"
+#include "standin/engine/world.h"
+#include "standin/player/account.h"
+#include "standin/player/invariants.h"
+#include "standin/player/pictures.h"
+
+namespace player {
+namespace {
+
+using scenario::Command;
+using scenario::Verb;
+
+// For the watchdog and the crash report.
+std::string g_file;
+std::atomic<int> g_line{0};
+
+void Complain(int line, const std::string& message) {
+    const std::string place = line > 0 ? g_file + ":" + std::to_string(line) : g_file;
+    std::fprintf(stderr, "%s: %s\n", place.c_str(), message.c_str());
+    std::fflush(stderr);
+}
+
+// --- a play that dies ---
+
+std::string Place() {
+    return g_file + ":" + std::to_string(g_line.load()) + ": ";
+}
+
+DWORD WINAPI Watch(void*) {
+    constexpr DWORD kLook = 250;
+    constexpr DWORD kLongest = 10000;
+    unsigned long long seen = trace::Progress();
+    DWORD since = 0;
+    for (;;) {
+        Sleep(kLook);
+        const unsigned long long now = trace::Progress();
+        since = now == seen ? since + kLook : 0;
+        seen = now;
+        if (since >= kLongest)
+            trace::Die(kDied, Place() + "no progress for 10 seconds, the play is ended here");
+    }
+}
+
+std::string ModuleText(const void* address) {
+    HMODULE module = nullptr;
+    GetModuleHandleExA(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        static_cast<const char*>(address), &module);
+    char text[MAX_PATH + 32];
+    if (!module) {
+        std::snprintf(text, sizeof text, "%p", address);
+        return text;
+    }
+    char path[MAX_PATH] = "";
+    GetModuleFileNameA(module, path, sizeof path);
+    const std::string full = path;
+    std::snprintf(text, sizeof text, "+0x%llx",
+                  static_cast<unsigned long long>(static_cast<const char*>(address) -
+                                                  reinterpret_cast<const char*>(module)));
+    return full.substr(full.find_last_of("\\/") + 1) + text;
+}
+
+LONG ReportCrash(const EXCEPTION_RECORD& record) {
+    char code[16];
+    std::snprintf(code, sizeof code, "%08lX", record.ExceptionCode);
+    trace::Die(kDied, Place() + "crashed with exception " + code + " at " +
+                          ModuleText(record.ExceptionAddress));
+}
+
+// Exceptions inside a window procedure or hook are lost on their way through the system, so those
+// of our own modules are seen at once.
+LONG CALLBACK OnException(EXCEPTION_POINTERS* pointers) {
+    const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
+    switch (record.ExceptionCode) {
+        case EXCEPTION_ACCESS_VIOLATION:
+        case EXCEPTION_STACK_OVERFLOW:
+        case EXCEPTION_ILLEGAL_INSTRUCTION:
+        case EXCEPTION_PRIV_INSTRUCTION:
+        case EXCEPTION_INT_DIVIDE_BY_ZERO:
+        case EXCEPTION_BREAKPOINT: break;
+        default: return EXCEPTION_CONTINUE_SEARCH;
+    }
+    HMODULE module = nullptr;
+    GetModuleHandleExA(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        static_cast<const char*>(record.ExceptionAddress), &module);
+    char path[MAX_PATH] = "";
+    if (module) GetModuleFileNameA(module, path, sizeof path);
+    const std::string lower = [&path] {
+        std::string text = path;
+        for (char& c : text)
+            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        return text;
+    }();
+    // The system's own modules catch what they cause.
+    if (lower.find("\\system32\\") != std::string::npos &&
+        record.ExceptionCode != EXCEPTION_STACK_OVERFLOW)
+        return EXCEPTION_CONTINUE_SEARCH;
+    return ReportCrash(record);
+}
+
+LONG WINAPI OnUnhandled(EXCEPTION_POINTERS* pointers) {
+    return ReportCrash(*pointers->ExceptionRecord);
+}
+
+// --- the host's configuration folder ---
+
+class ConfigDir {
+public:
+    bool Make(const std::string& wanted) {
+        path_ = wanted;
+        if (path_.empty()) {
+            char temp[MAX_PATH] = "";
+            GetTempPathA(sizeof temp, temp);
+            path_ = std::string(temp) + "standin-" + std::to_string(GetCurrentProcessId());
+            CreateDirectoryA(path_.c_str(), nullptr);
+            path_ += "\\plugcfg";
+            own_ = true;
+        }
+        CreateDirectoryA(path_.c_str(), nullptr);
+        // A play that died has left its files, and the system uses numbers of processes again.
+        if (own_) DeleteFiles();
+        const std::string probe = path_ + "\\standin-probe.tmp";
+        FILE* const file = std::fopen(probe.c_str(), "wb");
+        if (!file) return false;
+        const bool written = std::fputs("probe", file) >= 0;
+        const bool closed = std::fclose(file) == 0;
+        DeleteFileA(probe.c_str());
+        return written && closed;
+    }
+
+    bool WriteSettings(const std::vector<std::string>& lines) const {
+        FILE* const file = std::fopen(SettingsFile().c_str(), "wb");
+        if (!file) return false;
+        std::string text = "[main]\r\n";
+        for (const std::string& line : lines)
+            text += line + "\r\n";
+        const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+        return std::fclose(file) == 0 && written;
+    }
+
+    ~ConfigDir() {
+        if (!own_) return;
+        DeleteFiles();
+        RemoveDirectoryA(path_.c_str());
+        RemoveDirectoryA(path_.substr(0, path_.find_last_of('\\')).c_str());
+    }
+
+    const std::string& Path() const { return path_; }
+    std::string SettingsFile() const { return path_ + "\\Karvel.ini"; }
+
+private:
+    void DeleteFiles() const {
+        DeleteFileA(SettingsFile().c_str());
+        DeleteFileA((path_ + "\\system-folder-Karvel.ini").c_str());
+    }
+
+    std::string path_;
+    bool own_ = false;
+};
+
+// --- what a scenario's commands do ---
+
+int ButtonKey(const std::string& name) {
+    return name == "left" ? VK_LBUTTON : name == "right" ? VK_RBUTTON : VK_MBUTTON;
+}
+
+bool AnyButtonDown() {
+    return desk::AsyncDown(VK_LBUTTON) || desk::AsyncDown(VK_RBUTTON) ||
+           desk::AsyncDown(VK_MBUTTON);
+}
+
+std::string FactsText(HWND window) {
+    const POINT cursor = desk::CursorSoFar();
+    const int mode = world::ModeId();
+    return desk::AsyncText() + " cursor=" + std::to_string(cursor.x) + "," +
+           std::to_string(cursor.y) + " over=" + world::Of(desk::WindowAt(cursor)) +
+           " mode=" + (mode == world::kNoMode ? "none" : std::to_string(mode)) +
+           " depth=" + std::to_string(world::ModeDepth()) +
+           " selected=" + std::to_string(world::SelectedCount()) +
+           " subobject=" + std::to_string(world::SubobjectLevel()) +
+           " view=" + (window ? world::ViewText(window) : "-") +
+           " locked=" + (window ? world::LockedText(window) : "-") +
+           " tick=" + std::to_string(desk::Ticks());
+}
+
+class Player {
+public:
+    Player(const Options& options, const scenario::Scenario& scenario,
+           const std::string& settings_file)
+        : options_(options), scenario_(scenario), settings_file_(settings_file) {}
+
+    int Run() {
+        for (const Command& command : scenario_.commands) {
+            g_line = command.line;
+            trace::BeginCommand(scenario::IsEvent(command.verb));
+            if (command.verb != Verb::kExpect && command.verb != Verb::kExpectNothing) {
+                skip_ = false;
+                Picture(command, true);
+            }
+            if (options_.invariants && plugin::IsLoaded()) checker_.Before();
+            const std::string problem = Do(command);
+            if (options_.forgiving && !problem.empty()) {
+                trace::State("left out, " + problem);
+            } else if (!problem.empty() && !options_.invariants) {
+                // A walk also reaches for windows that are not there (any more).
+                trace::Flush();
+                Complain(command.line, problem);
+                return kUnreadable;
+            }
+            desk::Drain();
+            account_.Add(command);
+            Picture(command, false);
+            if (options_.invariants)
+                if (const std::string broken = checker_.After(command); !broken.empty()) {
+                    trace::Flush();
+                    Complain(command.line, broken);
+                    return kDifferent;
+                }
+            if (!options_.invariants) trace::Flush();
+        }
+        if (options_.invariants) {
+            std::fputs(checker_.Report().c_str(), stdout);
+            std::fflush(stdout);
+        }
+        return status_;
+    }
+
+    bool OpenAccount() { return options_.account.empty() || account_.Open(options_.account); }
+    void CloseAccount() { account_.Close(); }
+    int Fail() { return status_ = kDifferent; }
+
+private:
+    int Number(const Command& command, size_t index) {
+        return static_cast<int>(command.numbers[index]);
+    }
+
+    // Empty when done, else why it can not be done.
+    std::string Do(const Command& command) {
+        switch (command.verb) {
+            case Verb::kIni:
+            case Verb::kRelease:
+            case Verb::kScreen:
+            case Verb::kConfigDir: return {};  // carried out before the first command
+            case Verb::kStart: {
+                std::string message;
+                return plugin::Start(options_.files, &message) ? "" : message;
+            }
+            case Verb::kStartAgain: plugin::RunStartOperation(); return {};
+            case Verb::kExpect:
+            case Verb::kExpectNothing: Expect(command); return {};
+            case Verb::kShow:
+                if (command.words[0] == "plugin" && options_.files.map.empty())
+                    return "there is no link map beside the plug-in, name it with --map";
+                Show(command);
+                return {};
+            case Verb::kPoke:
+                if (!plugin::Poke(command.words[0], command.numbers[0]))
+                    return "the plug-in has no global " + command.words[0];
+                return {};
+            default: break;
+        }
+        if (const std::string problem = DoInput(command); problem != kNotMine) return problem;
+        if (const std::string problem = DoCommand(command); problem != kNotMine) return problem;
+        return DoWorld(command);
+    }
+
+    std::string DoInput(const Command& command) {
+        switch (command.verb) {
+            case Verb::kKey: desk::InjectKey(Number(command, 0), command.on); return {};
+            case Verb::kMoveWindow: {
+                const HWND window = world::Find(command.words[0]);
+                if (!window) return "the window " + command.words[0] + " is not open";
+                desk::InjectMove(desk::ToScreen(window, {Number(command, 0), Number(command, 1)}));
+                return {};
+            }
+            case Verb::kMoveScreen:
+                desk::InjectMove({Number(command, 0), Number(command, 1)});
+                return {};
+            case Verb::kMoveBy: {
+                const POINT cursor = desk::CursorSoFar();
+                desk::InjectMove({cursor.x + Number(command, 0), cursor.y + Number(command, 1)});
+                return {};
+            }
+            case Verb::kMouseDown: desk::InjectButton(ButtonKey(command.words[0]), true); return {};
+            case Verb::kMouseUp: desk::InjectButton(ButtonKey(command.words[0]), false); return {};
+            case Verb::kClock:
+                desk::AdvanceClock(static_cast<unsigned long>(command.numbers[0]));
+                return {};
+            default: return kNotMine;
+        }
+    }
+
+    // What reaches the plug-in other than through the hooks.
+    std::string DoCommand(const Command& command) {
+        switch (command.verb) {
+            case Verb::kCommand:
+                if (!world::ActionCallback()) return "the plug-in activated no action callback";
+                plugin::Execute(Number(command, 0));
+                return {};
+            case Verb::kAccelerator: {
+                constexpr int kFromAccelerator = 1;
+                SendMessageA(world::Find("main"), WM_COMMAND,
+                             MAKEWPARAM(Number(command, 0), kFromAccelerator), 0);
+                return {};
+            }
+            case Verb::kClick: return Click(command.words[0]);
+            case Verb::kMenu: {
+                const HWND sheet = world::Find("options");
+                if (!sheet) return "the options window is not open";
+                trace::In("menu " + std::to_string(command.numbers[0]));
+                SendMessageA(sheet, WM_COMMAND, MAKEWPARAM(Number(command, 0), 0), 0);
+                trace::Out("0");
+                return {};
+            }
+            case Verb::kPlace: {
+                const HWND window = world::Find(command.words[0]);
+                if (!window) return "the window " + command.words[0] + " is not open";
+                SetWindowPos(window, nullptr, Number(command, 0), Number(command, 1), 0, 0,
+                             SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+                return {};
+            }
+            case Verb::kCloseBox: {
+                const HWND window = world::Find(command.words[0]);
+                if (!window) return "the window " + command.words[0] + " is not open";
+                trace::In("closebox " + command.words[0]);
+                SendMessageA(window, WM_SYSCOMMAND, SC_CLOSE, 0);
+                trace::Out("0");
+                return {};
+            }
+            case Verb::kQuery: {
+                const std::string& what = command.words[0];
+                trace::In("query " + what + ' ' + std::to_string(command.numbers[0]));
+                const int answer = plugin::Query(what, Number(command, 0));
+                trace::Out(what == "icon" && answer < 0 ? "none" : std::to_string(answer));
+                return {};
+            }
+            case Verb::kScript: trace::Value(world::Evaluate(command.text)); return {};
+            default: return kNotMine;
+        }
+    }
+
+    std::string Click(const std::string& name) {
+        const HWND control = world::Find(name);
+        if (!control) return "the control " + name + " is not there";
+        trace::In("click " + name);
+        SendMessageA(control, BM_CLICK, 0, 0);
+        trace::Out("0");
+        return {};
+    }
+
+    std::string DoWorld(const Command& command) {
+        const std::vector<std::string>& words = command.words;
+        const int number = command.numbers.empty() ? 0 : Number(command, 0);
+        const int class_id = command.numbers.size() > 1 ? Number(command, 1) : -1;
+        switch (command.verb) {
+            case Verb::kModeReplace: world::ReplaceMode(number, class_id); break;
+            case Verb::kModeNone: world::ClearModes(); break;
+            case Verb::kModePush: world::PushMode(number, class_id); break;
+            case Verb::kModePop: world::PopMode(); break;
+            case Verb::kSelect: world::Select(words); break;
+            case Verb::kSubobject: world::SetSubobjectLevel(command.on ? 1 : 0); break;
+            case Verb::kView:
+                world::SetViewKind(words[0], words[1] == "persp"   ? world::ViewKind::kPerspective
+                                             : words[1] == "ortho" ? world::ViewKind::kOrthographic
+                                                                   : world::ViewKind::kUser);
+                break;
+            case Verb::kLock: world::LockView(words[0], command.on); break;
+            case Verb::kButton:
+                if (words[0] == "on" || words[0] == "off")
+                    world::CheckButton(number, words[0] == "on");
+                else if (words[0] == "enabled" || words[0] == "disabled")
+                    world::EnableButton(number, words[0] == "enabled");
+                else
+                    world::PlaceButton(number, words[0] == "present");
+                break;
+            case Verb::kAction:
+                world::SetAction(static_cast<unsigned long>(command.numbers[0]), Number(command, 1),
+                                 words[0] == "on"    ? world::ActionState::kOn
+                                 : words[0] == "off" ? world::ActionState::kOff
+                                                     : world::ActionState::kStuck);
+                break;
+            case Verb::kBrush: world::CheckBrush(number, command.on); break;
+            case Verb::kPaint: world::CheckPaint(number, command.on); break;
+            case Verb::kPolyTools:
+                if (words[0] == "sculpt")
+                    world::SetSculptTool(number);
+                else if (words[0] == "pd")
+                    world::SetPaintDeformTool(number);
+                else
+                    world::SetPolyShift(command.on);
+                break;
+            case Verb::kOpen:
+                if (!world::OpenWindow(words[0])) return words[0] + " can not be opened";
+                break;
+            case Verb::kClose:
+                if (!world::CloseWindow(words[0])) return words[0] + " is not open";
+                break;
+            case Verb::kDestroy:
+                if (!world::DestroyWindow(words[0])) return words[0] + " is not there";
+                break;
+            case Verb::kNamedSet: world::SetNamedSet(command.text, words); break;
+            case Verb::kHide: world::HideObject(words[0], true); break;
+            case Verb::kUnhide: world::HideObject(words[0], false); break;
+            case Verb::kTracks: world::SetSelectedTracks(words); break;
+            case Verb::kKeys: world::SetKeys(words[0], Frames(command)); break;
+            case Verb::kSelectKeys: world::SelectKeys(words[0], Frames(command)); break;
+            case Verb::kForeground: world::SetForegroundTitle(command.text); break;
+            case Verb::kPlay: world::SetPlaying(command.on); break;
+            case Verb::kFail: world::SetFault(words[0], command.on); break;
+            default: return "this command is not known to the player";
+        }
+        return {};
+    }
+
+    static std::vector<int> Frames(const Command& command) {
+        std::vector<int> frames;
+        frames.reserve(command.numbers.size());
+        for (const long long number : command.numbers)
+            frames.push_back(static_cast<int>(number));
+        return frames;
+    }
+
+    // --- show ---
+
+    void Show(const Command& command) {
+        const std::string& what = command.words[0];
+        if (what == "all") {
+            for (const char* part : {"modes", "selection", "objects", "time", "range", "actions"})
+                ShowWorld(part, "");
+            for (const char* view :
+                 {"viewport.top", "viewport.front", "viewport.user", "viewport.persp"})
+                ShowWorld("camera", view);
+            ShowKeys();
+            ShowPlugin();
+        } else if (what == "keys") {
+            // The word stands for both kinds of keys, those on the keyboard and those in time.
+            ShowKeys();
+            ShowWorld("tracks", "");
+        } else if (what == "plugin") {
+            ShowPlugin();
+        } else if (what == "clock") {
+            trace::State("clock " + std::to_string(desk::Ticks()));
+        } else if (what == "allocations") {
+            // Since they were last asked for.
+            const unsigned long long now = intercept::Allocations();
+            trace::State("allocations " + std::to_string(now - allocations_));
+            allocations_ = now;
+        } else if (what == "calls") {
+            trace::State("calls " + faults::CallsSoFar());
+        } else if (what == "settings") {
+            ShowSettings();
+        } else if (what == "windows") {
+            for (const std::string& name : world::WindowNames())
+                if (const HWND window = world::Find(name)) ShowWindow(name, window);
+        } else {
+            ShowWorld(what, command.words.size() > 1 ? command.words[1] : "");
+        }
+    }
+
+    static void ShowWorld(const std::string& what, const std::string& argument) {
+        for (const std::string& line : world::Show(what, argument))
+            trace::State(line);
+    }
+
+    static void ShowKeys() {
+        trace::State("keys " + desk::AsyncText());
+        trace::State("threadkeys " + desk::ThreadText());
+    }
+
+    static void ShowPlugin() {
+        for (const std::string& line : plugin::Show())
+            trace::State("plugin " + line);
+    }
+
+    // The settings file as it lies on the disk.
+    void ShowSettings() const {
+        std::FILE* const file = std::fopen(settings_file_.c_str(), "r");
+        if (!file) return trace::State("settings none");
+        char line[512];
+        while (std::fgets(line, sizeof line, file)) {
+            line[std::strcspn(line, "\r\n")] = 0;
+            trace::State(std::string("settings ") + line);
+        }
+        std::fclose(file);
+    }
+
+    static void ShowWindow(const std::string& name, HWND window) {
+        RECT place{};
+        GetWindowRect(window, &place);
+        trace::State("window " + name + ' ' + std::to_string(place.left) + "," +
+                     std::to_string(place.top) + ' ' + std::to_string(place.right - place.left) +
+                     "x" + std::to_string(place.bottom - place.top));
+    }
+
+    // --- expect ---
+
+    void Expect(const Command& command) {
+        using trace::Reading;
+        const std::string& wanted = command.text;
+        if (scenario::IsAnyLines(wanted)) {
+            skip_ = true;
+            return;
+        }
+        if (command.verb == Verb::kExpectNothing) {
+            if (!skip_)
+                if (const auto line = trace::NextLine(Reading::kEffects))
+                    Differ(command, "nothing", *line);
+            while (skip_ && trace::NextLine(Reading::kEffects)) {
+            }
+            skip_ = false;
+            return;
+        }
+        const Reading reading = wanted.starts_with("state ")  ? Reading::kStates
+                                : wanted.starts_with("value") ? Reading::kValues
+                                : wanted.starts_with("got ")  ? Reading::kArrivals
+                                                              : Reading::kEffects;
+        auto line = trace::NextLine(reading);
+        while (skip_ && line && !scenario::Matches(wanted, *line))
+            line = trace::NextLine(reading);
+        if (!line || !scenario::Matches(wanted, *line))
+            Differ(command, wanted, line ? *line : "nothing");
+        skip_ = false;
+    }
+
+    // The first difference tells what is wrong; the later ones mostly follow from it.
+    void Differ(const Command& command, const std::string& wanted, const std::string& got) {
+        if (status_ == kDifferent) return;
+        status_ = kDifferent;
+        Complain(command.line, "expected " + wanted + ", got " + got);
+    }
+
+    // --- pictures: before the first button goes down and after the last one came up, and around
+    // commands ---
+
+    void Picture(const Command& command, bool before) {
+        if (options_.shots.empty()) return;
+        const Verb gesture = before ? Verb::kMouseDown : Verb::kMouseUp;
+        const bool wanted =
+            (command.verb == gesture || command.verb == Verb::kCommand) && !AnyButtonDown();
+        if (!wanted) return;
+        if (before) ++gesture_;
+        const std::string stem = g_file.substr(g_file.find_last_of("\\/") + 1);
+        char number[16];
+        std::snprintf(number, sizeof number, "-%02d-", gesture_);
+        const std::string name =
+            stem.substr(0, stem.find_last_of('.')) + number + (before ? "before.png" : "after.png");
+        world::PaintNow();
+        if (pictures::SaveScreen(options_.shots + "\\" + name)) account_.AddPicture(name);
+    }
+
+    static inline const std::string kNotMine = "\x01";
+
+    const Options& options_;
+    const scenario::Scenario& scenario_;
+    std::string settings_file_;
+    account::Writer account_;
+    invariants::Checker checker_;
+    int status_ = kGood;
+    bool skip_ = false;
+    int gesture_ = 0;
+    unsigned long long allocations_ = 0;
+};
+
+}  // namespace
+
+scenario::Vocabulary KnownWords() {
+    scenario::Vocabulary known;
+    known.is_window = [](std::string_view name) { return world::IsName(name); };
+    known.is_object = [](std::string_view name) { return world::IsObject(name); };
+    known.is_action = [](unsigned long table, int id) { return world::IsAction(table, id); };
+    known.is_fault = [](std::string_view name) {
+        return intercept::KnowsFault(name) || world::KnowsFault(name);
+    };
+    known.is_global = [](std::string_view name) { return plugin::IsGlobal(name); };
+    return known;
+}
+
+std::vector<std::string> FaultNames() {
+    std::vector<std::string> names = intercept::FaultNames();
+    const std::vector<std::string> more = world::FaultNames();
+    names.insert(names.end(), more.begin(), more.end());
+    return names;
+}
+
+// Every hotkey of the plug-in is the user's own choice; these are the stand-in's.
+struct Hotkey {
+    int key;
+    int action;
+    const char* text;
+};
+constexpr Hotkey kHotkeys[] = {
+    {'Q', 7, "Q: time scrubber, while held"},
+    {'W', 1, "W: selection lock, while held"},
+    {'A', 2, "A, S, D: snap to points, curves, grids, while held"},
+    {'S', 3, nullptr},
+    {'D', 4, nullptr},
+    {'F', 6, "F: snap angles, while held"},
+    {'Z', 15, "Z: frame selected, X: frame all"},
+    {'X', 16, nullptr},
+    {'C', 14, "C: center pivot"},
+    {VK_OEM_COMMA, 17, "comma, period: previous and next key"},
+    {VK_OEM_PERIOD, 18, nullptr},
+    {VK_UP, 10, "arrow keys: nudge by a pixel"},
+    {VK_DOWN, 11, nullptr},
+    {VK_LEFT, 12, nullptr},
+    {VK_RIGHT, 13, nullptr},
+    {VK_F2, 5, "F2: options, F1: welcome window, F12: reset all views"},
+    {VK_F1, 22, nullptr},
+    {VK_F12, 19, nullptr},
+};
+
+bool RunHotkey(int key) {
+    for (const Hotkey& hotkey : kHotkeys) {
+        if (hotkey.key != key) continue;
+        plugin::Execute(hotkey.action);
+        trace::Flush();
+        return true;
+    }
+    return false;
+}
+
+int RunInteractive(const Options& options) {
+    g_file = "standin";
+    AddVectoredExceptionHandler(1, OnException);
+    SetUnhandledExceptionFilter(OnUnhandled);
+    ConfigDir config_dir;
+    if (!config_dir.Make(options.config_dir)) {
+        Complain(0, "the settings folder " + config_dir.Path() +
+                        " can not be written, give another one with --config-dir");
+        return kUnreadable;
+    }
+    trace::Options listed;
+    listed.output = options.trace ? options.trace : GetStdHandle(STD_OUTPUT_HANDLE);
+    listed.live = true;
+    listed.queries = options.queries;
+    listed.facts = options.facts;
+    trace::Open(listed);
+    trace::SetFactsSource(FactsText);
+    desk::OpenInteractive();
+    const SIZE screen = desk::ScreenSize();
+    world::Options world_options;
+    world_options.release = options.release;
+    world_options.screen_width = screen.cx;
+    world_options.screen_height = screen.cy;
+    world_options.visible = true;
+    world_options.config_dir = config_dir.Path();
+    std::string message;
+    if (!plugin::LoadHost(options.files, &message)) {
+        Complain(0, message);
+        return kUnreadable;
+    }
+    for (const Hotkey& hotkey : kHotkeys)
+        if (hotkey.text) std::fprintf(stderr, "  %s\n", hotkey.text);
+    std::fflush(stderr);
+    world::Create(world_options);
+    const HWND main_window = world::Find("main");
+    desk::TakeForeground(main_window);
+    if (!plugin::Start(options.files, &message)) {
+        Complain(0, message);
+        return kUnreadable;
+    }
+    trace::Flush();
+    desk::RunInteractive(main_window, RunHotkey, options.watch);
+    trace::Flush();
+    return kGood;
+}
+
+int Play(const Options& options, const std::string& file, const scenario::Scenario& scenario) {
+    g_file = file;
+    ULONG kept_for_report = 64 * 1024;
+    SetThreadStackGuarantee(&kept_for_report);
+    AddVectoredExceptionHandler(1, OnException);
+    SetUnhandledExceptionFilter(OnUnhandled);
+    CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
+
+    ConfigDir config_dir;
+    if (!config_dir.Make(options.config_dir) ||
+        (scenario.has_ini && !config_dir.WriteSettings(scenario.ini))) {
+        Complain(0, "the settings folder " + config_dir.Path() +
+                        " can not be written, give another one with --config-dir");
+        return kUnreadable;
+    }
+
+    trace::Options listed;
+    // A walk is judged, not read.
+    if (!options.invariants) listed.output = GetStdHandle(STD_OUTPUT_HANDLE);
+    listed.queries = options.queries;
+    listed.facts = options.facts;
+    trace::Open(listed);
+    trace::SetFactsSource(FactsText);
+
+    world::Options world_options;
+    world_options.release = scenario.release ? scenario.release : options.release;
+    world_options.screen_width =
+        scenario.screen_width ? scenario.screen_width : options.screen_width;
+    world_options.screen_height =
+        scenario.screen_height ? scenario.screen_height : options.screen_height;
+    world_options.visible = !options.shots.empty();
+    world_options.config_dir = config_dir.Path() + (scenario.config_dir_slash ? "\\" : "");
+    const std::string problem = desk::Open(options.input, options.desktop,
+                                           world_options.screen_width, world_options.screen_height);
+    if (options.ready) SetEvent(options.ready);
+    if (!problem.empty()) {
+        Complain(0, problem);
+        return kUnreadable;
+    }
+    std::string message;
+    if (!plugin::LoadHost(options.files, &message)) {
+        Complain(0, message);
+        return kUnreadable;
+    }
+    world::Create(world_options);
+    desk::TakeForeground(world::Find("main"));
+
+    Player player(options, scenario, config_dir.SettingsFile());
+    if (!player.OpenAccount()) {
+        Complain(0, "the file " + options.account + " can not be written");
+        return kUnreadable;
+    }
+    int status = player.Run();
+    player.CloseAccount();
+    if (status != kUnreadable)
+        for (const std::string& leak : world::Leaks()) {
+            trace::State("leak " + leak);
+            // A scenario may end in the middle of a drag or of a nudge series; what was taken from
+            // the host has to be given back at once.
+            const bool must_be_empty = leak.find("released") != std::string::npos ||
+                                       leak.find("redraw") != std::string::npos;
+            if (!must_be_empty) continue;
+            Complain(0, "left behind: " + leak);
+            status = player.Fail();
+        }
+    trace::Flush();
+    return status;
+}
+
+}  // namespace player

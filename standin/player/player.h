@@ -1,0 +1,47 @@
+// Plays one scenario in this process: makes the world, carries the commands out, reads what is
+// expected.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "standin/engine/desk_control.h"
+#include "standin/engine/plugin_loader.h"
+#include "standin/player/scenario_parser.h"
+
+namespace player {
+
+// How a play ends, as the command's exit status says it.
+enum Status { kGood = 0, kDifferent = 1, kUnreadable = 2, kDied = 3 };
+
+struct Options {
+    desk::InputKind input = desk::InputKind::kVirtual;
+    int release = 13900;
+    int screen_width = 1280;
+    int screen_height = 1024;
+    bool queries = false;
+    bool facts = false;
+    std::string shots;        // folder for pictures, empty: none
+    std::string account;      // file for the two columns of the tour, empty: none
+    std::string config_dir;   // the host's configuration folder, empty: one of its own
+    HANDLE trace = nullptr;   // interactive: where the trace goes, null: standard output
+    bool watch = false;       // interactive: the trace tells what there is to be seen
+    bool forgiving = false;   // a command that can not be carried out is left out
+    bool invariants = false;  // a random walk: check what must hold
+    std::string desktop;      // the system's desktop to play on, which is made where it is missing
+    HANDLE ready = nullptr;   // an event to set when the desktop stands, null: nobody waits
+    plugin::Files files;
+};
+
+// What the world, the fault lists and the link map know, for the parser.
+scenario::Vocabulary KnownWords();
+// The calls that `fail` knows.
+std::vector<std::string> FaultNames();
+
+// The trace goes to standard output, messages to standard error, with `file` before them.
+int Play(const Options& options, const std::string& file, const scenario::Scenario& scenario);
+
+// Opens the stand-in with the plug-in on the user's display, until its window is closed.
+int RunInteractive(const Options& options);
+
+}  // namespace player
