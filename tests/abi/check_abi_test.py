@@ -1,0 +1,225 @@
+#!/usr/bin/env python3
+"""Shows that tools/check_abi sees a difference when there is one.
+
+usage: check_abi_test.py [PLUGIN.gup PLUGIN.map]
+
+Each case damages a copy of the declarations or of the plug-in in one place and expects the tool to
+fail with the line that names the place.
+"""
+
+import pathlib
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+TOOL = ROOT / "tools" / "check_abi"
+PLUGIN = None
+MAP = None
+
+
+def run_tool(*arguments):
+    result = subprocess.run([sys.executable, str(TOOL), "--quiet", *map(str, arguments)],
+                            capture_output=True, text=True, check=False)
+    return result.returncode, result.stderr.splitlines()
+
+
+class Copies(unittest.TestCase):
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.directory = pathlib.Path(directory.name)
+
+
+class Declarations(Copies):
+    def setUp(self):
+        super().setUp()
+        self.include = self.directory / "include"
+        shutil.copytree(ROOT / "sdk" / "include", self.include)
+
+    def change(self, header, old, new):
+        path = self.include / header
+        text = path.read_text(encoding="utf-8")
+        self.assertEqual(text.count(old), 1, f"{old} in {header}")
+        path.write_text(text.replace(old, new), encoding="utf-8")
+
+    def assert_difference(self, *lines):
+        status, errors = run_tool("--declarations", self.include)
+        self.assertEqual(status, 1, errors)
+        for line in lines:
+            self.assertIn("check_abi: " + line, errors)
+        return errors
+
+    def test_unchanged_copy_agrees(self):
+        self.assertEqual(run_tool("--declarations", self.include), (0, []))
+
+    def test_slot_missing(self):
+        self.change("maxapi.h", "    SDK_SLOT(Interface, 146)\n", "")
+        errors = self.assert_difference(
+            "Interface: slots: expected 558, found 557",
+            "Interface: slot 147: expected void Interface::PushAxisConstraints(int), "
+            "found void Interface::PopAxisConstraints()")
+        self.assertFalse([line for line in errors if "Interface: slot 145:" in line])
+
+    def test_slot_too_many(self):
+        self.change("custcont.h", "    virtual void SetCurFlyOff",
+                    "    virtual void Stranger() {}\n    virtual void SetCurFlyOff")
+        self.assert_difference("ICustButton: slots: expected 35, found 36",
+                               "ICustButton: slot 20: expected int ICustButton::GetCurFlyOff(), "
+                               "found void ICustButton::SetCurFlyOff(int, BOOL)")
+
+    def test_neighbours_exchanged(self):
+        self.change("gup.h", "    virtual DWORD Start() = 0;\n    virtual void Stop() = 0;\n",
+                    "    virtual void Stop() = 0;\n    virtual DWORD Start() = 0;\n")
+        self.assert_difference("GUP: slot 10: expected DWORD Start(), found void GUP::Stop()",
+                               "GUP: slot 11: expected void Stop(), found DWORD GUP::Start()")
+
+    def test_overloads_exchanged(self):
+        one = "    SDK_CORE_API virtual FPInterface* GetInterface(Interface_ID id);\n"
+        other = "    SDK_CORE_API virtual FPInterface* GetInterface(MCHAR* name);\n"
+        self.change("plugapi.h", one + other, other + one)
+        self.assert_difference(
+            "ClassDesc2: slot 43: expected FPInterface *ClassDesc::GetInterface(char *), "
+            "found FPInterface *ClassDesc::GetInterface(Interface_ID)")
+
+    def test_parameter_of_another_type(self):
+        self.change("actiontable.h", "RegisterActionContext(ActionContextId contextId, MCHAR* ",
+                    "RegisterActionContext(ActionContextId contextId, const MCHAR* ")
+        self.assert_difference(
+            "IActionManager: slot 36: expected BOOL IActionManager::RegisterActionContext("
+            "ActionContextId, char *), found BOOL IActionManager::RegisterActionContext("
+            "ActionContextId, const char *)")
+
+    def test_member_moved(self):
+        self.change("actiontable.h", "    HACCEL mhDefaultAccels;\n    HACCEL mhAccel;\n",
+                    "    HACCEL mhAccel;\n    HACCEL mhDefaultAccels;\n")
+        self.assert_difference("ActionTable: offset of mhAccel: expected 64, found 56")
+
+    def test_object_too_large(self):
+        self.change("hold.h", "void* hostData[6]", "void* hostData[7]")
+        self.assert_difference("Hold: size: expected 48, found 56")
+
+    def test_second_base_moved(self):
+        self.change("ifnpub.h", "        TabHdr* callbacks = nullptr;\n",
+                    "        TabHdr* callbacks = nullptr;\n        void* more = nullptr;\n")
+        self.assert_difference("IMenu: offset of base IMenuElement: expected 32, found 40")
+
+    def test_declarations_that_do_not_compile(self):
+        self.change("hold.h", "class Hold {", "class Hold [")
+        status, errors = run_tool("--declarations", self.include)
+        self.assertEqual(status, 2)
+        self.assertEqual(len(errors), 1)
+        self.assertIn("the declarations do not compile: ", errors[0])
+
+
+class BadInput(Copies):
+    def assert_unreadable(self, line, *arguments):
+        self.assertEqual(run_tool(*arguments), (2, ["check_abi: " + line]))
+
+    def test_missing_plugin(self):
+        missing = self.directory / "none.gup"
+        self.assert_unreadable(f"{missing}: cannot be read: No such file or directory",
+                               missing, "--map", missing)
+
+    def test_file_that_is_no_plugin(self):
+        text = self.directory / "text.gup"
+        text.write_text("not a plug-in", encoding="utf-8")
+        self.assert_unreadable(f"{text}: is not a Windows file", text, "--map", text)
+
+    def test_table_with_a_bad_line(self):
+        table = self.directory / "table.txt"
+        table.write_text("size Hold 48\nsize Hold many\n", encoding="utf-8")
+        self.assert_unreadable(f"{table}:2: not a line of the layout table: 'size Hold many'",
+                               "--table", table)
+
+
+class BuiltFile(Copies):
+    def setUp(self):
+        super().setUp()
+        if PLUGIN is None:
+            self.fail("no plug-in was given")
+        self.data = bytearray(PLUGIN.read_bytes())
+
+    def assert_difference(self, expected, *arguments):
+        copy = self.directory / "KarvelMax.gup"
+        copy.write_bytes(self.data)
+        status, errors = run_tool(copy, "--map", MAP, *arguments)
+        self.assertEqual(status, 1, errors)
+        self.assertTrue([line for line in errors if expected in line], errors)
+
+    def section_offset(self, rva):
+        header = struct.unpack_from("<I", self.data, 0x3C)[0]
+        count, size = struct.unpack_from("<H", self.data, header + 6)[0], \
+            struct.unpack_from("<H", self.data, header + 20)[0]
+        for index in range(count):
+            at = header + 24 + size + 40 * index
+            _, start, raw_size, raw = struct.unpack_from("<IIII", self.data, at + 8)
+            if start <= rva < start + raw_size:
+                return raw + rva - start
+        self.fail("address outside of the file")
+
+    def table_of(self, ending):
+        """File offset of a function table, by the name that the link map gives it."""
+        for line in MAP.read_text(encoding="utf-8").splitlines():
+            words = line.split()
+            if len(words) > 2 and words[1].startswith("??_7") and words[1].endswith(ending):
+                header = struct.unpack_from("<I", self.data, 0x3C)[0]
+                base = struct.unpack_from("<Q", self.data, header + 24 + 24)[0]
+                return self.section_offset(int(words[2], 16) - base)
+        self.fail(f"no table {ending} in the link map")
+
+    def test_entry_point_renamed(self):
+        at = self.data.index(b"LibVersion\0")
+        self.data[at:at + 10] = b"LibVersioN"
+        self.assert_difference("plug-in: exports: expected CanAutoDefer LibClassDesc ")
+
+    def test_name_that_the_host_does_not_export(self):
+        imports = self.directory / "imports"
+        shutil.copytree(ROOT / "sdk" / "imports", imports)
+        path = imports / "gup.def"
+        name = "?ExecuteStringScript@GUP@@UEAA_NPEAD@Z"
+        text = path.read_text(encoding="utf-8")
+        self.assertIn(name, text)
+        path.write_text(text.replace("    " + name + "\n", ""), encoding="utf-8")
+        self.assert_difference(f"found {name}", "--imports", imports)
+
+    def test_foreign_dll(self):
+        at = self.data.index(b"USER32.dll\0")
+        self.data[at:at + 10] = b"OTHERS.dll"
+        self.assert_difference("imports of OTHERS.dll")
+
+    def test_newer_windows(self):
+        header = struct.unpack_from("<I", self.data, 0x3C)[0]
+        struct.pack_into("<HH", self.data, header + 24 + 48, 10, 0)
+        self.assert_difference("plug-in: subsystem version: expected 6.1 or older, found 10.0")
+
+    def test_type_information_missing(self):
+        at = self.derived_table("GUP")
+        struct.pack_into("<Q", self.data, at - 8, 0)
+        self.assert_difference("run-time type information: expected present, found missing")
+
+    def test_slots_of_a_table_exchanged(self):
+        at = self.derived_table("GUP")
+        one, other = struct.unpack_from("<QQ", self.data, at + 8 * 2)
+        struct.pack_into("<QQ", self.data, at + 8 * 2, other, one)
+        self.assert_difference(": GUP: slot 2: expected GUP::MaxInst, found GUP::MaxWnd")
+
+    def derived_table(self, base):
+        """The table of the plug-in's class that derives from a class of the host."""
+        result = subprocess.run([sys.executable, str(TOOL), str(PLUGIN), "--map", str(MAP)],
+                                capture_output=True, text=True, check=False)
+        for line in result.stdout.splitlines():
+            words = line.split()
+            if words[:1] == ["class"] and words[2:4] == [":", base]:
+                return self.table_of(f"??_7{words[1]}@@6B@"[4:])
+        self.fail(f"no class derives from {base}")
+
+
+if __name__ == "__main__":
+    if len(sys.argv) == 3:
+        PLUGIN, MAP = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2])
+        unittest.main(argv=sys.argv[:1])
+    unittest.main(argv=sys.argv[:1], defaultTest=["Declarations", "BadInput"])

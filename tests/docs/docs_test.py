@@ -1,0 +1,326 @@
+#!/usr/bin/env python3
+"""The documents agree with the sources, and their links lead somewhere.
+
+    docs_test.py REPOSITORY
+"""
+
+import pathlib
+import re
+import sys
+import unittest
+
+ROOT = None
+PLUGIN_FOLDERS = ["shell", "navigation", "assists", "settings", "script"]
+
+# How the documents put what the rule tables say.
+STATES = {"kNavOrbit": "orbit", "kNavZoom": "zoom", "kNavPan": "pan", "kNavLocked": "refused",
+          "kNavCtrlSelection": "a Ctrl click", "kNavMiddleClickMode": "command mode 65743"}
+STATE_ORDER = ["orbit", "pan", "zoom", "a Ctrl click", "command mode 65743", "refused"]
+BUTTONS = {"kHeldLeft": "left", "kHeldRight": "right", "kHeldMiddle": "middle"}
+BUTTON_ORDER = ["left", "right", "middle"]
+ACTIONS = {
+    "kMiddleClick": "middle click",
+    "kStartOrbit": "orbit begins", "kStartPan": "pan begins", "kStartZoom": "zoom begins",
+    "kOrbitToZoom": "orbit becomes zoom", "kPanToZoom": "pan becomes zoom",
+    "kZoomToPan": "zoom becomes pan", "kZoomToOrbit": "zoom becomes orbit",
+    "kEndOrbit": "orbit ends", "kEndPan": "pan ends", "kEndZoom": "zoom ends",
+    "kSwallow": "nothing, the gesture goes on",
+    "kLeaveLocked": "the refusal ends, or becomes zoom",
+}
+
+
+def read(path):
+    return (ROOT / path).read_text(encoding="utf-8")
+
+
+# ---- Markdown ------------------------------------------------------------------------------------
+
+def documents():
+    """All pages of the repository, without what builds leave behind."""
+    return sorted(path for path in ROOT.rglob("*.md")
+                  if path.relative_to(ROOT).parts[0] not in ("build", ".git"))
+
+
+def without_code(text):
+    """The text with fenced and indented code and code spans blanked; lines keep their numbers."""
+    lines, fenced, indented, previous_blank = [], False, False, True
+    for line in text.split("\n"):
+        if line.lstrip().startswith("```"):
+            fenced = not fenced
+            line = ""
+        elif fenced:
+            line = ""
+        elif line.startswith("    ") and (indented or previous_blank):
+            indented, line = True, ""
+        elif line.strip():
+            indented = False
+        previous_blank = not line.strip()
+        lines.append(re.sub(r"`[^`]*`", "", line))
+    return "\n".join(lines)
+
+
+def anchors(text):
+    """The anchors of a page's headings, by the rules of the usual viewers."""
+    found, fenced = {}, False
+    result = set()
+    for line in text.split("\n"):
+        if line.lstrip().startswith("```"):
+            fenced = not fenced
+        match = None if fenced else re.match(r"#{1,6}\s+(.*)", line)
+        if not match:
+            continue
+        slug = re.sub(r"[^\w\- ]", "", match.group(1).strip().lower()).replace(" ", "-")
+        count = found.get(slug, 0)
+        found[slug] = count + 1
+        result.add(f"{slug}-{count}" if count else slug)
+    return result
+
+
+def link_problems(page, text):
+    """One line for each relative link or picture of the page that leads nowhere."""
+    problems = []
+    for number, line in enumerate(without_code(text).split("\n"), 1):
+        for target in re.findall(r"\]\(([^)\s]+)\)", line):
+            if re.match(r"[a-z]+:", target):
+                continue
+            path, _, anchor = target.partition("#")
+            file = (page.parent / path) if path else page
+            if not file.exists():
+                problems.append(f"{page}:{number}: there is no {target}")
+            elif anchor and file.suffix == ".md":
+                known = anchors(text if not path else file.read_text(encoding="utf-8"))
+                if anchor not in known:
+                    problems.append(f"{page}:{number}: no heading makes the anchor of {target}")
+    return problems
+
+
+def marked_tables(text):
+    """Tables by their mark: name -> list of tables, a table being a list of rows of cells."""
+    tables = {}
+    for match in re.finditer(r"<!-- table: ([\w-]+) -->\n\n((?:\|.*\n)+)", text + "\n"):
+        rows = [[cell.strip() for cell in line.strip().strip("|").split("|")]
+                for line in match.group(2).strip().split("\n")]
+        tables.setdefault(match.group(1), []).append(rows[2:])
+    return tables
+
+
+# ---- sources -------------------------------------------------------------------------------------
+
+def settings_of(source):
+    """(key, default) of each row of kSettings."""
+    body = re.search(r"kSettings\[\]\s*=\s*\{(.*?)\n\};", source, re.S).group(1)
+    rows = re.findall(r'\{&PluginSettings::(\w+),\s*"(\w+)",\s*(\d),', body)
+    for field, key, _ in rows:
+        if field != key:
+            raise AssertionError(f"the field {field} carries the name of another key, {key}")
+    return [(f"`{key}`", "on" if default == "1" else "off") for _, key, default in rows]
+
+
+def box_labels(rc, table):
+    """Key -> label of its check box."""
+    controls = dict(re.findall(r'"(\w+)",\s*\d, (IDC_\w+)\}', table))
+    labels = {name: text for text, name in
+              re.findall(r'CONTROL\s+"([^"]*)",\s*(IDC_\w+),\s*"Button"', rc)}
+    return {f"`{key}`": labels[control] for key, control in controls.items()}
+
+
+def commands_of(header, table, rc):
+    """(id, description, short name) of each command, by ascending id."""
+    ids = dict(re.findall(r"(kCommand\w+) = (\d+),", header))
+    texts = dict(re.findall(r'^\s+(IDS_\w+)\s+"([^"]*)"', rc, re.M))
+    rows = re.findall(r"\{(kCommand\w+),\s*(IDS_\w+),\s*(IDS_\w+),\s*IDS_\w+\}", table)
+    if sorted(ids) != sorted(name for name, _, _ in rows):
+        raise AssertionError("the ids of shell/commands.h are not those of the action table")
+    return sorted(([ids[name], texts[description], texts[short]]
+                   for name, description, short in rows), key=lambda row: int(row[0]))
+
+
+def script_functions_of(source):
+    names = dict(re.findall(r'^MCHAR (k\w+)\[\] = _M\("(\w+)"\);', source, re.M))
+    registered = re.findall(r"^Primitive \w+\((k\w+),", source, re.M)
+    return [f"`{names[name]}`" for name in registered]
+
+
+def words(text, dictionary, order, constants):
+    """The flags of a table cell in words; names of combinations are taken apart first."""
+    names = []
+    for name in (part.strip() for part in text.split("|")):
+        names += [part.strip() for part in constants.get(name, name).split("|")]
+    return sorted((dictionary[name] for name in names if name not in ("kNavNone", "kHeldNone")),
+                  key=order.index)
+
+
+def list_in_words(items, joint):
+    return (", ".join(items[:-1]) + f" {joint} " if len(items) > 1 else "") + items[-1]
+
+
+def rules_of(source, name):
+    """The rows of a rule table as the documents put them."""
+    constants = dict(re.findall(r"constexpr unsigned (k\w+) = ([^;]+);", source))
+    options = dict(re.findall(r"constexpr auto (k\w+) = &PluginSettings::(\w+);", source))
+    body = re.search(rf"constexpr NavRule {name}\[\] = \{{(.*?)\n\}};", source, re.S).group(1)
+    result = []
+    for row in re.findall(r"^\s*\{(.*)\},$", body, re.M):
+        when, unless, held, option, button, action = (cell.strip() for cell in row.split(","))
+        when = words(when, STATES, STATE_ORDER, constants)
+        unless = words(unless, STATES, STATE_ORDER, constants)
+        held = words(held, BUTTONS, BUTTON_ORDER, constants)
+        button = words(button, BUTTONS, BUTTON_ORDER, constants)
+        if unless and when:
+            state = f"{list_in_words(when, 'or')} but not {list_in_words(unless, 'or')}"
+        elif unless:
+            state = f"anything but {list_in_words(unless, 'or')}"
+        else:
+            state = list_in_words(when, "or") if when else "anything"
+        result.append([
+            str(len(result) + 1),
+            state,
+            list_in_words(held, "and") if held else "–",
+            "–" if option == "kAlways" else f"`{options[option]}`",
+            "any" if len(button) == 3 else list_in_words(button, "or"),
+            ACTIONS[action.removeprefix("NavAction::")],
+        ])
+    return result
+
+
+def host_functions(header):
+    """The functions of host/host.h, those of class Viewport with its name before theirs."""
+    header = re.sub(r"//.*", "", header)
+    klass = re.search(r"class Viewport \{(.*?)\n\};", header, re.S)
+    inside, private = klass.group(1).split("private:")[0], klass.group(0)
+    names = {f"host::Viewport::{name}" for name in
+             re.findall(r"^\s+(?:static )?\w+ ([A-Z]\w*)\(", inside, re.M)}
+    outside = header.replace(private, "")
+    names |= {f"host::{name}" for name in
+              re.findall(r"^[\w:<>\*& ]+[ \*&]([A-Z]\w*)\(", outside, re.M)}
+    return names
+
+
+def sdk_members(source):
+    return set(re.findall(r"(?:->|theHold\.)([A-Z]\w*)\(", re.sub(r"//.*", "", source)))
+
+
+def declared_globals(header):
+    return re.findall(r"^extern [\w:<> \*&]*?(g_\w+)(?:\[\w*\])?;", header, re.M)
+
+
+def unknown_words(wanted, text):
+    return sorted(word for word in wanted if not re.search(rf"\b{re.escape(word)}\b", text))
+
+
+# ---- tests ---------------------------------------------------------------------------------------
+
+class Documents(unittest.TestCase):
+    maxDiff = None
+
+    def tables(self, page, name):
+        tables = marked_tables(read(page)).get(name)
+        self.assertTrue(tables, f"{page} has no table marked {name}")
+        return tables
+
+    def test_links_and_pictures_exist(self):
+        pages = documents()
+        self.assertGreater(len(pages), 10)
+        problems = []
+        for page in pages:
+            problems += link_problems(page, page.read_text(encoding="utf-8"))
+        self.assertEqual([], problems)
+
+    def test_settings(self):
+        header = read("settings/plugin_settings.h")
+        expected = settings_of(header)
+        labels = box_labels(read("resources/karvel.rc"), header)
+        self.assertEqual(11, len(expected))
+        for page in ("README.md", "docs/user-guide.md"):
+            for table in self.tables(page, "settings"):
+                self.assertEqual([(*row, labels[row[0]]) for row in expected],
+                                 [tuple(row[:3]) for row in table], page)
+
+    def test_commands(self):
+        expected = commands_of(read("shell/commands.h"), read("shell/action_table.cpp"),
+                               read("resources/karvel.rc"))
+        self.assertEqual(20, len(expected))
+        for page in ("README.md", "docs/user-guide.md"):
+            for table in self.tables(page, "commands"):
+                self.assertEqual(expected, [row[:3] for row in table], page)
+
+    def test_script_functions(self):
+        expected = script_functions_of(read("script/primitives.cpp"))
+        self.assertEqual(6, len(expected))
+        for table in self.tables("docs/user-guide.md", "script-functions"):
+            self.assertEqual(expected, [row[0] for row in table])
+        self.assertEqual([], unknown_words([name.strip("`") for name in expected],
+                                           read("README.md")))
+
+    def test_chords(self):
+        source = read("navigation/nav_rules.cpp")
+        for name, mark in (("kPress", "press-rules"), ("kRelease", "release-rules")):
+            expected = rules_of(source, name)
+            self.assertGreaterEqual(len(expected), 10)
+            for table in self.tables("docs/user-guide.md", mark):
+                self.assertEqual(expected, table, mark)
+
+    def test_every_action_of_the_rules_has_its_words(self):
+        actions = re.search(r"enum class NavAction \{(.*?)\};", read("navigation/nav_rules.h"),
+                            re.S).group(1)
+        self.assertEqual(sorted(ACTIONS), sorted(re.findall(r"^\s+(k\w+),", actions, re.M)))
+
+    def test_host_calls_are_listed(self):
+        page = read("docs/host-calls.md")
+        functions = host_functions(read("host/host.h"))
+        self.assertGreater(len(functions), 50)
+        self.assertEqual([], unknown_words(functions, page))
+        named = set(re.findall(r"host::(?:Viewport::)?[A-Z]\w*", page))
+        self.assertEqual(set(), named - functions)
+        members = set()
+        for source in [*(ROOT / "host").glob("*.cpp"), *(ROOT / "host/ansi").glob("*.cpp")]:
+            members |= sdk_members(source.read_text(encoding="utf-8"))
+        self.assertGreater(len(members), 50)
+        self.assertEqual([], unknown_words(members, page))
+
+    def test_globals_are_listed(self):
+        names = []
+        for folder in PLUGIN_FOLDERS:
+            for header in sorted((ROOT / folder).glob("*.h")):
+                names += declared_globals(header.read_text(encoding="utf-8"))
+        self.assertGreater(len(names), 40)
+        page = read("docs/architecture.md")
+        self.assertEqual([], unknown_words(names, page))
+
+
+class TheChecksThemselves(unittest.TestCase):
+    """Each check finds the difference that it is there for."""
+
+    def test_links(self):
+        page = ROOT / "README.md"
+        broken = "# A heading\n\n[x](no-such-file.md) ![y](no.png) [z](#nowhere) [ok](#a-heading)\n"
+        self.assertEqual(3, len(link_problems(page, broken)))
+        self.assertEqual([], link_problems(page, "`[x](no.md)`\n\n    [y](no.md)\n\n[z](dev)\n"))
+        self.assertEqual([], link_problems(page, "[far](http://www.karvel.example/none)\n"))
+
+    def test_anchors(self):
+        self.assertEqual({"a-b-c", "what-3ds-max-does", "a-b-c-1"},
+                         anchors("# A b, `c`\n## What 3ds Max does\n```\n# no\n```\n# A b c\n"))
+
+    def test_rules(self):
+        source = read("navigation/nav_rules.cpp")
+        changed = source.replace("{kNavPan,             kNavNone,          kHeldNone,   kRightZoom",
+                                 "{kNavPan,             kNavNone,          kHeldLeft,   kRightZoom")
+        self.assertNotEqual(source, changed)
+        self.assertNotEqual(rules_of(source, "kPress"), rules_of(changed, "kPress"))
+
+    def test_settings(self):
+        source = read("settings/plugin_settings.h")
+        changed = source.replace('"slowZooming",            1', '"slowZooming",            0')
+        self.assertNotEqual(source, changed)
+        self.assertNotEqual(settings_of(source), settings_of(changed))
+
+    def test_words(self):
+        self.assertEqual(["g_zoom"], unknown_words(["g_zoom", "g_pan"], "g_pan g_zoomLast"))
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 2:
+        sys.exit(__doc__.strip())
+    ROOT = pathlib.Path(sys.argv.pop(1)).resolve()
+    unittest.main()

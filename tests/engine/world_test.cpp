@@ -1,0 +1,841 @@
+// What the stand-in host does by itself when it is worked like the real one.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "standin/engine/desk.h"
+#include "standin/engine/desk_control.h"
+#include "standin/engine/engine_api.h"
+#include "standin/engine/world.h"
+#include "standin/engine/world_internal.h"
+
+namespace {
+
+using world::Vector;
+
+class WorldTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static const std::string problem =
+            desk::Open(desk::InputKind::kVirtual, desk::NewDesktopName(), 1280, 1024);
+        ASSERT_EQ(problem, "");
+    }
+    void SetUp() override { world::Create({}); }
+    void TearDown() override {
+        if (desk::KeyDown(VK_MENU)) Alt(false);
+        world::Destroy();
+        world::g_plugin_calls = nullptr;
+        world::g_script_calls = nullptr;
+    }
+
+    static void Alt(bool down) {
+        desk::InjectKey(VK_MENU, down);
+        desk::Drain();
+    }
+};
+
+LRESULT Mouse(const std::string& window, UINT message, WPARAM flags, int x, int y) {
+    return SendMessageA(world::Find(window), message, flags, MAKELPARAM(x, y));
+}
+
+void LeftDrag(const std::string& window, POINT from, POINT to, WPARAM flags = 0) {
+    Mouse(window, WM_LBUTTONDOWN, flags, from.x, from.y);
+    Mouse(window, WM_MOUSEMOVE, MK_LBUTTON | flags, (from.x + to.x) / 2, (from.y + to.y) / 2);
+    Mouse(window, WM_MOUSEMOVE, MK_LBUTTON | flags, to.x, to.y);
+    Mouse(window, WM_LBUTTONUP, flags, to.x, to.y);
+}
+
+eng_view& View(const std::string& name) {
+    return *world::ViewOf(world::Find(name));
+}
+
+eng_node& Node(const std::string& name) {
+    eng_node* node = world::FindNode(name);
+    EXPECT_NE(node, nullptr) << name;
+    return *node;
+}
+
+world::Projected PivotIn(const std::string& view, const std::string& node) {
+    return world::Project(world::BasisOf(View(view)), world::NodePosition(Node(node)));
+}
+
+POINT BodyIn(const std::string& view, const std::string& node) {
+    const auto p = world::Project(world::BasisOf(View(view)), world::NodeCenter(Node(node)));
+    return {std::lround(p.x), std::lround(p.y)};
+}
+
+void Click(const std::string& view, POINT at, WPARAM flags = 0) {
+    Mouse(view, WM_LBUTTONDOWN, MK_LBUTTON | flags, at.x, at.y);
+    Mouse(view, WM_LBUTTONUP, flags, at.x, at.y);
+}
+
+std::string Only(std::string_view what, std::string_view argument = {}) {
+    const std::vector<std::string> lines = world::Show(what, argument);
+    return lines.size() == 1 ? lines[0] : "(" + std::to_string(lines.size()) + " lines)";
+}
+
+const char* const kViews[] = {"viewport.top", "viewport.front", "viewport.user", "viewport.persp"};
+
+// --- windows ---
+
+TEST_F(WorldTest, ViewportsAreLargeAndHaveTheViewPanelAsParent) {
+    for (const char* name : kViews) {
+        const HWND window = world::Find(name);
+        RECT client{};
+        GetClientRect(window, &client);
+        EXPECT_GE(client.right, 400) << name;
+        EXPECT_GE(client.bottom, 300) << name;
+        EXPECT_EQ(GetParent(window), world::Find("viewpanel"));
+        EXPECT_EQ(world::Of(window), name);
+    }
+    char text[64];
+    GetClassNameA(world::Find("viewpanel"), text, sizeof text);
+    EXPECT_STREQ(text, "ViewPanel");
+}
+
+TEST_F(WorldTest, ViewportProceduresLieBelowTwoGibibytes) {
+    for (const char* name : kViews) {
+        const LONG_PTR procedure = GetWindowLongPtrA(world::Find(name), GWLP_WNDPROC);
+        EXPECT_GT(procedure, 0);
+        EXPECT_LT(procedure, 0x80000000LL);
+        EXPECT_EQ(CallWindowProcA(
+                      reinterpret_cast<WNDPROC>(static_cast<INT_PTR>(static_cast<int>(procedure))),
+                      world::Find(name), WM_ERASEBKGND, 0, 0),
+                  1);
+    }
+}
+
+TEST_F(WorldTest, ButtonsLieInAToolbarOrPageBetween) {
+    struct Row {
+        int id;
+        const char* panel;  // whose child the button's parent is
+        const char* text;
+    };
+    world::OpenWindow("vertexpaint");
+    const Row rows[] = {{59231, "main", ""},
+                        {40074, "main", ""},
+                        {50021, "main", ""},
+                        {50027, "main", ""},
+                        {4184, "commandpanel", "Push/Pull"},
+                        {4185, "commandpanel", "Relax"},
+                        {4186, "commandpanel", "Revert"},
+                        {1007, "vertexpaint", "Paint"},
+                        {1008, "vertexpaint", "Erase"}};
+    for (const Row& row : rows) {
+        const eng_button* button = world::FindButton(row.id);
+        ASSERT_NE(button, nullptr);
+        EXPECT_EQ(GetDlgItem(GetParent(button->window), row.id), button->window);
+        EXPECT_EQ(GetParent(GetParent(button->window)), world::Find(row.panel)) << row.id;
+        char text[64] = "";
+        GetWindowTextA(button->window, text, sizeof text);
+        EXPECT_STREQ(text, row.text);
+        GetClassNameA(button->window, text, sizeof text);
+        EXPECT_STREQ(text, "CustButton");
+    }
+    const HWND flyout = world::FindButton(50016)->window;
+    EXPECT_EQ(GetParent(GetParent(GetParent(flyout))), world::Find("main"));
+    EXPECT_EQ(FindWindowExA(world::Find("main"), nullptr, nullptr, "Command Panel"),
+              world::Find("commandpanel"));
+    EXPECT_EQ(FindWindowExA(world::Find("main"), nullptr, nullptr, "VertexPaint"),
+              world::Find("vertexpaint"));
+}
+
+TEST_F(WorldTest, EditorsAreClientsOfTopLevelFramesAndCanGo) {
+    EXPECT_EQ(world::Find("trackview"), nullptr);
+    ASSERT_TRUE(world::OpenWindow("trackview"));
+    const HWND client = world::Find("trackview");
+    char text[64];
+    GetClassNameA(client, text, sizeof text);
+    EXPECT_STREQ(text, "TVTrackWindow");
+    GetWindowTextA(GetAncestor(client, GA_ROOT), text, sizeof text);
+    EXPECT_EQ(std::string(text).substr(0, 10), "Track View");
+    EXPECT_TRUE(world::CloseWindow("trackview"));
+    EXPECT_EQ(world::Find("trackview"), nullptr);
+    EXPECT_FALSE(IsWindow(client));
+    world::OpenWindow("unwrap");
+    world::DestroyWindow("unwrap");
+    EXPECT_EQ(world::Find("unwrap"), nullptr);
+    EXPECT_FALSE(world::OpenWindow("viewport.top"));
+}
+
+TEST_F(WorldTest, AnyTitleCanBeInFront) {
+    EXPECT_EQ(world::ForegroundWindow(), world::Find("main"));
+    char text[64] = "";
+    world::SetForegroundTitle("Trackbar");
+    GetWindowTextA(world::ForegroundWindow(), text, sizeof text);
+    EXPECT_STREQ(text, "Trackbar");
+    EXPECT_EQ(GetForegroundWindow(), world::ForegroundWindow());
+    world::OpenWindow("trackview");
+    GetWindowTextA(world::ForegroundWindow(), text, sizeof text);
+    EXPECT_STREQ(text, "Trackbar");  // opening an editor does not bring it to the front
+    world::SetForegroundTitle("Track View - Curve Editor");
+    EXPECT_EQ(world::ForegroundWindow(), GetAncestor(world::Find("trackview"), GA_ROOT));
+    SetFocus(world::Find("main"));
+    EXPECT_EQ(world::ForegroundWindow(), world::Find("main"));
+}
+
+TEST_F(WorldTest, AClickedEditorOrViewportGetsTheFocus) {
+    world::OpenWindow("trackview");
+    Mouse("trackview", WM_LBUTTONDOWN, 0, 5, 40);
+    Mouse("trackview", WM_LBUTTONUP, 0, 5, 40);
+    EXPECT_EQ(desk::Focus(), world::Find("trackview"));
+    EXPECT_EQ(world::ForegroundWindow(), GetAncestor(world::Find("trackview"), GA_ROOT));
+    Mouse("viewport.user", WM_RBUTTONDOWN, 0, 5, 40);
+    Mouse("viewport.user", WM_RBUTTONUP, 0, 5, 40);
+    EXPECT_EQ(desk::Focus(), world::Find("viewport.user"));
+    EXPECT_EQ(world::ForegroundWindow(), world::Find("main"));
+}
+
+TEST_F(WorldTest, WhatTheWorldStartsWith) {
+    EXPECT_EQ(Only("modes"), "modes 6");
+    EXPECT_EQ(Only("selection"), "selection none");
+    EXPECT_EQ(Only("time"), "time 0");
+    EXPECT_EQ(Only("range"), "range 0 100");
+    EXPECT_EQ(world::g_world.active_view, &View("viewport.persp"));
+    for (const std::string& line : world::Show("actions", ""))
+        EXPECT_EQ(line.ends_with(" on"), line == "action 0 40105 on") << line;
+    for (const std::string& line : world::Show("buttons", "")) {
+        EXPECT_EQ(line.find("disabled"), std::string::npos) << line;
+        EXPECT_NE(line.find(" off"), std::string::npos) << line;
+    }
+    const std::vector<std::string> objects = world::Show("objects", "");
+    ASSERT_EQ(objects.size(), 4u);
+    EXPECT_EQ(objects[0], "object Box001 position 0,0,0 rotation 0 scale 1 selected 0 hidden 0");
+}
+
+TEST_F(WorldTest, ADestroyedButtonIsGoneAndCanComeBack) {
+    world::PlaceButton(50027, false);
+    EXPECT_EQ(world::Find("button.50027"), nullptr);
+    EXPECT_EQ(eng_toolbar_button(50027), nullptr);
+    world::PlaceButton(50027, true);
+    eng_button* button = eng_toolbar_button(50027);
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(eng_button_is_enabled(button), 1);
+    EXPECT_EQ(world::Leaks(), std::vector<std::string>{"1 custom buttons not released"});
+    eng_release_button(button);
+    EXPECT_TRUE(world::Leaks().empty());
+}
+
+// --- capture ---
+
+TEST_F(WorldTest, CaptureIsKeptUntilTheLastButtonIsUp) {
+    const HWND view = world::Find("viewport.top");
+    Mouse("viewport.top", WM_LBUTTONDOWN, 0, 5, 5);
+    EXPECT_EQ(desk::Capture(), view);
+    Mouse("viewport.top", WM_RBUTTONDOWN, 0, 5, 5);
+    Mouse("viewport.top", WM_LBUTTONUP, 0, 5, 5);
+    EXPECT_EQ(desk::Capture(), view);
+    Mouse("viewport.top", WM_MBUTTONUP, 0, 5, 5);  // never went down here
+    EXPECT_EQ(desk::Capture(), view);
+    Mouse("viewport.top", WM_RBUTTONUP, 0, 5, 5);
+    EXPECT_EQ(desk::Capture(), nullptr);
+}
+
+TEST_F(WorldTest, AWindowThatGoesTakesItsCaptureAlong) {
+    world::OpenWindow("schematic");
+    Mouse("schematic", WM_MBUTTONDOWN, 0, 5, 5);
+    EXPECT_EQ(desk::Capture(), world::Find("schematic"));
+    world::DestroyWindow("schematic");
+    EXPECT_EQ(desk::Capture(), nullptr);
+}
+
+// --- navigation ---
+
+TEST_F(WorldTest, AltMiddleOrbitsWherePerspectiveOrUser) {
+    for (const char* name : kViews) {
+        const eng_view::Camera before = View(name).camera;
+        Alt(true);
+        Mouse(name, WM_MBUTTONDOWN, 0, 100, 100);
+        Mouse(name, WM_MOUSEMOVE, MK_MBUTTON, 140, 120);
+        Mouse(name, WM_MBUTTONUP, 0, 140, 120);
+        Alt(false);
+        const eng_view::Camera& after = View(name).camera;
+        if (View(name).kind == world::ViewKind::kOrthographic) {
+            EXPECT_EQ(after, before) << name;
+            continue;
+        }
+        EXPECT_NE(after.azimuth, before.azimuth) << name;
+        EXPECT_NE(after.elevation, before.elevation) << name;
+        EXPECT_EQ(after.distance, before.distance) << name;
+        EXPECT_EQ(after.target, before.target) << name;
+    }
+}
+
+TEST_F(WorldTest, MiddleWithoutAltAndLockedViewsDoNotOrbit) {
+    const eng_view::Camera before = View("viewport.persp").camera;
+    Mouse("viewport.persp", WM_MBUTTONDOWN, 0, 100, 100);
+    Mouse("viewport.persp", WM_MOUSEMOVE, MK_MBUTTON, 140, 120);
+    Mouse("viewport.persp", WM_MBUTTONUP, 0, 140, 120);
+    EXPECT_EQ(View("viewport.persp").camera, before);
+    world::LockView("viewport.persp", true);
+    Alt(true);
+    Mouse("viewport.persp", WM_MBUTTONDOWN, 0, 100, 100);
+    Mouse("viewport.persp", WM_MOUSEMOVE, MK_MBUTTON, 140, 120);
+    Mouse("viewport.persp", WM_MBUTTONUP, 0, 140, 120);
+    EXPECT_EQ(View("viewport.persp").camera, before);
+}
+
+TEST_F(WorldTest, ZoomModeZoomsAndControlMakesItFaster) {
+    world::PushMode(200);
+    const double start = View("viewport.persp").camera.distance;
+    LeftDrag("viewport.persp", {100, 200}, {100, 180});
+    const double slow = View("viewport.persp").camera.distance;
+    EXPECT_LT(slow, start);
+    LeftDrag("viewport.persp", {100, 200}, {100, 180}, MK_CONTROL);
+    const double fast = View("viewport.persp").camera.distance;
+    EXPECT_LT(fast / slow, slow / start);
+    LeftDrag("viewport.persp", {100, 180}, {100, 200});
+    EXPECT_GT(View("viewport.persp").camera.distance, fast);
+    EXPECT_EQ(Only("modes"), "modes 6 200");
+}
+
+TEST_F(WorldTest, PanModeKeepsThePointUnderTheCursor) {
+    world::PushMode(202);
+    for (const char* name : kViews) {
+        const auto before = PivotIn(name, "Box001");
+        LeftDrag(name, {100, 200}, {130, 185}, MK_CONTROL);
+        const auto after = PivotIn(name, "Box001");
+        EXPECT_NEAR(after.x - before.x, 30, 1e-6) << name;
+        EXPECT_NEAR(after.y - before.y, -15, 1e-6) << name;
+    }
+}
+
+TEST_F(WorldTest, ARightClickEndsAViewModeButNotTheLastMode) {
+    world::PushMode(202);
+    Mouse("viewport.top", WM_RBUTTONDOWN, MK_RBUTTON, 9, 9);
+    Mouse("viewport.top", WM_RBUTTONUP, 0, 9, 9);
+    EXPECT_EQ(Only("modes"), "modes 6");
+    Mouse("viewport.top", WM_RBUTTONDOWN, MK_RBUTTON, 9, 9);
+    Mouse("viewport.top", WM_RBUTTONUP, 0, 9, 9);
+    EXPECT_EQ(Only("modes"), "modes 6");
+}
+
+// --- transforms ---
+
+struct Nudge {
+    int constraint;
+    POINT over, end;  // the overshooting move and the last one
+    double dx, dy;    // what the object must move on the screen
+};
+constexpr Nudge kNudges[] = {
+    {4, {1, -2}, {1, 0}, 0, -1},
+    {4, {1, 4}, {1, 2}, 0, 1},
+    {3, {-2, 1}, {0, 1}, -1, 0},
+    {3, {4, 1}, {2, 1}, 1, 0},
+};
+
+TEST_F(WorldTest, ANudgeMovesTheSelectionByExactlyOnePixel) {
+    world::SetAction(0, 59231, world::ActionState::kOn);
+    world::PushMode(1);
+    for (const char* name : kViews) {
+        for (const char* object : {"Box001", "Torus001"}) {
+            for (const Nudge& nudge : kNudges) {
+                world::Select({object});
+                world::g_world.coordinate_system = 1;
+                world::g_world.axis_constraint = nudge.constraint;
+                const auto before = PivotIn(name, object);
+                Mouse(name, WM_LBUTTONDOWN, 0, 1, 1);
+                Mouse(name, WM_MOUSEMOVE, MK_LBUTTON, nudge.over.x, nudge.over.y);
+                Mouse(name, WM_MOUSEMOVE, MK_LBUTTON, nudge.end.x, nudge.end.y);
+                Mouse(name, WM_LBUTTONUP, 0, nudge.end.x, nudge.end.y);
+                const auto after = PivotIn(name, object);
+                EXPECT_NEAR(after.x - before.x, nudge.dx, 1e-6) << name << " " << object;
+                EXPECT_NEAR(after.y - before.y, nudge.dy, 1e-6) << name << " " << object;
+            }
+        }
+    }
+    EXPECT_EQ(world::g_world.undo.size(), 20u);  // of 32: the oldest were forgotten
+}
+
+TEST_F(WorldTest, APressThatDoesNotTravelMovesNothing) {
+    world::Select({"Box001"});
+    world::ReplaceMode(1);
+    world::SetAction(0, 59231, world::ActionState::kOn);
+    Mouse("viewport.persp", WM_LBUTTONDOWN, 0, 50, 50);
+    Mouse("viewport.persp", WM_MOUSEMOVE, MK_LBUTTON, 52, 52);
+    Mouse("viewport.persp", WM_LBUTTONUP, 0, 52, 52);
+    EXPECT_EQ(world::NodePosition(Node("Box001")), Vector{});
+    EXPECT_EQ(Only("undo"), "undo none");
+}
+
+TEST_F(WorldTest, AMoveCanBeUndone) {
+    world::Select({"Box001", "Cone001"});
+    world::ReplaceMode(1);
+    world::g_world.coordinate_system = 1;
+    const Vector cone = world::NodePosition(Node("Cone001"));
+    LeftDrag("viewport.top", {10, 10}, {60, 10});
+    const Vector box = world::NodePosition(Node("Box001"));
+    EXPECT_GT(box.x, 1);
+    EXPECT_EQ(world::NodePosition(Node("Cone001")), cone + box);
+    EXPECT_EQ(Only("undo"), "undo \"Move\"");
+    EXPECT_TRUE(world::Undo());
+    EXPECT_EQ(world::NodePosition(Node("Box001")), Vector{});
+    EXPECT_EQ(world::NodePosition(Node("Cone001")), cone);
+    EXPECT_FALSE(world::Undo());
+}
+
+TEST_F(WorldTest, TheRightButtonCancelsAMove) {
+    world::Select({"Box001"});
+    world::ReplaceMode(1);
+    Mouse("viewport.top", WM_LBUTTONDOWN, 0, 10, 10);
+    Mouse("viewport.top", WM_MOUSEMOVE, MK_LBUTTON, 90, 40);
+    EXPECT_NE(world::NodePosition(Node("Box001")), Vector{});
+    Mouse("viewport.top", WM_RBUTTONDOWN, 0, 90, 40);
+    Mouse("viewport.top", WM_RBUTTONUP, 0, 90, 40);
+    EXPECT_EQ(world::NodePosition(Node("Box001")), Vector{});
+    Mouse("viewport.top", WM_MOUSEMOVE, MK_LBUTTON, 120, 40);
+    Mouse("viewport.top", WM_LBUTTONUP, 0, 120, 40);
+    EXPECT_EQ(world::NodePosition(Node("Box001")), Vector{});
+    EXPECT_EQ(Only("undo"), "undo none");
+    EXPECT_EQ(desk::Capture(), nullptr);
+    EXPECT_TRUE(world::Leaks().empty());
+}
+
+TEST_F(WorldTest, ShiftAtThePressLeavesACopy) {
+    world::Select({"Box001"});
+    world::ReplaceMode(1);
+    world::SetAction(0, 59231, world::ActionState::kOn);
+    LeftDrag("viewport.top", {10, 10}, {60, 10}, MK_SHIFT);
+    EXPECT_EQ(Only("selection"), "selection Box002");
+    EXPECT_EQ(world::NodePosition(Node("Box001")), Vector{});
+    EXPECT_GT(world::NodePosition(Node("Box002")).x, 1);
+    EXPECT_EQ(world::Show("objects", "").size(), 5u);
+    EXPECT_TRUE(world::Undo());
+    EXPECT_EQ(Only("selection"), "selection Box001");
+    EXPECT_EQ(world::Show("objects", "").size(), 4u);
+}
+
+TEST_F(WorldTest, RotateAndScaleModesDoTheirWork) {
+    for (const int mode : {2, 8}) {
+        world::Select({"Box001"});
+        world::ReplaceMode(mode);
+        LeftDrag("viewport.top", {10, 10}, {70, 10});
+        EXPECT_NEAR(world::EulerAngles(Node("Box001").state.rotation).z, 30, 1e-9) << mode;
+        world::Undo();
+    }
+    world::g_world.axis_constraint = 2;
+    struct Row {
+        int mode;
+        bool x, y, z;  // which factors grow
+    };
+    for (const Row& row : {Row{3, true, true, false}, Row{9, true, true, false},
+                           Row{4, true, true, true}, Row{10, true, true, true}}) {
+        world::ReplaceMode(row.mode);
+        LeftDrag("viewport.top", {10, 90}, {10, 40});
+        const Vector scale = Node("Box001").state.scale;
+        EXPECT_EQ(scale.x > 1, row.x) << row.mode;
+        EXPECT_EQ(scale.y > 1, row.y) << row.mode;
+        EXPECT_EQ(scale.z > 1, row.z) << row.mode;
+        world::Undo();
+    }
+    for (const int mode : {5, 11}) {
+        world::ReplaceMode(mode);
+        LeftDrag("viewport.top", {10, 90}, {10, 40});
+        const Vector scale = Node("Box001").state.scale;
+        EXPECT_NEAR(scale.x * scale.y * scale.z, 1, 1e-9) << mode;
+        EXPECT_NE(scale.z, 1) << mode;
+        world::Undo();
+    }
+}
+
+// --- selection ---
+
+TEST_F(WorldTest, ClicksSelect) {
+    const POINT box = BodyIn("viewport.front", "Box001");
+    const POINT cone = BodyIn("viewport.front", "Cone001");
+    for (const int mode : {6, 12}) {
+        world::ReplaceMode(mode);
+        world::Select({});
+        Click("viewport.front", box);
+        EXPECT_EQ(Only("selection"), "selection Box001");
+        Click("viewport.front", cone);
+        EXPECT_EQ(Only("selection"), "selection Cone001");
+        Click("viewport.front", box, MK_CONTROL);
+        EXPECT_EQ(Only("selection"), "selection Cone001 Box001");
+        Click("viewport.front", box, MK_CONTROL);  // adding twice changes nothing
+        EXPECT_EQ(Only("selection"), "selection Cone001 Box001");
+        Click("viewport.front", box, MK_SHIFT);
+        EXPECT_EQ(Only("selection"), "selection Cone001");
+        Click("viewport.front", box, MK_CONTROL | MK_SHIFT);
+        EXPECT_EQ(Only("selection"), "selection Cone001 Box001");
+        Alt(true);
+        Click("viewport.front", cone);
+        EXPECT_EQ(Only("selection"), "selection Box001");
+        Click("viewport.front", cone);
+        EXPECT_EQ(Only("selection"), "selection Box001");
+        Alt(false);
+        Click("viewport.front", {3, 3}, MK_CONTROL);
+        EXPECT_EQ(Only("selection"), "selection Box001");
+        Click("viewport.front", {3, 3});
+        EXPECT_EQ(Only("selection"), "selection none");
+    }
+}
+
+TEST_F(WorldTest, HiddenObjectsCannotBeHit) {
+    const POINT box = BodyIn("viewport.front", "Box001");
+    world::HideObject("Box001", true);
+    Click("viewport.front", box);
+    EXPECT_NE(Only("selection"), "selection Box001");
+}
+
+TEST_F(WorldTest, ALockedSelectionStays) {
+    world::Select({"Torus001"});
+    world::SetAction(0, 59231, world::ActionState::kOn);
+    Click("viewport.front", BodyIn("viewport.front", "Box001"));
+    EXPECT_EQ(Only("selection"), "selection Torus001");
+}
+
+TEST_F(WorldTest, OuterHoldDecidesOverAClick) {
+    const POINT box = BodyIn("viewport.front", "Box001");
+    eng_hold_begin();
+    Click("viewport.front", box);
+    eng_hold_cancel();
+    EXPECT_EQ(Only("selection"), "selection none");
+    EXPECT_EQ(Only("undo"), "undo none");
+    eng_hold_begin();
+    Click("viewport.front", box);
+    eng_hold_accept("Select");
+    EXPECT_EQ(Only("selection"), "selection Box001");
+    EXPECT_EQ(Only("undo"), "undo \"Select\"");
+    eng_hold_begin();
+    eng_hold_accept("Nothing");
+    EXPECT_EQ(Only("undo"), "undo \"Select\"");
+    world::Undo();
+    EXPECT_EQ(Only("selection"), "selection none");
+}
+
+// --- actions, buttons ---
+
+TEST_F(WorldTest, LockAndAngleSnapShareTheirStateWithTheButtons) {
+    for (const int id : {59231, 40074}) {
+        eng_action* action = eng_table_action(eng_find_table(0), id);
+        ASSERT_NE(action, nullptr);
+        eng_action_execute(action);
+        EXPECT_TRUE(world::FindButton(id)->checked);
+        world::CheckButton(id, false);
+        EXPECT_EQ(eng_action_is_checked(action), 0);
+        Mouse("button." + std::to_string(id), WM_LBUTTONDOWN, 1, 0, 0);
+        Mouse("button." + std::to_string(id), WM_LBUTTONUP, 1, 0, 0);
+        EXPECT_EQ(eng_action_is_checked(action), 1);
+        world::SetAction(0, id, world::ActionState::kStuck);
+        eng_action_execute(action);
+        EXPECT_EQ(eng_action_is_checked(action), 1);
+    }
+}
+
+TEST_F(WorldTest, TheSnapActionSwitchesTheSnapState) {
+    EXPECT_EQ(eng_snap_state(), 0);
+    eng_action_execute(eng_table_action(eng_find_table(0), 40072));
+    EXPECT_EQ(eng_snap_state(), 1);
+}
+
+TEST_F(WorldTest, BrushesRunTheirModeAndOneAtATime) {
+    const auto click = [](int id) {
+        const HWND button = world::FindButton(id)->window;
+        SendMessageA(GetParent(button), WM_COMMAND, id, reinterpret_cast<LPARAM>(button));
+    };
+    click(4184);
+    click(4185);
+    EXPECT_EQ(Only("modes"), "modes 6 1328123019");
+    EXPECT_FALSE(world::FindButton(4184)->checked);
+    EXPECT_TRUE(world::FindButton(4185)->checked);
+    world::PushMode(200);
+    EXPECT_TRUE(world::FindButton(4185)->checked);
+    world::PopMode();
+    world::PopMode();
+    EXPECT_FALSE(world::FindButton(4185)->checked);
+    click(4185);
+    EXPECT_TRUE(world::FindButton(4185)->checked);
+    EXPECT_EQ(Only("modes"), "modes 6 1328123019");
+}
+
+TEST_F(WorldTest, ABrushThatOnlyReportsCheckedStaysSo) {
+    world::PushMode(0x4F298C8B);
+    world::CheckBrush(4186, true);
+    world::PopMode();
+    EXPECT_TRUE(world::FindButton(4186)->checked);
+}
+
+TEST_F(WorldTest, TheFlyoutRunsTheChosenEntryWhenNotified) {
+    world::Select({"Torus001"});
+    const eng_view::Camera top = View("viewport.top").camera;
+    eng_button* flyout = eng_toolbar_button(50016);
+    ASSERT_NE(flyout, nullptr);
+    EXPECT_EQ(eng_button_flyout(flyout), 0);
+    eng_button_set_flyout(flyout, 1, 1);
+    EXPECT_EQ(eng_button_flyout(flyout), 1);
+    const Vector selected = View("viewport.persp").camera.target;
+    EXPECT_NEAR(selected.y, 80, 1);
+    eng_button_set_flyout(flyout, 0, 0);
+    EXPECT_EQ(View("viewport.persp").camera.target, selected);
+    eng_button_set_flyout(flyout, 0, 1);
+    EXPECT_NE(View("viewport.persp").camera.target, selected);
+    EXPECT_EQ(View("viewport.top").camera, top);  // the active viewport alone
+    eng_release_button(flyout);
+}
+
+TEST_F(WorldTest, KeySteppingFollowsKeyMode) {
+    eng_action* next = eng_table_action(eng_find_table(0), 50022);
+    eng_action* previous = eng_table_action(eng_find_table(0), 50020);
+    world::Select({"Box001"});
+    eng_action_execute(next);
+    EXPECT_EQ(Only("time"), "time 1");
+    EXPECT_EQ(world::Evaluate("max key mode"), "OK");
+    eng_action_execute(next);
+    EXPECT_EQ(Only("time"), "time 20");
+    eng_action_execute(next);
+    EXPECT_EQ(Only("time"), "time 60");
+    eng_action_execute(next);
+    EXPECT_EQ(Only("time"), "time 60");
+    eng_action_execute(previous);
+    EXPECT_EQ(Only("time"), "time 20");
+}
+
+TEST_F(WorldTest, FailingCallsAnswerAsAHostThatHasNothing) {
+    for (const char* name : {"GetActiveViewport", "GetViewport", "FindTable", "GetCommandMode",
+                             "GetICustButton", "GetMainMenuBar"}) {
+        ASSERT_TRUE(world::KnowsFault(name)) << name;
+        world::SetFault(name, true);
+    }
+    EXPECT_FALSE(world::KnowsFault("GetNothing"));
+    EXPECT_EQ(eng_active_viewport(), nullptr);
+    EXPECT_EQ(eng_viewport_of(world::Find("viewport.top")), nullptr);
+    EXPECT_EQ(eng_find_table(0), nullptr);
+    EXPECT_EQ(eng_current_mode(), nullptr);
+    EXPECT_EQ(eng_toolbar_button(50027), nullptr);
+    EXPECT_EQ(eng_main_menu(), nullptr);
+    world::SetFault("FindTable", false);
+    EXPECT_NE(eng_find_table(0), nullptr);
+    EXPECT_TRUE(world::Leaks().empty());
+}
+
+// --- command modes ---
+
+std::vector<std::pair<int, int>> g_mode_changes;
+void NoteModes(void*, eng_mode* before, eng_mode* now) {
+    g_mode_changes.emplace_back(before ? before->id : -1, now ? now->id : -1);
+}
+
+TEST_F(WorldTest, EveryChangeOfModeIsTold) {
+    eng_plugin_calls calls{};
+    calls.mode_changed = NoteModes;
+    eng_register_plugin_calls(&calls);
+    int callback = 0;
+    eng_register_mode_callback(&callback);
+    g_mode_changes.clear();
+    eng_push_standard_mode(200);
+    eng_pop_mode();
+    world::ClearModes();
+    world::ReplaceMode(2, 9);
+    EXPECT_EQ(g_mode_changes,
+              (std::vector<std::pair<int, int>>{{6, 200}, {200, 6}, {6, -1}, {-1, 2}}));
+    EXPECT_EQ(eng_mode_class(eng_current_mode()), 9);
+    world::ReplaceMode(2);
+    EXPECT_EQ(eng_mode_class(eng_current_mode()), 3);
+    world::ReplaceMode(65743);
+    EXPECT_EQ(eng_mode_class(eng_current_mode()), 10);
+}
+
+TEST_F(WorldTest, PlaybackRunsByTheClockAndEndsWithItsMode) {
+    world::SetPlaying(true);
+    EXPECT_EQ(Only("modes"), "modes 6 300");
+    desk::AdvanceClock(1000);
+    EXPECT_EQ(Only("time"), "time 30");
+    world::SetPlaying(false);
+    desk::AdvanceClock(1000);
+    EXPECT_EQ(Only("time"), "time 30");
+    EXPECT_EQ(Only("modes"), "modes 6");
+}
+
+// --- editors, time slider ---
+
+TEST_F(WorldTest, EditorsPanAndZoomWithTheMiddleButton) {
+    for (const char* name : {"trackview", "unwrap", "schematic"}) {
+        world::OpenWindow(name);
+        const world::Editor& editor = *world::EditorOf(world::Find(name));
+        Mouse(name, WM_MBUTTONDOWN, 0, 50, 50);
+        Mouse(name, WM_MOUSEMOVE, MK_MBUTTON, 80, 40);
+        Mouse(name, WM_MBUTTONUP, 0, 80, 40);
+        EXPECT_EQ(editor.pan_x, 30) << name;
+        EXPECT_EQ(editor.pan_y, -10) << name;
+        EXPECT_EQ(editor.zoom, 1) << name;
+        Mouse(name, WM_MBUTTONDOWN, MK_CONTROL, 50, 50);
+        Mouse(name, WM_MOUSEMOVE, MK_CONTROL | MK_MBUTTON, 50, 30);
+        Mouse(name, WM_MBUTTONUP, MK_CONTROL, 50, 30);
+        EXPECT_GT(editor.zoom, 1) << name;
+        EXPECT_EQ(editor.pan_x, 30) << name;
+        EXPECT_EQ(desk::Capture(), nullptr);
+    }
+}
+
+TEST_F(WorldTest, TrackViewFramesTheAnimationRange) {
+    world::OpenWindow("trackview");
+    EXPECT_EQ(world::Evaluate("animationRange = interval 10 40"), "(interval 10f 40f)");
+    eng_action_execute(eng_table_action(eng_find_table(1), 1040));
+    EXPECT_EQ(world::g_world.shown_from, 10);
+    EXPECT_EQ(world::g_world.shown_to, 40);
+}
+
+TEST_F(WorldTest, LeftDragsInTheTrackViewMoveSelectedKeys) {
+    world::OpenWindow("trackview");
+    world::SetSelectedTracks({"Box001"});
+    world::SelectKeys("Box001", {20});
+    RECT client{};
+    GetClientRect(world::Find("trackview"), &client);
+    LeftDrag("trackview", {20, 50}, {20 + client.right / 10, 50});
+    EXPECT_EQ(world::Show("tracks", "")[0], "track Box001 0 30* 60 selected");
+    world::Undo();
+    EXPECT_EQ(world::Show("tracks", "")[0], "track Box001 0 20* 60 selected");
+}
+
+TEST_F(WorldTest, TheThumbSetsTheTime) {
+    RECT slider{}, thumb{};
+    GetClientRect(world::Find("timeslider"), &slider);
+    GetClientRect(world::Find("thumb"), &thumb);
+    const int room = slider.right - thumb.right;
+    Mouse("thumb", WM_LBUTTONDOWN, MK_LBUTTON, 40, 10);
+    EXPECT_EQ(desk::Capture(), world::Find("thumb"));
+    Mouse("thumb", WM_MOUSEMOVE, MK_LBUTTON, 40 + room / 2, 10);
+    EXPECT_EQ(Only("time"), "time 50");
+    // The thumb went along: the point in it is where it was taken hold of.
+    Mouse("thumb", WM_MOUSEMOVE, MK_LBUTTON, 40 + room / 4, 10);
+    EXPECT_EQ(Only("time"), "time 75");
+    Mouse("thumb", WM_LBUTTONUP, 0, 40, 10);
+    Mouse("thumb", WM_MOUSEMOVE, 0, 0, 10);
+    EXPECT_EQ(Only("time"), "time 75");
+    EXPECT_EQ(desk::Capture(), nullptr);
+}
+
+// --- menus ---
+
+int g_ran = 0;
+int RunAction(void*, int id) {
+    g_ran = id;
+    return 1;
+}
+int Checked(void*, int id) {
+    return id == 8;
+}
+int Enabled(void*, int) {
+    return 1;
+}
+int ActionText(void*, int id, int, char* text, int size) {
+    return wsprintfA(text, "Action %d", id) < size;
+}
+
+TEST_F(WorldTest, AMenuOfThePluginStandsInTheBarAndWorks) {
+    eng_plugin_calls calls{};
+    calls.execute_action = RunAction;
+    calls.action_checked = Checked;
+    calls.action_enabled = Enabled;
+    calls.action_text = ActionText;
+    eng_register_plugin_calls(&calls);
+    int table = 0, callback = 0;
+    world::RegisterPluginTable(&table, 77);
+    EXPECT_EQ(eng_activate_table(&callback, 78), 0);
+    EXPECT_EQ(eng_activate_table(&callback, 77), 1);
+    EXPECT_EQ(eng_register_menu_context(5, "Test"), 1);
+    EXPECT_EQ(eng_register_menu_context(5, "Test"), 0);
+
+    eng_menu* menu = eng_new_menu();
+    eng_menu_set_title(menu, "Flinder");
+    EXPECT_EQ(eng_register_menu(menu), 1);
+    EXPECT_EQ(eng_register_menu(menu), 0);
+    for (const int id : {8, 5}) {
+        eng_item* item = eng_new_item();
+        eng_item_set_action(item, 77, id);
+        eng_menu_add(menu, item, -1);
+    }
+    eng_item* top = eng_new_item();
+    eng_item_set_submenu(top, menu);
+    const int count = eng_menu_count(eng_main_menu());
+    eng_menu_add(eng_main_menu(), top, count - 1);
+    eng_update_menu_bar();
+
+    const HMENU bar = GetMenu(world::Find("main"));
+    char text[64] = "";
+    GetMenuStringA(bar, count - 1, text, sizeof text, MF_BYPOSITION);
+    EXPECT_STREQ(text, "Flinder");
+    GetMenuStringA(bar, count, text, sizeof text, MF_BYPOSITION);
+    EXPECT_STREQ(text, "Help");
+    const HMENU popup = GetSubMenu(bar, count - 1);
+    GetMenuStringA(popup, 1, text, sizeof text, MF_BYPOSITION);
+    EXPECT_STREQ(text, "Action 5");
+    SendMessageA(world::Find("main"), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup),
+                 MAKELPARAM(count - 1, 0));
+    EXPECT_EQ(GetMenuState(popup, 0, MF_BYPOSITION) & MF_CHECKED, static_cast<UINT>(MF_CHECKED));
+    EXPECT_EQ(GetMenuState(popup, 1, MF_BYPOSITION) & MF_CHECKED, 0u);
+    g_ran = 0;
+    SendMessageA(world::Find("main"), WM_COMMAND, GetMenuItemID(popup, 1), 0);
+    EXPECT_EQ(g_ran, 5);
+    g_ran = 0;
+    SendMessageA(world::Find("main"), WM_COMMAND, MAKEWPARAM(GetMenuItemID(popup, 1), 1), 0);
+    EXPECT_EQ(g_ran, 0);  // an accelerator's notice picks no menu entry
+}
+
+TEST_F(WorldTest, AltAloneDoesNotEnterTheMenu) {
+    EXPECT_EQ(SendMessageA(world::Find("main"), WM_SYSCOMMAND, SC_KEYMENU, 0), 0);
+}
+
+// --- scripts ---
+
+struct PrimitiveCall {
+    std::vector<int> kinds;
+    std::vector<int> integers;
+};
+PrimitiveCall g_primitive_call;
+void CallPrimitive(void* function, const eng_value* args, int count, eng_value* result) {
+    g_primitive_call = {};
+    for (int i = 0; i < count; ++i) {
+        g_primitive_call.kinds.push_back(args[i].kind);
+        g_primitive_call.integers.push_back(args[i].integer);
+        if (args[i].kind == ENG_STRING) eng_script_error("Unable to convert");
+    }
+    result->kind = ENG_BOOLEAN;
+    result->integer = function != nullptr;
+}
+
+TEST_F(WorldTest, ScriptsCallPrimitivesAndCatchTheirErrors) {
+    const eng_script_calls calls{CallPrimitive, nullptr};
+    eng_register_script_calls(&calls);
+    int function = 0;
+    eng_register_primitive("kv_Test", &function);
+    EXPECT_EQ(world::Evaluate("kv_test 3 true"), "true");
+    EXPECT_EQ(g_primitive_call.kinds, (std::vector<int>{ENG_INTEGER, ENG_BOOLEAN}));
+    EXPECT_EQ(g_primitive_call.integers, (std::vector<int>{3, 1}));
+    EXPECT_EQ(world::Evaluate("kv_test()"), "true");
+    EXPECT_TRUE(g_primitive_call.kinds.empty());
+    for (int turn = 0; turn < 3; ++turn) {
+        EXPECT_EQ(world::Evaluate("kv_test \"a\"").substr(0, 24), "error: Unable to convert");
+        EXPECT_EQ(world::Evaluate("try (kv_test \"a\"; 1) catch (2)"), "2");
+    }
+    EXPECT_EQ(world::Evaluate("kv_test 1"), "true");
+}
+
+TEST_F(WorldTest, ScriptsWorkOnTheScene) {
+    EXPECT_EQ(eng_execute_script("select $*"), 1);
+    EXPECT_EQ(world::SelectedCount(), 4);
+    const Vector center = world::NodeCenter(Node("Box001"));
+    eng_execute_script("for obj in (selection as array) do obj.pivot = obj.center");
+    EXPECT_EQ(world::NodePosition(Node("Box001")), center);
+    EXPECT_EQ(world::NodeCenter(Node("Box001")), center);
+    View("viewport.persp").camera.azimuth = 77;
+    eng_execute_script("viewport.ResetAllViews()");
+    EXPECT_EQ(View("viewport.persp").camera.azimuth, 30);
+}
+
+TEST_F(WorldTest, AnInterruptedSculptToolComesBackByItsButton) {
+    world::SetSculptTool(3);
+    world::PushMode(200);
+    EXPECT_EQ(world::Evaluate("PolyToolsUI.SculptTool"), "0");
+    world::PopMode();
+    world::Evaluate(
+        "PolyToolsUI.SculptButtons[3] = not PolyToolsUI.SculptButtons[3];"
+        "PolyBoost.ToolToggle 2 3 PolyToolsUI.SculptButtons[3]");
+    EXPECT_EQ(world::Evaluate("PolyToolsUI.SculptTool"), "3");
+}
+
+}  // namespace

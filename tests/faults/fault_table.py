@@ -1,0 +1,460 @@
+#!/usr/bin/env python3
+"""Fails each call of the plug-in, one at a time, in each kind of gesture and command.
+
+usage: fault_table.py [--part I/N] [--only FAULT] [--situation TEXT] [--keep] -- PLAYER ARGUMENT...
+
+PLAYER and its arguments play scenarios: the names of the files are added to them, in a list.
+
+First every situation is played without a fault, to learn which calls it makes in its first and in
+its second half: a call that is not made there cannot fail there. Then each of these calls fails in
+three ways: from the beginning to the end of the situation ("whole"), in its first half ("first") and
+in its second ("second"). Afterwards the call works again, and what is left is compared with a fresh
+session: keys and buttons, the capture, what was taken from the host and not given back, command
+modes, actions, toolbar buttons, open windows, the settings file, the plug-in's own state, and how
+the next orbit, click and key go. What may differ stands in exceptions.txt, each with its reason; a
+line there that nothing needs any more is an error too.
+
+options: --part I/N         every N-th fault, beginning with the I-th
+         --only FAULT       this fault alone
+         --situation TEXT   situations whose name contains TEXT
+         --keep             leaves the scenarios in build/faults
+
+Exit status: 0 nothing but the exceptions differs, 1 something does, 2 something cannot be read.
+"""
+
+import argparse
+import collections
+import fnmatch
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+
+# Names that stand for several calls, each of which has a name of its own.
+ALIASES = {"IsChecked", "IsEnabled", "Enabled"}
+
+# A pointer of the host's instead of a call: missed where this call would be made through it.
+POINTERS = {"the_listener": "puts"}
+
+# A settings file that has every line already, so that saving changes none.
+SETTINGS = ["flinderPopup=", "altRightZoom=1", "mClickXForms=1", "hideMClickXForms=",
+            "useShiftClone=1", "focusViewports=1", "lockArcRotateOrtho=1", "lockArcRotateUser=",
+            "slowZooming=1", "altLeftArcRotate=1", "customSelectionCursors=1", "useMayaStyle=1",
+            "top=200", "left=200"]
+
+# Numbers that a gesture leaves behind and that the next one sets anew before it reads them.
+LEFT_BEHIND = {"g_zoomLast", "g_zoomVirtual", "g_zoomWarp", "g_scrubLast", "g_thumbPos", "g_navKind",
+               "g_searchCtrlId", "g_searchText", "g_nudgeStartTick", "g_nudgeRecorderWasOn",
+               "g_previousLockRequests", "g_savedIsolatedPlayback", "g_lastFocusedViewport",
+               "g_graphiteSculptTool", "g_graphitePdTool", "g_polyShiftActive"}
+
+PLACE = ["mode 6", "select none", "move other 5 5", "move viewport.persp 200 150"]
+
+FACTS = ["keys", "capture", "leaks", "modes", "state", "actions", "buttons", "dialogs", "settings",
+         "plugin"]
+
+AFTERWARDS = ["mode 6", "select none", "move other 5 5", "move viewport.persp 200 150",
+              "key down alt", "down left", "move by 10 5", "up left", "key up alt",
+              "move by 3 3", "down left", "up left", "key down k", "key up k"]
+
+# Puts back what an exception may have left, so that the next situation can follow.
+MENDING = (
+    ["poke useMayaStyle 0", "closebox options", "closebox welcome", "move other 5 5"]
+    + [f"{way} {button}" for button in ("left", "middle", "right") for way in ("down", "up")]
+    + [f"key {way} {key}" for key in ("alt", "ctrl", "shift") for way in ("down", "up")]
+    + [f"poke {name} 0" for name in
+       ("g_orbitActive", "g_zoomActive", "g_panActive", "g_navLocked", "g_heldButtons",
+        "g_quickXform", "g_shiftClone", "g_selCtrl", "g_selShift", "g_selCtrlShift",
+        "g_selectNotPushed", "g_sculptRedirect", "g_scrubState", "g_scrubWrapped",
+        "g_altUpPending", "g_selectionLockRequests", "g_gizmoWasOn", "g_heldSnapSticky",
+        "g_nudgeActive", "g_nudgeRepeating", "g_activeToolButton", "g_pendingSculptButton",
+        "g_isolatedPlayback", "g_playbackDepth")]
+    + [f"poke {line.split('=')[0]} {line.split('=')[1] or 0}" for line in SETTINGS[1:-2]]
+    + ["mode 6", "select none", "subobject off"])
+
+COLUMNS = ("whole", "first", "second")
+
+
+class Unreadable(Exception):
+    """A file that belongs to the test is not what it should be."""
+
+
+class Situation:
+    def __init__(self, name, marks, line):
+        self.name = name
+        self.line = line
+        self.is_alone = "alone" in marks
+        self.release = ""
+        self.settings = []
+        for mark in marks:
+            if mark.startswith("release "):
+                self.release = mark
+            elif mark.startswith("ini "):
+                self.settings.append(mark[4:])
+            elif mark != "alone":
+                raise Unreadable(f"situations.txt:{line}: [{mark}] is not known")
+        self.parts = {"setup": [], "begin": [], "middle": [], "end": []}
+        self.calls = {}
+        self.settled = []
+
+    def columns(self):
+        return COLUMNS[:1] if self.is_alone else COLUMNS
+
+    def ground(self):
+        """What has to be equal in situations that are played one after the other."""
+        return (self.name if self.is_alone else "", self.release, tuple(self.settings))
+
+
+def read_situations():
+    situations = []
+    part = None
+    for number, line in enumerate((HERE / "situations.txt").read_text().splitlines(), 1):
+        line = line.strip()
+        if not line or line.startswith("#"):
+            continue
+        if line.startswith("== "):
+            marks = re.findall(r"\[([^\]]*)\]", line)
+            name = re.sub(r"\[[^\]]*\]", "", line[3:]).strip()
+            situations.append(Situation(name, marks, number))
+            part = "setup"
+        elif line in ("setup", "begin", "middle", "end"):
+            part = line
+        elif part is None:
+            raise Unreadable(f"situations.txt:{number}: this stands before the first situation")
+        else:
+            situations[-1].parts[part].append(line)
+    return situations
+
+
+def left_out():
+    """Faults that calls.txt knows to be of no use here."""
+    text = (HERE / "calls.txt").read_text()
+    return set(re.findall(r"^(?:not called|before) (\S+)$", text, re.M))
+
+
+class Exceptions:
+    """What may differ: faults, situations, columns and the differing facts, each as patterns."""
+
+    def __init__(self):
+        self.rows = []
+        for number, line in enumerate((HERE / "exceptions.txt").read_text().splitlines(), 1):
+            if not line.strip() or line.startswith("#"):
+                continue
+            fields = [field.strip() for field in line.split("|")]
+            if len(fields) != 4:
+                raise Unreadable(f"exceptions.txt:{number}: a line has four fields, not {len(fields)}")
+            self.rows.append((number, *[[word.strip() for word in field.split(";")]
+                                        for field in fields]))
+        self.used = set()
+
+    def mentions(self, fault, situation, column):
+        return any(any(fnmatch.fnmatchcase(fault, pattern) for pattern in faults)
+                   and any(fnmatch.fnmatchcase(situation, pattern) for pattern in situations)
+                   and any(fnmatch.fnmatchcase(column, pattern) for pattern in columns)
+                   for _, faults, situations, columns, _ in self.rows)
+
+    def allows(self, fault, situation, column, fact):
+        allowed = False
+        for number, faults, situations, columns, facts in self.rows:
+            if (any(fnmatch.fnmatchcase(fault, pattern) for pattern in faults)
+                    and any(fnmatch.fnmatchcase(situation, pattern) for pattern in situations)
+                    and any(fnmatch.fnmatchcase(column, pattern) for pattern in columns)
+                    and any(fnmatch.fnmatchcase(fact, pattern) for pattern in facts)):
+                self.used.add((number, fault))
+                allowed = True
+        return allowed
+
+
+# ---- scenarios -----------------------------------------------------------------------------------
+
+def mark(text):
+    return f'script "\\"{text}\\""'
+
+
+def ground_lines(situation):
+    settings = dict(line.split("=", 1) for line in SETTINGS)
+    settings.update(line.split("=", 1) for line in situation.settings)
+    lines = [situation.release] if situation.release else []
+    return lines + [f"ini {key}={value}" for key, value in settings.items()]
+
+
+def aftermath(place, clean):
+    lines = [mark(f"facts {place}")] + [f"show {fact}" for fact in FACTS]
+    return lines + [mark(f"clean {place}")] + (AFTERWARDS if clean else []) + [mark(f"done {place}")]
+
+
+def item_lines(situation, place, fault="", column=""):
+    """The lines of one situation; `place` is its number in the play."""
+    on, off = ([f"fail {fault}"], [f"fail {fault} off"]) if fault else ([], [])
+    calls = [] if fault else ["show calls"]
+    lines = [mark(f"item {place}")]
+    if not situation.is_alone:
+        lines += PLACE
+    lines += situation.parts["setup"] + calls
+    lines += (on if column in ("whole", "first") else [])
+    lines += [mark(f"begin {place}")] + situation.parts["begin"] + calls
+    lines += (off if column == "first" else on if column == "second" else [])
+    lines += [mark(f"middle {place}")] + situation.parts["middle"] + calls
+    lines += off + [mark(f"settled {place}")] + settled()
+    lines += [mark(f"end {place}")] + situation.parts["end"]
+    return lines + aftermath(place, not situation.is_alone)
+
+
+def mending(place, fresh_facts):
+    """The lines behind a situation that may leave something: mends, and looks again."""
+    lines = list(MENDING)
+    for fact in fresh_facts:
+        words = fact.split()
+        if words[0] == "action":
+            lines.append(" ".join(words))
+        elif words[0].startswith("button.") and words[1] in ("on", "off"):
+            lines.append(f"button {words[0][7:]} {words[1]}")
+    return lines + [mark(f"mended {place}")] + [f"show {fact}" for fact in FACTS] + [
+        mark(f"next {place}")]
+
+
+def settled():
+    """Asked before "end" puts the host back, and compared with the same place without a fault."""
+    return [f"show {fact}" for fact in ("keys", "capture", "leaks", "modes")]
+
+
+class Player:
+    def __init__(self, command, folder):
+        self.command = command
+        self.folder = pathlib.Path(folder)
+        self.plays = 0
+
+    def play(self, texts):
+        """Plays the scenarios; answers output and message of each."""
+        names = []
+        for text in texts:
+            self.plays += 1
+            path = self.folder / f"play{self.plays:05}.scn"
+            path.write_text("\n".join(text) + "\n")
+            names.append(str(path))
+        listed = self.folder / "list"
+        listed.write_text("".join(name + "\n" for name in names))
+        done = subprocess.run(self.command + ["--forgiving", "--files-from", str(listed)],
+                              capture_output=True, text=True, errors="replace", check=False)
+        outputs = dict.fromkeys(names, "")
+        current = names[0] if len(names) == 1 else None
+        chunks = collections.defaultdict(list)
+        for line in done.stdout.splitlines():
+            if len(names) > 1 and line.startswith("# ") and line[2:] in outputs:
+                current = line[2:]
+            elif current:
+                chunks[current].append(line)
+        messages = {name: [line for line in done.stderr.splitlines() if name in line]
+                    for name in names}
+        if done.returncode not in (0, 1, 3):
+            raise Unreadable(f"the player ended with {done.returncode}: {done.stderr[-2000:]}")
+        return [(chunks[name], messages[name]) for name in names]
+
+
+def cut(lines):
+    """The lines behind each mark: {"facts 3": [...], ...}."""
+    result = {}
+    current = None
+    for line in lines:
+        match = re.match(r'value "(\w+ \w+)"$', line)
+        if match:
+            current = match[1]
+            result[current] = []
+        elif current:
+            result[current].append(line)
+    return result
+
+
+# ---- what is compared ----------------------------------------------------------------------------
+
+def states_of(lines):
+    facts = []
+    for line in lines:
+        words = line.split()
+        if words[:1] != ["state"] or words[1] == "track" or words[2] in LEFT_BEHIND:
+            continue
+        if words[1] in ("keys", "threadkeys"):
+            facts += [f"{words[1]} {word}" for word in words[2:]]
+        else:
+            facts.append(" ".join(words[1:]))
+    return facts
+
+
+def facts_of(pieces, place):
+    facts = states_of(pieces.get(f"facts {place}", []))
+    clean = [line.strip() for line in pieces.get(f"clean {place}", [])
+             if line.split()[:1] and line.split()[0] in ("in", "win", "sdk", "script", "ini", "out")]
+    return facts, clean
+
+
+def key_of(fact):
+    """What a fact is about, without what it says."""
+    return re.split(r"[ =][^ =]*$", fact)[0]
+
+
+def unlike(wanted, facts):
+    """Facts that are not wanted, and wanted ones that are gone without a substitute."""
+    keys = {key_of(fact) for fact in facts}
+    return [fact for fact in facts if fact not in wanted] + [
+        f"gone: {fact}" for fact in wanted if fact not in facts and key_of(fact) not in keys]
+
+
+def differences(fresh, after):
+    fresh_facts, fresh_clean = fresh
+    facts, clean = after
+    result = unlike(fresh_facts, facts)
+    if clean != fresh_clean:
+        for index, line in enumerate(clean):
+            if index >= len(fresh_clean) or fresh_clean[index] != line:
+                result.append(f"afterwards: {line}")
+                break
+        else:
+            result.append("afterwards: nothing more")
+    return result
+
+
+class Table:
+    def __init__(self, player, situations, exceptions):
+        self.player = player
+        self.situations = situations
+        self.exceptions = exceptions
+        self.fresh = {}
+        self.complaints = []
+        self.cells = 0
+
+    def learn(self):
+        """Plays everything without faults: the fresh sessions, and who calls what."""
+        texts = []
+        grounds = collections.defaultdict(list)
+        for situation in self.situations:
+            grounds[situation.ground()].append(situation)
+        for ground, members in grounds.items():
+            lines = ground_lines(members[0])
+            if not ground[0]:
+                lines += ["start"] + aftermath("fresh", True)
+            for place, situation in enumerate(members):
+                lines += item_lines(situation, place)
+            texts.append(lines)
+        for (ground, members), (output, messages) in zip(grounds.items(), self.player.play(texts)):
+            pieces = cut(output)
+            fresh = facts_of(pieces, "0" if ground[0] else "fresh")
+            self.fresh[ground] = fresh
+            for place, situation in enumerate(members):
+                if f"done {place}" not in pieces:
+                    raise Unreadable(f"situations.txt:{situation.line}: the play ended in "
+                                     f"\"{situation.name}\": {messages}")
+                halves = []
+                for half in ("begin", "middle"):
+                    lines = pieces[f"{half} {place}"]
+                    for line in lines:
+                        if line.startswith("state left out"):
+                            raise Unreadable(f"situations.txt:{situation.line}: "
+                                             f"\"{situation.name}\": {line[6:]}")
+                    calls = [line for line in lines if line.startswith("state calls")]
+                    halves.append(set(calls[0].split()[2:]))
+                situation.calls = {"whole": halves[0] | halves[1], "first": halves[0],
+                                   "second": halves[1]}
+                situation.settled = states_of(pieces[f"settled {place}"])
+                for difference in differences(fresh, facts_of(pieces, place)):
+                    self.complaints.append(f"no fault: \"{situation.name}\" leaves {difference}")
+
+    def run(self, faults):
+        waiting = []
+        for fault in faults:
+            grounds = collections.defaultdict(list)
+            for situation in self.situations:
+                for column in situation.columns():
+                    if POINTERS.get(fault, fault) in situation.calls[column]:
+                        grounds[situation.ground()].append((situation, column))
+            waiting += [(fault, items) for items in grounds.values()]
+        self.cells += sum(len(items) for _, items in waiting)
+        while waiting:
+            outputs = self.player.play([self.text(fault, items) for fault, items in waiting])
+            left = []
+            for (fault, items), (output, messages) in zip(waiting, outputs):
+                rest = self.judge(fault, items, cut(output), messages)
+                if rest:
+                    left.append((fault, rest))
+            waiting = left
+
+    def text(self, fault, items):
+        lines = ground_lines(items[0][0])
+        if not items[0][0].is_alone:
+            lines.append("start")
+        for place, (situation, column) in enumerate(items):
+            lines += item_lines(situation, place, fault, column)
+            if self.exceptions.mentions(fault, situation.name, column):
+                lines += mending(place, self.fresh[situation.ground()][0])
+        return lines
+
+    def judge(self, fault, items, pieces, messages):
+        """Compares; answers the items behind the first one that differs, to be played afresh."""
+        for place, (situation, column) in enumerate(items):
+            if f"done {place}" not in pieces:
+                what = messages[-1] if messages else "ended: without a word"
+                found = [re.sub(r"^.*?\.scn(:\d+)?: ", "ended: ", what)]
+            else:
+                fresh = self.fresh[situation.ground()]
+                found = [f"at once: {fact}" for fact in
+                         unlike(situation.settled, states_of(pieces[f"settled {place}"]))]
+                found += differences(fresh, facts_of(pieces, place))
+            for difference in found:
+                if not self.exceptions.allows(fault, situation.name, column, difference):
+                    self.complaints.append(
+                        f"{fault} | {situation.name} | {column} | {difference}")
+            mended = states_of(pieces.get(f"mended {place}", []))
+            if found and mended != self.fresh[situation.ground()][0]:
+                return items[place + 1:]
+        return []
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--part", default="1/1")
+    parser.add_argument("--only")
+    parser.add_argument("--situation", default="")
+    parser.add_argument("--faults", required=True, help="file with the names of all faults")
+    parser.add_argument("--keep")
+    parser.add_argument("player", nargs="+")
+    options = parser.parse_args()
+    part, parts = (int(number) for number in options.part.split("/"))
+    situations = [situation for situation in read_situations()
+                  if options.situation in situation.name]
+    exceptions = Exceptions()
+    names = sorted(set(pathlib.Path(options.faults).read_text().split()) - ALIASES - left_out())
+    faults = [name for name in names if not options.only or name == options.only]
+    faults = faults[part - 1::parts]
+    with tempfile.TemporaryDirectory(prefix="karvel-faults-") as folder:
+        player = Player(options.player, options.keep or folder)
+        table = Table(player, situations, exceptions)
+        table.learn()
+        table.run(faults)
+        plays = player.plays
+    if not options.situation:
+        for number, named, *_ in exceptions.rows:
+            for fault in named:
+                if fault not in names:
+                    table.complaints.append(f"exceptions.txt:{number}: there is no fault {fault}")
+                elif fault in faults and (number, fault) not in exceptions.used:
+                    table.complaints.append(f"exceptions.txt:{number}: {fault} does not need this")
+        for fault in faults:
+            call = POINTERS.get(fault, fault)
+            if not any(call in situation.calls["whole"] for situation in situations):
+                table.complaints.append(f"{fault}: no situation makes this call")
+    for complaint in table.complaints:
+        print(complaint)
+    print(f"{len(faults)} faults, {len(situations)} situations, {table.cells} times a call failed, "
+          f"{plays} plays, {len(table.complaints)} complaints")
+    return 1 if table.complaints else 0
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except Unreadable as problem:
+        print(problem, file=sys.stderr)
+        sys.exit(2)

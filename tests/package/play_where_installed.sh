@@ -1,0 +1,33 @@
+#!/bin/bash
+# Unpacks the archive, copies the plug-in into a plugins folder as INSTALL.txt says, and plays the
+# tour with it: what a user downloads works, without the rest of the build beside it.
+set -u
+. "$(dirname "$0")/../../tools/wine_session.sh"
+
+directory=$(mktemp -d "${TMPDIR:-/tmp}/karvel-installed.XXXXXX")
+clean_up() {
+    wine_session_end
+    rm -rf "$directory"
+}
+trap clean_up EXIT
+trap 'exit 130' INT TERM
+
+cd "$directory" || exit 1
+python3 "$karvel_root/tools/make_package.py" --build "$karvel_root/build/msvc" \
+    --output package.zip || exit 1
+python3 -m zipfile -e package.zip unpacked || exit 1
+(cd unpacked/KarvelMax.bundle && sha256sum --quiet -c SHA256SUMS) || exit 1
+mkdir -p host/plugins
+cp unpacked/KarvelMax.bundle/Contents/plugins/KarvelMax.gup host/plugins/
+cp "$karvel_root"/build/msvc/host/*.dll host/
+
+wine_session_begin null || exit 1
+run_wine "$karvel_root/build/gnu/bin/standin.exe" tour --out "$directory/tour" --abi msvc \
+    --host-dir "$directory/host" --plugin "$directory/host/plugins/KarvelMax.gup" >account.txt || {
+    status=$?
+    cat account.txt
+    exit "$status"
+}
+# The tour tells at its end how many events the plug-in kept to itself.
+tail -n 3 account.txt
+grep -q 'events were injected' account.txt

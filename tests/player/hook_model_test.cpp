@@ -1,0 +1,212 @@
+// The walk's model of the hooks against sentences about them, and its excuses.
+#include "standin/player/hook_model.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <set>
+
+#include "standin/player/excuses.h"
+
+namespace {
+
+using excuses::Check;
+using excuses::Excuse;
+using hook_model::KeyFacts;
+using hook_model::Message;
+using hook_model::MouseFacts;
+using hook_model::Outcome;
+using hook_model::Place;
+using hook_model::State;
+
+// A hand over a perspective view of a host with all options on, Alt held.
+class Hand {
+public:
+    Hand() {
+        facts.kind = hook_model::kViewport;
+        facts.options = {true, true, true, true, true, true};
+        facts.alt = true;
+        facts.screen = {1280, 1024};
+        facts.at = facts.cursor = {300, 300};
+        facts.thumb = true;
+        facts.mode = 6;
+        facts.select_button = true;
+        facts.orbit_allowed = true;
+    }
+
+    Outcome Do(Message message) {
+        const State before = model.Now();
+        facts.message = message;
+        const Outcome outcome = model.Mouse(facts);
+        switch (message) {
+            case Message::kLeftDown: down |= hook_model::kLeftBit; break;
+            case Message::kLeftUp: down &= ~hook_model::kLeftBit; break;
+            case Message::kRightDown: down |= hook_model::kRightBit; break;
+            case Message::kRightUp: down &= ~hook_model::kRightBit; break;
+            case Message::kMiddleDown: down |= hook_model::kMiddleBit; break;
+            case Message::kMiddleUp: down &= ~hook_model::kMiddleBit; break;
+            default: break;
+        }
+        excuses::NoteMouse(ledger, before, model.Now(), facts, outcome, down);
+        return outcome;
+    }
+    void Do(std::initializer_list<Message> messages) {
+        for (const Message message : messages)
+            Do(message);
+    }
+    const State& Now() const { return model.Now(); }
+
+    MouseFacts facts;
+    hook_model::Model model;
+    excuses::Ledger ledger;
+    int down = 0;
+};
+
+TEST(HookModel, AltAndEachButtonStartAGestureOfTheirOwn) {
+    for (const auto& [press, release, flag] :
+         {std::tuple{Message::kLeftDown, Message::kLeftUp, &State::orbit},
+          std::tuple{Message::kRightDown, Message::kRightUp, &State::zoom},
+          std::tuple{Message::kMiddleDown, Message::kMiddleUp, &State::pan}}) {
+        Hand hand;
+        EXPECT_TRUE(hand.Do(press).swallowed);
+        EXPECT_EQ(hand.Now().*flag, 1);
+        EXPECT_TRUE(hand.Do(release).swallowed);
+        EXPECT_FALSE(hand.Now().Gesture());
+        EXPECT_EQ(hand.Now().held, 0);
+    }
+}
+
+TEST(HookModel, ChordsSwitchBackAndForth) {
+    Hand hand;
+    hand.Do({Message::kLeftDown, Message::kMiddleDown});
+    EXPECT_EQ(hand.Now().zoom, 1);
+    hand.Do(Message::kMiddleUp);
+    EXPECT_EQ(hand.Now().orbit, 1);
+    hand.Do(Message::kLeftUp);
+    EXPECT_FALSE(hand.Now().Gesture());
+}
+
+// What the walk first found: no row looks at the left button's release in a pan.
+TEST(HookModel, LeftReleaseInAPanLeavesItsBit) {
+    Hand hand;
+    hand.Do({Message::kLeftDown, Message::kRightDown, Message::kMiddleDown});
+    EXPECT_EQ(hand.Now().pan, 1);
+    hand.Do(Message::kLeftUp);
+    EXPECT_TRUE(hand.Now().held & hook_model::kLeftBit);
+    EXPECT_FALSE(hand.ledger.IsOpen(Check::kGesture)) << "a bit alone excuses nothing";
+    hand.Do({Message::kMiddleUp, Message::kRightUp});
+    EXPECT_EQ(hand.Now().orbit, 1) << "the stray bit made a zoom's end an orbit";
+    EXPECT_EQ(hand.down, 0);
+    EXPECT_TRUE(hand.ledger.Excused(Check::kGesture));
+    EXPECT_GT(hand.ledger.Used()[static_cast<size_t>(Excuse::kStrayBit)]
+                                [static_cast<size_t>(Check::kGesture)],
+              0u);
+}
+
+TEST(HookModel, OrdinaryGesturesExcuseNothing) {
+    Hand hand;
+    hand.Do({Message::kLeftDown, Message::kMove, Message::kLeftUp, Message::kRightDown,
+             Message::kMove, Message::kMove, Message::kRightUp, Message::kMiddleDown,
+             Message::kMove, Message::kMiddleUp});
+    hand.Do({Message::kLeftDown, Message::kMiddleDown, Message::kMiddleUp, Message::kLeftUp});
+    hand.Do({Message::kRightDown, Message::kLeftDown, Message::kLeftUp, Message::kRightUp});
+    for (int check = 0; check < excuses::kChecks; ++check)
+        EXPECT_FALSE(hand.ledger.IsOpen(static_cast<Check>(check))) << check;
+}
+
+TEST(HookModel, APanInAnEditorPassesBothEnds) {
+    Hand hand;
+    hand.facts.kind = hook_model::kTrackView;
+    EXPECT_FALSE(hand.Do(Message::kMiddleDown).swallowed);
+    EXPECT_EQ(hand.Now().pan, 1);
+    EXPECT_FALSE(hand.Do(Message::kMiddleUp).swallowed);
+    EXPECT_EQ(hand.Now().pan, 0);
+}
+
+TEST(HookModel, ALockedViewRefusesAndTheReleaseEndsThat) {
+    Hand hand;
+    hand.facts.kind = hook_model::kLockedViewport;
+    for (const auto& [press, release] : {std::pair{Message::kLeftDown, Message::kLeftUp},
+                                         std::pair{Message::kRightDown, Message::kRightUp},
+                                         std::pair{Message::kMiddleDown, Message::kMiddleUp}}) {
+        EXPECT_TRUE(hand.Do(press).swallowed);
+        EXPECT_EQ(hand.Now().locked, 1);
+        EXPECT_FALSE(hand.Now().Drags());
+        EXPECT_TRUE(hand.Do(release).swallowed);
+        EXPECT_EQ(hand.Now().locked, 0);
+    }
+}
+
+TEST(HookModel, NavigationOffTouchesNothing) {
+    Hand hand;
+    hand.facts.options.navigation = false;
+    for (const Message message : {Message::kLeftDown, Message::kLeftUp, Message::kMiddleDown,
+                                  Message::kMiddleUp, Message::kRightDown, Message::kRightUp})
+        EXPECT_FALSE(hand.Do(message).swallowed);
+    EXPECT_EQ(hand.Now(), State());
+}
+
+TEST(HookModel, AScrubAtTheEdgeIsNotEndedByItsButton) {
+    Hand hand;
+    hand.facts.alt = false;
+    State armed;
+    armed.scrub = 1;
+    hand.model.Set(armed);
+    hand.Do(Message::kLeftDown);
+    EXPECT_EQ(hand.Now().scrub, 2);
+    hand.facts.at = {9, 300};
+    EXPECT_TRUE(hand.Do(Message::kLeftUp).swallowed);
+    EXPECT_EQ(hand.Now().scrub, 2);
+    EXPECT_EQ(hand.Now().scrub_wrapped, 1);
+    EXPECT_TRUE(hand.ledger.IsOpen(Check::kScrub));
+    EXPECT_FALSE(hand.ledger.IsOpen(Check::kGesture));
+}
+
+TEST(HookModel, AltComingUpDuringAGestureIsOwed) {
+    Hand hand;
+    hand.Do(Message::kRightDown);
+    KeyFacts alt;
+    alt.key = KeyFacts::Key::kAlt;
+    alt.up = true;
+    alt.navigation = true;
+    EXPECT_TRUE(hand.model.Key(alt).swallowed);
+    EXPECT_EQ(hand.Now().alt_owed, 1);
+    hand.Do(Message::kRightUp);
+    EXPECT_EQ(hand.Now().alt_owed, 0);
+}
+
+TEST(HookModel, TheFirstDifferenceIsNamed) {
+    State expected;
+    State got;
+    int wanted = 0;
+    int is = 0;
+    EXPECT_EQ(hook_model::FirstDifference(expected, got, &wanted, &is), "");
+    got.pan = 1;
+    EXPECT_EQ(hook_model::FirstDifference(expected, got, &wanted, &is), "g_panActive");
+    EXPECT_EQ(wanted, 0);
+    EXPECT_EQ(is, 1);
+    got = expected;
+    got.zoom_virtual.y = 7;
+    EXPECT_EQ(hook_model::FirstDifference(expected, got, &wanted, &is), "g_zoomVirtual.y");
+}
+
+TEST(HookModel, EveryPlaceHasANameOfItsOwn) {
+    std::set<std::string_view> names;
+    for (int i = 0; i < hook_model::kPlaces; ++i)
+        EXPECT_TRUE(names.insert(hook_model::NameOf(static_cast<Place>(i))).second) << i;
+    EXPECT_FALSE(names.contains(""));
+}
+
+TEST(Excuses, FreeTheirChecksUntilThoseAreClean) {
+    excuses::Ledger ledger;
+    EXPECT_FALSE(ledger.Excused(Check::kDepth));
+    ledger.Note(Excuse::kPanBelow, {Check::kDepth});
+    EXPECT_TRUE(ledger.Excused(Check::kDepth));
+    EXPECT_FALSE(ledger.Excused(Check::kGesture));
+    ledger.Clean(Check::kDepth);
+    EXPECT_FALSE(ledger.Excused(Check::kDepth));
+    EXPECT_EQ(ledger.Arisen()[static_cast<size_t>(Excuse::kPanBelow)], 1u);
+}
+
+}  // namespace

@@ -1,0 +1,168 @@
+#include "standin/player/walk.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "standin/player/scenario_parser.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+using testing::ElementsAre;
+
+bool IsSound(const Lines& lines, std::string* why) {
+    scenario::Vocabulary anything;
+    anything.is_window = [](std::string_view) { return true; };
+    anything.is_object = [](std::string_view) { return true; };
+    anything.is_action = [](unsigned long, int) { return true; };
+    anything.is_fault = [](std::string_view) { return true; };
+    anything.is_global = [](std::string_view) { return true; };
+    scenario::Scenario read;
+    scenario::Mistake mistake;
+    const bool sound = scenario::Parse(walk::Text(lines), anything, &read, &mistake);
+    *why = std::to_string(mistake.line) + ": " + mistake.message;
+    return sound;
+}
+
+TEST(Walk, IsTheSameForTheSameSeed) {
+    EXPECT_EQ(walk::Make(7, 300, {}), walk::Make(7, 300, {}));
+    EXPECT_NE(walk::Make(7, 300, {}), walk::Make(8, 300, {}));
+}
+
+TEST(Walk, IsASoundScenario) {
+    for (uint64_t seed = 1; seed <= 50; ++seed) {
+        walk::Kind kind;
+        if (seed % 2 == 0) kind.faults = {"SendInput", "GetViewport"};
+        kind.destroys = seed % 3 == 0;
+        std::string why;
+        EXPECT_TRUE(IsSound(walk::Make(seed, 400, kind), &why)) << "seed " << seed << ", " << why;
+    }
+}
+
+TEST(Walk, HasNoFaultsUnlessWanted) {
+    for (const std::string& line : walk::Make(3, 2000, {}))
+        EXPECT_FALSE(line.starts_with("fail ")) << line;
+}
+
+TEST(Walk, LetsOnlyTheGivenCallsFail) {
+    walk::Kind kind;
+    kind.faults = {"SendInput", "GetViewport"};
+    std::set<std::string> failing;
+    for (const std::string& line : walk::Make(3, 3000, kind))
+        if (line.starts_with("fail ")) failing.insert(line.substr(0, line.find(" off")));
+    EXPECT_THAT(failing, ElementsAre("fail GetViewport", "fail SendInput"));
+}
+
+TEST(Walk, DestroysNothingUnlessWanted) {
+    const auto destroys_host_windows = [](const Lines& lines) {
+        return std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
+            return line == "destroy trackbar" || line == "destroy thumb" ||
+                   line == "destroy timeslider" || line == "destroy viewport.top";
+        });
+    };
+    walk::Kind destroys;
+    destroys.destroys = true;
+    bool any = false;
+    for (uint64_t seed = 1; seed <= 20; ++seed) {
+        EXPECT_FALSE(destroys_host_windows(walk::Make(seed, 1000, {})));
+        any = any || destroys_host_windows(walk::Make(seed, 1000, destroys));
+    }
+    EXPECT_TRUE(any);
+}
+
+// Whoever holds something at a rest would be blamed on the plug-in.
+TEST(Walk, HoldsNothingAtRest) {
+    for (uint64_t seed = 1; seed <= 20; ++seed) {
+        walk::Kind kind;
+        kind.faults = {"SendInput", "GetViewport"};
+        std::set<std::string> held;
+        int rests = 0;
+        for (const std::string& line : walk::Make(seed, 2000, kind)) {
+            if (line.starts_with("key down ")) held.insert(line.substr(9));
+            if (line.starts_with("key up ")) held.erase(line.substr(7));
+            if (line.starts_with("down ")) held.insert("button " + line.substr(5));
+            if (line.starts_with("up ")) held.erase("button " + line.substr(3));
+            if (line.starts_with("fail ") && !line.ends_with(" off")) held.insert(line);
+            if (line.ends_with(" off")) held.erase(line.substr(0, line.size() - 4));
+            if (!walk::IsRest(line)) continue;
+            ++rests;
+            EXPECT_THAT(held, ElementsAre()) << "seed " << seed;
+        }
+        EXPECT_GE(rests, 4) << "seed " << seed;
+    }
+}
+
+TEST(Walk, CountsWhatUserAndHostDo) {
+    const Lines walk = walk::Make(5, 1000, {});
+    const size_t events = walk::EventsIn(walk);
+    EXPECT_GE(events, 1000u);
+    EXPECT_LT(events, walk.size() - walk::HeadOf(walk));
+    EXPECT_EQ(walk::EventsIn({"release 13900", "start", "down left", "mode 6",
+                              "poke g_heldButtons 0", "up left"}),
+              2u);
+}
+
+TEST(Mend, ReleasesWhatIsDownAndForgetsOtherReleases) {
+    EXPECT_THAT(walk::Mend({"start", "up left", "key down alt", "down right", "key up ctrl"}),
+                ElementsAre("start", "key down alt", "down right", "up right", "key up alt",
+                            "key down f8", "key up f8"));
+}
+
+TEST(Mend, LeavesWhatIsSoundAlone) {
+    const Lines once = walk::Mend({"start", "down left", "move by 1 1", "up left"});
+    EXPECT_EQ(walk::Mend(once), once);
+}
+
+TEST(Mend, ForgetsMovesOverEditorsThatAreNotOpen) {
+    EXPECT_THAT(walk::Mend({"start", "move unwrap 5 5", "open unwrap", "move unwrap 6 6",
+                            "close unwrap", "destroy unwrap", "move unwrap 7 7"}),
+                ElementsAre("start", "open unwrap", "move unwrap 6 6", "close unwrap",
+                            "key down f8", "key up f8"));
+}
+
+TEST(Mend, LetsNothingFailAtTheEnd) {
+    EXPECT_THAT(walk::Mend({"start", "fail SendInput", "fail SendInput", "fail GetViewport off",
+                            "down left"}),
+                ElementsAre("start", "fail SendInput", "down left", "fail SendInput off", "up left",
+                            "key down f8", "key up f8"));
+}
+
+TEST(Mend, KeepsTheRestsInBetween) {
+    const Lines lines = {"start",       "down left", "up left",     "key down f8",
+                         "key up f8",   "mode 6",    "down right",  "up right",
+                         "key down f8", "key up f8", "poke g_pan 0"};
+    const Lines mended = walk::Mend(lines);
+    EXPECT_EQ(std::count_if(mended.begin(), mended.end(), walk::IsRest), 3);
+}
+
+// Whatever the shortening leaves out, what remains is a walk with a rest at its end.
+TEST(Mend, MakesAWalkOfAnyPart) {
+    walk::Dice dice(17);
+    for (uint64_t seed = 1; seed <= 30; ++seed) {
+        walk::Kind kind;
+        kind.faults = {"SendInput"};
+        kind.destroys = true;
+        Lines part;
+        for (const std::string& line : walk::Make(seed, 300, kind))
+            if (line == "start" || !dice.Once(3)) part.push_back(line);
+        const Lines mended = walk::Mend(part);
+        std::string why;
+        EXPECT_TRUE(IsSound(mended, &why)) << why;
+        EXPECT_EQ(walk::Mend(mended), mended);
+        std::multiset<std::string> down;
+        for (const std::string& line : mended) {
+            if (line.starts_with("down ")) down.insert(line.substr(5));
+            if (line.starts_with("up ")) {
+                EXPECT_EQ(down.erase(line.substr(3)), 1u) << line;
+            }
+        }
+        EXPECT_TRUE(down.empty());
+        EXPECT_EQ(std::count(mended.begin(), mended.end(), "fail SendInput"),
+                  std::count(mended.begin(), mended.end(), "fail SendInput off"));
+    }
+}
+
+}  // namespace
