@@ -1,0 +1,29 @@
+// The stand-in with the plug-in in it, as a measurement needs it: opened once in a process.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "standin/engine/desk_control.h"
+#include "standin/engine/plugin_loader.h"
+
+namespace stage {
+
+// Makes the desk, the host's DLLs and the world, without a plug-in. False: *message.
+bool OpenWorld(desk::InputKind input, const plugin::Files& files, std::string* message);
+// The same with the plug-in loaded and started, its settings those of a fresh installation, and
+// the places where it calls out found.
+bool Open(desk::InputKind input, const plugin::Files& files, std::string* message);
+void Close();
+
+// A place inside a window of the world, in screen coordinates.
+POINT PlaceIn(const char* window);
+
+// The user's deeds, delivered with all that follows from them.
+void MoveTo(POINT screen);
+void MoveBy(int dx, int dy);
+void Button(int virtual_key, bool down);
+void Key(int virtual_key, bool down);
+
+}  // namespace stage
