@@ -186,7 +186,9 @@ void QueueRecord(const INPUT& record, bool own) {
 
 void Inject(const INPUT& record) {
     ++g_desk.counts.injected;
-    if (g_desk.kind == InputKind::kReal && !g_desk.interactive) HoldCursorForReal();
+    const bool outermost =
+        g_desk.kind == InputKind::kReal && !g_desk.interactive && !g_desk.draining;
+    if (outermost) LookForStrayCursor();
     QueueRecord(record, false);
     if (g_desk.kind == InputKind::kReal) InjectForReal(record);
 }
@@ -229,10 +231,6 @@ bool Verdict(LRESULT answer) {
     return swallowed;
 }
 
-bool IsOwn(HWND window) {
-    return window && GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
-}
-
 // As the system looks for the window of a place, among the descendants of one that is hit.
 HWND Deepest(HWND window, POINT screen) {
     for (HWND child = GetTopWindow(window); child; child = GetWindow(child, GW_HWNDNEXT)) {
@@ -261,6 +259,10 @@ BOOL CALLBACK Hit(HWND window, LPARAM search) {
 }
 
 }  // namespace
+
+bool IsOwn(HWND window) {
+    return window && GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+}
 
 int GeneralKey(int key) {
     switch (key) {
@@ -517,6 +519,10 @@ void Drain() {
     else
         DrainReal();
     g_desk.draining = false;
+}
+
+std::string Disturbance() {
+    return g_desk.disturbance;
 }
 
 void AdvanceClock(unsigned long milliseconds) {

@@ -38,6 +38,10 @@ void InjectMove(POINT screen);
 void InjectButton(int virtual_key, bool down);
 // Delivers what waits, with all that follows from it, and what was posted to the windows.
 void Drain();
+// Real input: empty as long as everything that was injected since Open came out of the system's
+// queue and the cursor stayed where it was put. Else what went wrong on the system's side; nothing
+// can be concluded from such a play, it has to be played again.
+std::string Disturbance();
 void AdvanceClock(unsigned long milliseconds);
 
 // One call of a hook, for somebody who looks over the plug-in's shoulder.

@@ -51,6 +51,7 @@ struct State {
     bool posted = false;
     bool draining = false;
     bool handling_move = false;  // real input: the hook is looking at a move
+    std::string disturbance;
     HWND capture = nullptr;
     Counts counts;
 };
@@ -58,6 +59,8 @@ struct State {
 extern State g_desk;
 
 int GeneralKey(int key);
+// The window is of the thread that plays.
+bool IsOwn(HWND window);
 // The plug-in's procedures, with their trace lines. True: the event is swallowed.
 bool AskMouseHook(UINT message, MOUSEHOOKSTRUCT* hook, bool own);
 bool AskKeyHook(int general_key, LPARAM lparam, bool own);
@@ -69,7 +72,7 @@ void ReportKeyArrival(HWND window, UINT message, WPARAM key);
 void DrainVirtual();
 void DrainReal();
 void InjectForReal(const INPUT& record);
-void HoldCursorForReal();
+void LookForStrayCursor();
 void MoveCursorForReal(POINT screen);
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam);
 LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam);

@@ -64,6 +64,19 @@ bool SystemIsSynchronous() {
     return synchronous;
 }
 
+std::string PointText(POINT point) {
+    return std::to_string(point.x) + "," + std::to_string(point.y);
+}
+
+// An event of the mouse over a window of ours has to reach it.
+void LookForLostEvents() {
+    if (!SystemIsSynchronous()) return;
+    for (const Event& event : g_desk.waiting)
+        if (event.kind != EventKind::kKey && IsOwn(WindowAt(event.at)))
+            g_desk.disturbance = "the system lost an event of the mouse at " + PointText(event.at) +
+                                 " over " + world::Of(WindowAt(event.at));
+}
+
 }  // namespace
 
 void InjectForReal(const INPUT& record) {
@@ -76,16 +89,12 @@ void InjectForReal(const INPUT& record) {
     ::SendInput(1, &timed, sizeof timed);
 }
 
-void HoldCursorForReal() {
-    // A desktop that comes up late on a busy machine puts the cursor elsewhere once. Nobody's hand
-    // moved, so the cursor goes back before the next record, and what that sets off is dropped.
+void LookForStrayCursor() {
     POINT now{};
-    if (g_desk.draining || !SystemIsSynchronous() || !::GetCursorPos(&now)) return;
-    if (now.x == g_desk.cursor.x && now.y == g_desk.cursor.y) return;
-    ::SetCursorPos(g_desk.cursor.x, g_desk.cursor.y);
-    MSG message;
-    while (PeekMessageA(&message, nullptr, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE)) {
-    }
+    if (!SystemIsSynchronous() || !::GetCursorPos(&now)) return;
+    if (now.x != g_desk.cursor.x || now.y != g_desk.cursor.y)
+        g_desk.disturbance = "the system put the cursor to " + PointText(now) +
+                             ", it was left at " + PointText(g_desk.cursor);
 }
 
 void MoveCursorForReal(POINT screen) {
@@ -176,7 +185,9 @@ void DrainReal() {
         if (MsgWaitForMultipleObjects(0, nullptr, FALSE, kLongestWait, QS_ALLINPUT) == WAIT_TIMEOUT)
             break;
     }
-    // What is left went to windows of others.
+    // What is left went to windows of others, or got lost.
+    LookForLostEvents();
+    LookForStrayCursor();
     g_desk.waiting.clear();
 }
 

@@ -129,11 +129,11 @@ Result Process::Finish(DWORD longest) {
     GetExitCodeProcess(process_, &status);
     result.output = ReadAll(output_);
     result.messages = ReadAll(messages_);
-    result.status = status <= player::kDied ? static_cast<int>(status) : player::kDied;
+    result.status = status <= player::kDisturbed ? static_cast<int>(status) : player::kDied;
     // A play that dies in its own way says so itself.
     if (!ended)
         result.messages += "the play did not end and was ended\n";
-    else if (status > player::kDied && result.messages.empty())
+    else if (status > player::kDisturbed && result.messages.empty())
         result.messages = "the play crashed with status " + std::to_string(status) + "\n";
     Forget();
     return result;

@@ -285,16 +285,41 @@ bool StartPlay(const Arguments& arguments, const std::string& file,
     const int height = scenario.screen_height ? scenario.screen_height : options.screen_height;
     const screen_size::Claim claim(width, height);
     std::vector<std::string> list = ChildArguments(arguments, file);
-    // Real input leaves keys and cursor behind on its desktop, and the size of one stays.
+    // The size of a desktop stays.
     const bool shared = options.input == desk::InputKind::kVirtual &&
                         width == options.screen_width && height == options.screen_height;
-    const std::string& desktop = shared ? pool->Name(slot) : desk::NewDesktopName();
+    const std::string& desktop = shared ? pool->Shared(slot) : pool->Fresh(slot);
     if (desktop.empty()) {
         *message = "no desktop can be made, end other programs and try again";
         return false;
     }
     list.insert(list.end() - 1, {"--desktop", desktop});
     return process->Start(list, message);
+}
+
+constexpr DWORD kLongestPlay = 10 * 60 * 1000;
+
+// Waits for the end of a play that StartPlay has started. One that the system has disturbed is
+// begun again.
+child::Result FinishPlay(const Arguments& arguments, const std::string& file,
+                         const scenario::Scenario& scenario, desktops::Pool* pool, size_t slot,
+                         child::Process* process) {
+    constexpr int kTries = 3;
+    for (int left = kTries;; --left) {
+        child::Result result = process->Finish(kLongestPlay);
+        if (result.status != player::kDisturbed) return result;
+        if (left == 1) {
+            result.status = player::kDied;
+            return result;
+        }
+        std::fprintf(stderr, "%sthe play is begun again\n", result.messages.c_str());
+        std::string message;
+        if (!StartPlay(arguments, file, scenario, pool, slot, process, &message)) {
+            result.status = player::kDied;
+            result.messages = "standin: " + message + "\n";
+            return result;
+        }
+    }
 }
 
 bool OpenTrace(const std::string& name, HANDLE* file) {
@@ -304,8 +329,6 @@ bool OpenTrace(const std::string& name, HANDLE* file) {
     std::fprintf(stderr, "standin: the trace file %s can not be written\n", name.c_str());
     return false;
 }
-
-constexpr DWORD kLongestPlay = 10 * 60 * 1000;
 
 int PlayAll(const Arguments& arguments) {
     std::vector<scenario::Scenario> scenarios(arguments.files.size());
@@ -335,7 +358,8 @@ int PlayAll(const Arguments& arguments) {
             }
             ++started;
         }
-        const child::Result result = processes[i].Finish(kLongestPlay);
+        const child::Result result =
+            FinishPlay(arguments, arguments.files[i], scenarios[i], &pool, i % jobs, &processes[i]);
         status = std::max(status, result.status);
         std::fwrite(result.messages.data(), 1, result.messages.size(), stderr);
         std::fflush(stderr);
@@ -407,7 +431,8 @@ int PlayTour(Arguments arguments) {
                           if (!StartPlay(arguments, stop.file, scenario::Scenario(), &pool, 0,
                                          &process, messages))
                               return static_cast<int>(player::kDied);
-                          const child::Result result = process.Finish(kLongestPlay);
+                          const child::Result result = FinishPlay(
+                              arguments, stop.file, scenario::Scenario(), &pool, 0, &process);
                           *output = result.output;
                           *messages = result.messages;
                           return result.status;

@@ -13,9 +13,18 @@ bool WaitUntilSettled() {
            0;
 }
 
+// Once the desktop has its size, the cursor goes where it is put.
+bool CursorIsFree() {
+    POINT at{};
+    return SetCursorPos(1, 1) && GetCursorPos(&at) && at.x == 1 && at.y == 1 && SetCursorPos(0, 0);
+}
+
 }  // namespace
 
 struct Pool::Ground {
+    explicit Ground(bool for_real_input) : real(for_real_input) {}
+
+    const bool real;
     std::string name;
     HDESK desktop = nullptr;
     HANDLE ready = nullptr;
@@ -49,7 +58,7 @@ struct Pool::Ground {
             // The first window makes the system set the desktop up.
             const HWND window = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr,
                                                 nullptr, nullptr, nullptr);
-            self->stands = window && WaitUntilSettled();
+            self->stands = window && WaitUntilSettled() && (!self->real || CursorIsFree());
             DestroyWindow(window);
         }
         SetEvent(self->ready);
@@ -67,17 +76,26 @@ struct Pool::Ground {
 Pool::Pool() = default;
 Pool::~Pool() = default;
 
-const std::string& Pool::Name(size_t slot) {
-    if (grounds_.size() <= slot) grounds_.resize(slot + 1);
-    std::unique_ptr<Ground>& ground = grounds_[slot];
+const std::string& Pool::Name(Grounds* grounds, size_t slot, bool real) {
+    if (grounds->size() <= slot) grounds->resize(slot + 1);
+    std::unique_ptr<Ground>& ground = (*grounds)[slot];
     // On a busy machine the system's process for the desktop now and then does not start.
     constexpr int kTries = 3;
     for (int left = kTries; !ground && left > 0; --left) {
-        ground = std::make_unique<Ground>();
+        ground = std::make_unique<Ground>(real);
         if (!ground->Make()) ground.reset();
     }
     static const std::string none;
     return ground ? ground->name : none;
+}
+
+const std::string& Pool::Shared(size_t slot) {
+    return Name(&shared_, slot, false);
+}
+
+const std::string& Pool::Fresh(size_t slot) {
+    if (slot < fresh_.size()) fresh_[slot].reset();
+    return Name(&fresh_, slot, true);
 }
 
 }  // namespace desktops

@@ -1,4 +1,4 @@
-// The desktops that plays with virtual input take turns on.
+// The desktops that plays run on.
 #pragma once
 
 #include <windows.h>
@@ -11,8 +11,13 @@ namespace desktops {
 
 // A desktop, with the system's own processes for it, takes longer to set up than most plays last.
 // With virtual input nothing of it outlives a play but its empty ground, so those that follow each
-// other share it. It stands as long as the pool: a thread of the pool stays on it, because the
+// other share it. Real input leaves keys and cursor behind, so each play gets a fresh one. A
+// desktop stands until the pool ends or replaces it: a thread of the pool stays on it, because the
 // system takes down what nobody is on.
+//
+// Desktops are handed out when they have settled. Until the system's process has given a new one
+// its size, the cursor can not leave the corner, and moves to other places vanish without a
+// message.
 class Pool {
 public:
     Pool();
@@ -20,13 +25,19 @@ public:
     Pool(const Pool&) = delete;
     Pool& operator=(const Pool&) = delete;
 
-    // The name of desktop number `slot`, which is made when it is first asked for and is ready for
-    // windows then. Empty: it can not be made.
-    const std::string& Name(size_t slot);
+    // For virtual input: the name of desktop number `slot`, which is made when it is first asked
+    // for and is ready for windows then. Empty: it can not be made.
+    const std::string& Shared(size_t slot);
+    // For real input: the same for a desktop that nobody has been on. The one that this slot had
+    // before ends.
+    const std::string& Fresh(size_t slot);
 
 private:
     struct Ground;
-    std::vector<std::unique_ptr<Ground>> grounds_;
+    using Grounds = std::vector<std::unique_ptr<Ground>>;
+    static const std::string& Name(Grounds* grounds, size_t slot, bool real);
+    Grounds shared_;
+    Grounds fresh_;
 };
 
 }  // namespace desktops

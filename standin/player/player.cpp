@@ -223,6 +223,11 @@ public:
                 return kUnreadable;
             }
             desk::Drain();
+            if (const std::string disturbance = desk::Disturbance(); !disturbance.empty()) {
+                trace::Flush();
+                Complain(command.line, disturbance);
+                return kDisturbed;
+            }
             account_.Add(command);
             Picture(command, false);
             if (options_.invariants)
@@ -734,7 +739,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     }
     int status = player.Run();
     player.CloseAccount();
-    if (status != kUnreadable)
+    if (status != kUnreadable && status != kDisturbed)
         for (const std::string& leak : world::Leaks()) {
             trace::State("leak " + leak);
             // A scenario may end in the middle of a drag or of a nudge series; what was taken from

@@ -13,6 +13,8 @@ namespace player {
 
 // How a play ends, as the command's exit status says it.
 enum Status { kGood = 0, kDifferent = 1, kUnreadable = 2, kDied = 3 };
+// Between the processes alone: the system disturbed the play, it is to be played again.
+constexpr int kDisturbed = 4;
 
 struct Options {
     desk::InputKind input = desk::InputKind::kVirtual;
