@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The table of docs/coverage.md and the tests that it names agree.
+"""The tables under "What covers what" of docs/testing.md and the tests that they name agree.
 
     coverage_test.py REPOSITORY
 """
@@ -10,16 +10,19 @@ import sys
 import unittest
 
 ROOT = None
-PAGE = "docs/coverage.md"
+PAGE = "docs/testing.md"
+PART = "## What covers what"
 
 
 def rows_of(text):
-    """(line number, heading, behaviour, cell of tests) of each row of each table."""
-    rows, heading = [], ""
+    """(line number, heading, behaviour, cell of tests) of each row of each table of the part."""
+    rows, heading, inside = [], "", False
     for number, line in enumerate(text.split("\n"), 1):
         if line.startswith("## "):
-            heading = line[3:]
-        elif line.startswith("|"):
+            inside = line == PART
+        elif line.startswith("### "):
+            heading = line[4:]
+        elif inside and line.startswith("|"):
             cells = [cell.strip() for cell in line.strip().strip("|").split("|")]
             if cells[0] == "behaviour" or set(line) == {"|", "-"}:
                 continue
@@ -90,8 +93,8 @@ class Table(unittest.TestCase):
 class TheCheckItself(unittest.TestCase):
     """Each mistake that a table can have is found in one that has it."""
 
-    HEAD = "## Area\n\n| behaviour | covered by |\n|---|---|\n"
-    SOUND = HEAD + "| a `key` | `area/one`, `Suite.Case` |\n| b | `area/two` |\n"
+    HEAD = "### Area\n| behaviour | covered by |\n|---|---|\n"
+    SOUND = PART + "\n" + HEAD + "| a `key` | `area/one`, `Suite.Case` |\n| b | `area/two` |\n"
     SCENARIOS = {"area/one", "area/two"}
     TESTS = {"Suite.Case"}
 
@@ -107,6 +110,10 @@ class TheCheckItself(unittest.TestCase):
     def test_sound_table(self):
         self.assertEqual([], self.problems(self.SOUND))
         self.assertEqual(2, len(rows_of(self.SOUND)))
+
+    def test_tables_of_other_parts_do_not_count(self):
+        other = "## Levels\n| level | label |\n|---|---|\n| one | `two` |\n"
+        self.assertEqual([], self.problems(other + self.SOUND + other))
 
     def test_scenario_that_is_not_there(self):
         self.one_problem(self.SOUND + "| c | `area/three` |\n", f"{PAGE}:7: there is no area/three")
