@@ -5,8 +5,7 @@
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/wine_session.sh"
-trap wine_session_end EXIT
-trap 'exit 130' INT TERM
+wine_session_ends_with_script
 
 built=$1
 abi=$2
@@ -14,9 +13,7 @@ input=$3
 area=$4
 cd "$karvel_root" || exit 1
 
-# The stand-in itself is always the gnu build's.
-program=$karvel_root/build/gnu/bin/standin.exe
-if [ "$abi" = gnu ]; then program=$built/bin/standin.exe; fi
+choose_build "$built" "$abi"
 
 shopt -s nullglob
 files=(tests/scenarios/"$area"/*.scn)
@@ -35,8 +32,7 @@ rm -f "$trace"
 list=$traces/$area.files
 messages=$traces/$area.$abi.$input.messages
 printf '%s\n' "${files[@]}" >"$list"
-run_wine "$program" play --abi "${abi%-unicode}" --input "$input" --host-dir "$built/host" \
-    --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map" \
+run_wine "$program" play "${where[@]}" --input "$input" \
     --jobs "${KARVEL_JOBS:-2}" --trace "$trace" --files-from "$list" 2>"$messages"
 status=$?
 cat "$messages" >&2

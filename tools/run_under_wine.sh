@@ -4,7 +4,6 @@
 # script's. Inside a session of ./dev it takes a few hundredths of a second.
 set -u
 . "$(dirname "$0")/wine_session.sh"
-trap wine_session_end EXIT
-trap 'exit 130' INT TERM
+wine_session_ends_with_script
 wine_session_begin null || exit 1
 run_wine "$@"

@@ -7,6 +7,8 @@
 #   run_wine PROGRAM.exe ARGUMENT...     runs a program in it; its output and status are run_wine's
 #   run_wine_live PROGRAM.exe ...        the same, with its output shown while it runs
 #   wine_session_end                     the last user ends the processes; a virtual display too
+#   wine_session_ends_with_script        sees to it that the script ends the session
+#   choose_build BUILD_DIRECTORY ABI     what the stand-in is to load
 #
 # There are two sessions without a display, each on a processor of its own: KARVEL_LANE says which,
 # 0 or 1. A script that is called inside a session joins it: KARVEL_HELD_SESSIONS names those that a
@@ -58,6 +60,26 @@ wine_session_begin() {
     karvel_session_owned=$name
     export KARVEL_HELD_SESSIONS="${KARVEL_HELD_SESSIONS:-} $name"
     karvel_start_keep_alive
+}
+
+# wine_session_ends_with_script [COMMAND]: the session ends however the script ends, and COMMAND runs
+# after it.
+wine_session_ends_with_script() {
+    # shellcheck disable=SC2064  # the command is known now
+    trap "wine_session_end; ${1:-}" EXIT
+    trap 'exit 130' INT
+    trap 'exit 143' TERM
+}
+
+# choose_build BUILD_DIRECTORY gnu|msvc|msvc-unicode: sets `program` to the stand-in, which is always
+# the gnu build's, and `where` to the options that name what it loads.
+choose_build() {
+    local built=$1 abi=$2
+    program=$karvel_root/build/gnu/bin/standin.exe
+    if [ "$abi" = gnu ]; then program=$built/bin/standin.exe; fi
+    # shellcheck disable=SC2034  # for the caller
+    where=(--abi "${abi%-unicode}" --host-dir "$built/host"
+        --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map")
 }
 
 wine_session_end() {

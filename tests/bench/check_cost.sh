@@ -4,8 +4,7 @@
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 . "$root/tools/wine_session.sh"
-trap wine_session_end EXIT
-trap 'exit 130' INT TERM
+wine_session_ends_with_script
 
 built=$1
 # The program itself is always the gnu build's.

@@ -6,21 +6,17 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../tools/wine_session.sh
 . "$here/../../tools/wine_session.sh"
-trap wine_session_end EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM
+wine_session_ends_with_script
 
 built=$1
 abi=$2
-program=$karvel_root/build/gnu/bin/standin.exe
-if [ "$abi" = gnu ]; then program=$built/bin/standin.exe; fi
+choose_build "$built" "$abi"
 pictures=$(dirname "$built")/dialogs/$abi
 rm -rf "$pictures"
 mkdir -p "$pictures"
 
 # Windows are drawn without a display too, and then by nothing but Wine itself.
 wine_session_begin null || exit 1
-run_wine "$program" play --abi "$abi" --host-dir "$built/host" \
-    --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map" \
-    --shots "$pictures" --trace "$pictures/trace" "$here/dialogs.scn" || exit 1
+run_wine "$program" play "${where[@]}" --shots "$pictures" --trace "$pictures/trace" \
+    "$here/dialogs.scn" || exit 1
 python3 "$here/dialogs_test.py" "$pictures"

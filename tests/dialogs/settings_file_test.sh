@@ -7,21 +7,17 @@ here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../tools/wine_session.sh
 . "$here/../../tools/wine_session.sh"
 work=$(mktemp -d "${TMPDIR:-/tmp}/karvel-settings.XXXXXX")
-trap 'wine_session_end; rm -rf "$work"' EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM
+wine_session_ends_with_script "rm -rf '$work'"
 
 built=$1
 abi=$2
-program=$karvel_root/build/gnu/bin/standin.exe
-if [ "$abi" = gnu ]; then program=$built/bin/standin.exe; fi
+choose_build "$built" "$abi"
 
 python3 "$here/settings_file_test.py" prepare "$work" || exit 1
 wine_session_begin null || exit 1
 for folder in "$work"/*/; do
     folder=${folder%/}
-    run_wine "$program" play --abi "$abi" --host-dir "$built/host" \
-        --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map" \
+    run_wine "$program" play "${where[@]}" \
         --config-dir "Z:${folder//\//\\}" --trace "$folder.trace" "$here/settings_file.scn"
     echo $? >"$folder.status"
 done

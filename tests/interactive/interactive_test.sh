@@ -6,12 +6,11 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../tools/wine_session.sh
 . "$here/../../tools/wine_session.sh"
-trap wine_session_end EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM
+wine_session_ends_with_script
 
 built=$1
 abi=$2
+choose_build "$built" "$abi"
 kept=$(dirname "$built")/interactive
 command -v xdotool >/dev/null || { echo "xdotool is missing, install its package" >&2; exit 1; }
 wine_session_begin x11 1280x1024 || exit 1
@@ -20,9 +19,7 @@ rm -rf "$kept"
 mkdir -p "$kept/settings"
 printf '[main]\r\nflinderPopup=\r\n' >"$kept/settings/Karvel.ini"
 
-run_wine "$(dirname "$built")/gnu/bin/standin.exe" interactive --abi "$abi" \
-    --host-dir "$built/host" --plugin "$built/plugin/KarvelMax.gup" \
-    --map "$built/plugin/KarvelMax.map" --config-dir "$kept/settings" \
+run_wine "$program" interactive "${where[@]}" --config-dir "$kept/settings" \
     --trace "$kept/trace" --watch >"$kept/messages" 2>&1 &
 stand_in=$!
 # When the test fails the stand-in is still open; it ends with the session.

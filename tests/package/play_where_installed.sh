@@ -5,12 +5,7 @@ set -u
 . "$(dirname "$0")/../../tools/wine_session.sh"
 
 directory=$(mktemp -d "${TMPDIR:-/tmp}/karvel-installed.XXXXXX")
-clean_up() {
-    wine_session_end
-    rm -rf "$directory"
-}
-trap clean_up EXIT
-trap 'exit 130' INT TERM
+wine_session_ends_with_script "rm -rf '$directory'"
 
 cd "$directory" || exit 1
 python3 "$karvel_root/tools/make_package.py" --build "$karvel_root/build/msvc" \
