@@ -58,7 +58,7 @@ int WINAPI OnLoadStringA(HINSTANCE module, UINT id, char* text, int size) {
 // The settings file, or where it would be if its folder had not vanished.
 std::string PlaceOf(const char* file) {
     if (Fails(kSettingsFolder)) return "Z:\\vanished-folder\\Karvel.ini";
-    const std::string path = file ? file : "";
+    std::string path = file ? file : "";
     // The system puts a file without a folder into its own, which all plays share; here each has
     // one.
     if (path.find_first_of("\\/") != std::string::npos) return path;
@@ -92,7 +92,7 @@ DWORD WINAPI OnGetFileAttributesA(const char* file) {
         Fails("GetFileAttributesA") ? 0 : ::GetFileAttributesA(PlaceOf(file).c_str());
     if (trace::AsksWanted()) {
         // The folder differs from play to play.
-        const std::string path = file ? file : "";
+        std::string path = file ? file : "";
         trace::Ask("GetFileAttributesA " + path.substr(path.find_last_of("\\/") + 1),
                    Number(static_cast<int>(attributes)));
     }
