@@ -93,7 +93,7 @@ wine_session_end() {
     # Only the last user gets the lock for itself alone.
     if flock -n -x 8; then
         karvel_without_locks "$karvel_wineserver" -k >/dev/null 2>&1 || true
-        karvel_without_locks "$karvel_wineserver" -w >/dev/null 2>&1 || true
+        karvel_without_locks timeout 60 "$karvel_wineserver" -w >/dev/null 2>&1 || true
     fi
     if [ -n "$karvel_x_server" ]; then
         kill "$karvel_x_server" 2>/dev/null || true

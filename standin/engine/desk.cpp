@@ -19,10 +19,6 @@ std::string Number(long long value) {
     return std::to_string(value);
 }
 
-std::string PointText(POINT point) {
-    return Number(point.x) + "," + Number(point.y);
-}
-
 std::string KeyText(int general_key) {
     switch (general_key) {
         case VK_MENU: return "alt";
@@ -259,6 +255,10 @@ BOOL CALLBACK Hit(HWND window, LPARAM search) {
 }
 
 }  // namespace
+
+std::string PointText(POINT point) {
+    return Number(point.x) + "," + Number(point.y);
+}
 
 bool IsOwn(HWND window) {
     return window && GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();

@@ -59,6 +59,8 @@ struct State {
 extern State g_desk;
 
 int GeneralKey(int key);
+// "X,Y"
+std::string PointText(POINT point);
 // The window is of the thread that plays.
 bool IsOwn(HWND window);
 // The plug-in's procedures, with their trace lines. True: the event is swallowed.

@@ -64,10 +64,6 @@ bool SystemIsSynchronous() {
     return synchronous;
 }
 
-std::string PointText(POINT point) {
-    return std::to_string(point.x) + "," + std::to_string(point.y);
-}
-
 // An event of the mouse over a window of ours has to reach it.
 void LookForLostEvents() {
     if (!SystemIsSynchronous()) return;

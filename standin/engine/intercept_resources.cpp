@@ -92,7 +92,7 @@ DWORD WINAPI OnGetFileAttributesA(const char* file) {
         Fails("GetFileAttributesA") ? 0 : ::GetFileAttributesA(PlaceOf(file).c_str());
     if (trace::AsksWanted()) {
         // The folder differs from play to play.
-        std::string path = file ? file : "";
+        const std::string path = file ? file : "";
         trace::Ask("GetFileAttributesA " + path.substr(path.find_last_of("\\/") + 1),
                    Number(static_cast<int>(attributes)));
     }

@@ -15,9 +15,8 @@ namespace desktops {
 // desktop stands until the pool ends or replaces it: a thread of the pool stays on it, because the
 // system takes down what nobody is on.
 //
-// Desktops are handed out when they have settled. Until the system's process has given a new one
-// its size, the cursor can not leave the corner, and moves to other places vanish without a
-// message.
+// Desktops are handed out when they have settled: the system's process for them answers, and, for
+// real input, the cursor goes where it is put.
 class Pool {
 public:
     Pool();
@@ -28,8 +27,8 @@ public:
     // For virtual input: the name of desktop number `slot`, which is made when it is first asked
     // for and is ready for windows then. Empty: it can not be made.
     const std::string& Shared(size_t slot);
-    // For real input: the same for a desktop that nobody has been on. The one that this slot had
-    // before ends.
+    // For real input, or a screen of another size: the same for a desktop that nobody has been on.
+    // The one that this slot had before ends.
     const std::string& Fresh(size_t slot);
 
 private:
