@@ -492,6 +492,8 @@ void Checker::NoteHostsDoings() {
         {"ICustButton.IsChecked", {Check::kLock, Check::kGizmo}},
         {"IsChecked", {Check::kLock, Check::kGizmo}},
         {"GetICustButton", {Check::kLock, Check::kGizmo}},
+        // The lock button is only asked once its class is known.
+        {"GetClassNameA", {Check::kLock}},
     };
     const auto& effects = trace::EffectsOfCommand();
     const bool acted = std::any_of(effects.begin(), effects.end(), [](const std::string& effect) {
