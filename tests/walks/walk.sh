@@ -3,10 +3,8 @@
 # Random walks with one build of the plug-in; the options are those of ./dev fuzz.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-built=$1
-abi=$2
+# shellcheck source=../../tools/wine_session.sh
+. "$here/../../tools/wine_session.sh"
+choose_build "$1" "$2"
 shift 2
-# The stand-in itself is always the gnu build's.
-exec "$here/../../tools/run_under_wine.sh" "$(dirname "$built")/gnu/bin/standin.exe" fuzz \
-    --abi "$abi" --host-dir "$built/host" --plugin "$built/plugin/KarvelMax.gup" \
-    --map "$built/plugin/KarvelMax.map" "$@"
+exec "$karvel_root/tools/run_under_wine.sh" "$program" fuzz "${where[@]}" "$@"
