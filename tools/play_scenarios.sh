@@ -44,7 +44,7 @@ fi
 if [ $status -ne 0 ] && [ -s "$trace" ]; then
     # What a machine far away saw is gone with it otherwise.
     echo "the failing traces, from $trace:"
-    failing=$(sed -n 's/^\([^ :]*\.scn\):[0-9]*: .*/\1/p' "$messages" | sort -u | head -n 3)
+    failing=$(sed -n 's/^\([^ :]*\.scn\):\([0-9]*:\)\? .*/\1/p' "$messages" | sort -u | head -n 3)
     for file in $failing; do
         awk -v wanted="# $file" '/^# .*\.scn$/ { on = $0 == wanted } on' "$trace" | head -n 150
     done

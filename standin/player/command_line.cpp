@@ -276,17 +276,17 @@ std::vector<std::string> ChildArguments(const Arguments& arguments, const std::s
 }
 
 // Where several plays run at a time, none shares its desktop with another that is still running:
-// `slot` tells which of them this one is.
+// `slot` tells which of them this one is. What is begun again gets a desktop that nobody has used.
 bool StartPlay(const Arguments& arguments, const std::string& file,
                const scenario::Scenario& scenario, desktops::Pool* pool, size_t slot,
-               child::Process* process, std::string* message) {
+               child::Process* process, std::string* message, bool again = false) {
     const player::Options& options = arguments.options;
     const int width = scenario.screen_width ? scenario.screen_width : options.screen_width;
     const int height = scenario.screen_height ? scenario.screen_height : options.screen_height;
     const screen_size::Claim claim(width, height);
     std::vector<std::string> list = ChildArguments(arguments, file);
     // The size of a desktop stays.
-    const bool shared = options.input == desk::InputKind::kVirtual &&
+    const bool shared = !again && options.input == desk::InputKind::kVirtual &&
                         width == options.screen_width && height == options.screen_height;
     const std::string& desktop = shared ? pool->Shared(slot) : pool->Fresh(slot);
     if (desktop.empty()) {
@@ -314,7 +314,7 @@ child::Result FinishPlay(const Arguments& arguments, const std::string& file,
         }
         std::fprintf(stderr, "%sthe play is begun again\n", result.messages.c_str());
         std::string message;
-        if (!StartPlay(arguments, file, scenario, pool, slot, process, &message)) {
+        if (!StartPlay(arguments, file, scenario, pool, slot, process, &message, true)) {
             result.status = player::kDied;
             result.messages = "standin: " + message + "\n";
             return result;
@@ -456,7 +456,8 @@ int PlayWalks(Arguments arguments) {
         std::vector<child::Process> processes(texts.size());
         const auto name = [&stem](size_t i) { return stem + std::to_string(i) + ".scn"; };
         const auto finish = [&](size_t i) {
-            const child::Result result = processes[i].Finish(kLongestPlay);
+            const child::Result result = FinishPlay(arguments, name(i), scenario::Scenario(), &pool,
+                                                    i % jobs, &processes[i]);
             verdicts[i] = {result.status, result.messages, result.output};
             DeleteFileA(name(i).c_str());
         };

@@ -17,6 +17,7 @@
 #include "standin/player/account.h"
 #include "standin/player/invariants.h"
 #include "standin/player/pictures.h"
+#include "standin/player/watchdog.h"
 
 namespace player {
 namespace {
@@ -27,6 +28,8 @@ using scenario::Verb;
 // For the watchdog and the crash report.
 std::string g_file;
 std::atomic<int> g_line{0};
+// What is being done before the first command, null once that is reached.
+std::atomic<const char*> g_preparing{"beginning"};
 
 void Complain(int line, const std::string& message) {
     const std::string place = line > 0 ? g_file + ":" + std::to_string(line) : g_file;
@@ -37,21 +40,24 @@ void Complain(int line, const std::string& message) {
 // --- a play that dies ---
 
 std::string Place() {
-    return g_file + ":" + std::to_string(g_line.load()) + ": ";
+    const int line = g_line;
+    return g_file + ":" + (line > 0 ? std::to_string(line) + ": " : " ");
 }
 
 DWORD WINAPI Watch(void*) {
     constexpr DWORD kLook = 250;
-    constexpr DWORD kLongest = 10000;
     unsigned long long seen = trace::Progress();
-    DWORD since = 0;
+    const char* seen_preparing = g_preparing;
+    DWORD still = 0;
     for (;;) {
         Sleep(kLook);
         const unsigned long long now = trace::Progress();
-        since = now == seen ? since + kLook : 0;
+        const char* const preparing = g_preparing;
+        still = now == seen && preparing == seen_preparing ? still + kLook : 0;
         seen = now;
-        if (since >= kLongest)
-            trace::Die(kDied, Place() + "no progress for 10 seconds, the play is ended here");
+        seen_preparing = preparing;
+        if (const auto end = watchdog::Judge(still, preparing))
+            trace::Die(end->again ? kDisturbed : kDied, Place() + end->message);
     }
 }
 
@@ -693,6 +699,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     SetUnhandledExceptionFilter(OnUnhandled);
     CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
 
+    g_preparing = "making the settings folder";
     ConfigDir config_dir;
     if (!config_dir.Make(options.config_dir) ||
         (scenario.has_ini && !config_dir.WriteSettings(scenario.ini))) {
@@ -717,6 +724,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
         scenario.screen_height ? scenario.screen_height : options.screen_height;
     world_options.visible = !options.shots.empty();
     world_options.config_dir = config_dir.Path() + (scenario.config_dir_slash ? "\\" : "");
+    g_preparing = "opening the desktop";
     const std::string problem = desk::Open(options.input, options.desktop,
                                            world_options.screen_width, world_options.screen_height);
     if (options.ready) SetEvent(options.ready);
@@ -724,12 +732,15 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
         Complain(0, problem);
         return kUnreadable;
     }
+    g_preparing = "loading the host";
     std::string message;
     if (!plugin::LoadHost(options.files, &message)) {
         Complain(0, message);
         return kUnreadable;
     }
+    g_preparing = "making the host's windows";
     world::Create(world_options);
+    g_preparing = "taking the foreground";
     desk::TakeForeground(world::Find("main"));
 
     Player player(options, scenario, config_dir.SettingsFile());
@@ -737,6 +748,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
         Complain(0, "the file " + options.account + " can not be written");
         return kUnreadable;
     }
+    g_preparing = nullptr;
     int status = player.Run();
     player.CloseAccount();
     if (status != kUnreadable && status != kDisturbed)
