@@ -11,13 +11,13 @@ namespace {
 
 constexpr int kNameSize = 64;
 
-IActionManager* Manager() {
+IActionManager* ActionManager() {
     Interface* core = Core();
     return core ? core->GetActionManager() : nullptr;
 }
 
 ActionItem* FindAction(unsigned long table_id, int action) {
-    IActionManager* manager = Manager();
+    IActionManager* manager = ActionManager();
     ActionTable* table = manager ? manager->FindTable(table_id) : nullptr;
     return table ? table->GetAction(action) : nullptr;
 }
@@ -40,7 +40,7 @@ void SetActionChecked(unsigned long table, int action, bool checked) {
 }
 
 void RegisterActionContext(unsigned long id, const char* name) {
-    IActionManager* manager = Manager();
+    IActionManager* manager = ActionManager();
     if (!manager) return;
     MCHAR text[kNameSize];  // the SDK of 2012 takes a writable text
     CopyTextForHost(text, kNameSize, name);
@@ -48,7 +48,7 @@ void RegisterActionContext(unsigned long id, const char* name) {
 }
 
 void ActivateActionCallback(ActionCallback* callback, unsigned long table) {
-    if (IActionManager* manager = Manager()) manager->ActivateActionTable(callback, table);
+    if (IActionManager* manager = ActionManager()) manager->ActivateActionTable(callback, table);
 }
 
 }  // namespace host

@@ -11,7 +11,7 @@
 namespace host {
 namespace {
 
-IMenuManager* Manager() {
+IMenuManager* MenuManager() {
     Interface* core = Core();
     return core ? core->GetMenuManager() : nullptr;
 }
@@ -25,12 +25,12 @@ ActionTable* FindTable(unsigned long id) {
 }  // namespace
 
 bool RegisterMenuContext(int id, const char* name) {
-    IMenuManager* manager = Manager();
+    IMenuManager* manager = MenuManager();
     return manager && manager->RegisterMenuBarContext(id, TextForHost(name));
 }
 
 IMenu* NewMenu(const char* title) {
-    IMenuManager* manager = Manager();
+    IMenuManager* manager = MenuManager();
     IMenu* menu = manager ? GetIMenu() : nullptr;
     if (!menu) return nullptr;
     menu->SetTitle(TextForHost(title));
@@ -57,7 +57,7 @@ void AppendEntry(IMenu* menu, IMenuItem* entry) {
 }
 
 void InsertIntoMainMenuBar(IMenu* menu) {
-    IMenuManager* manager = Manager();
+    IMenuManager* manager = MenuManager();
     IMenu* bar = menu && manager ? manager->GetMainMenuBar() : nullptr;
     IMenuItem* entry = bar ? GetIMenuItem() : nullptr;
     if (!entry) return;

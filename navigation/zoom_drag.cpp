@@ -2,12 +2,12 @@
 
 namespace {
 
-constexpr int kMargin = 9;
+constexpr int kEdge = 9;
 constexpr int kWrapDistance = 20;  // where the cursor comes back in after leaving at the other edge
 
 bool IsInsideMargins(ScreenPoint point, ScreenPoint screen) {
-    return point.x > kMargin && point.x < screen.x - kMargin && point.y > kMargin &&
-           point.y < screen.y - kMargin;
+    return point.x > kEdge && point.x < screen.x - kEdge && point.y > kEdge &&
+           point.y < screen.y - kEdge;
 }
 
 ZoomStep WrapTo(ZoomDrag& drag, ScreenPoint place) {

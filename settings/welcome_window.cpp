@@ -18,7 +18,7 @@ void CloseWelcome(HWND dialog) {
     g_welcomeWindow = nullptr;
 }
 
-INT_PTR HandleCommand(HWND dialog, int id) {
+INT_PTR HandleWelcomeCommand(HWND dialog, int id) {
     switch (id) {
         case IDC_GET_STARTED: CloseWelcome(dialog); return TRUE;
         case IDC_WATCH_VIDEOS:
@@ -37,7 +37,7 @@ INT_PTR CALLBACK WelcomeDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
             g_welcomeWindow = dialog;
             if (!IsWelcomePopupEnabled()) CheckDlgButton(dialog, IDC_DO_NOT_SHOW, BST_CHECKED);
             return TRUE;
-        case WM_COMMAND: return HandleCommand(dialog, LOWORD(wParam));
+        case WM_COMMAND: return HandleWelcomeCommand(dialog, LOWORD(wParam));
         case WM_CLOSE: CloseWelcome(dialog); return FALSE;
         default: return FALSE;
     }

@@ -22,12 +22,19 @@ if [ -z "$check" ]; then
     exit
 fi
 
-unformatted=$(list_sources | while IFS= read -r -d '' file; do
-    clang-format-19 --dry-run -Werror "$file" >/dev/null 2>&1 || printf '%s\n' "${file#./}"
-done)
+messages=$(mktemp "${TMPDIR:-/tmp}/karvel-format.XXXXXX")
+trap 'rm -f "$messages"' EXIT
+status=0
+list_sources | xargs -0 -r -n 40 -P "$(nproc)" clang-format-19 --dry-run -Werror \
+    >"$messages" 2>&1 || status=1
+unformatted=$(sed -n 's|^\(\./\)\?\([^ :]*\):[0-9]*:[0-9]*: error: .*|\2|p' "$messages" | sort -u)
 if [ -n "$unformatted" ]; then
     echo "not formatted (./dev format does it):"
     printf '%s\n' "$unformatted"
+    exit 1
+fi
+if [ "$status" -ne 0 ]; then
+    cat "$messages" >&2
     exit 1
 fi
 echo "all sources are formatted"

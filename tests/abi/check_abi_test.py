@@ -7,10 +7,13 @@ Each case damages a copy of the declarations or of the plug-in in one place and 
 fail with the line that names the place.
 """
 
+import contextlib
+import functools
+import io
 import pathlib
+import runpy
 import shutil
 import struct
-import subprocess
 import sys
 import tempfile
 import unittest
@@ -21,10 +24,28 @@ PLUGIN = None
 MAP = None
 
 
+CHECK_ABI = runpy.run_path(str(TOOL))
+# The compiler reads the same declarations once; damaged ones lie in a folder of their own each time.
+MAIN = CHECK_ABI["main"].__globals__
+MAIN["compile_probe"] = functools.lru_cache(maxsize=None)(CHECK_ABI["compile_probe"])
+
+
+def run(*arguments):
+    """(status, output, errors) of the tool."""
+    output, errors = io.StringIO(), io.StringIO()
+    before = sys.argv
+    sys.argv = [str(TOOL), *map(str, arguments)]
+    try:
+        with contextlib.redirect_stdout(output), contextlib.redirect_stderr(errors):
+            status = MAIN["main"]()
+    finally:
+        sys.argv = before
+    return status, output.getvalue(), errors.getvalue()
+
+
 def run_tool(*arguments):
-    result = subprocess.run([sys.executable, str(TOOL), "--quiet", *map(str, arguments)],
-                            capture_output=True, text=True, check=False)
-    return result.returncode, result.stderr.splitlines()
+    status, _, errors = run("--quiet", *arguments)
+    return status, errors.splitlines()
 
 
 class Copies(unittest.TestCase):
@@ -209,9 +230,7 @@ class BuiltFile(Copies):
 
     def derived_table(self, base):
         """The table of the plug-in's class that derives from a class of the host."""
-        result = subprocess.run([sys.executable, str(TOOL), str(PLUGIN), "--map", str(MAP)],
-                                capture_output=True, text=True, check=False)
-        for line in result.stdout.splitlines():
+        for line in run(PLUGIN, "--map", MAP)[1].splitlines():
             words = line.split()
             if words[:1] == ["class"] and words[2:4] == [":", base]:
                 return self.table_of(f"??_7{words[1]}@@6B@"[4:])

@@ -93,7 +93,7 @@ class Strictness(InAFolder):
         source = self.source('#include <max.h>\nconst MCHAR* F() { return _M("x"); }\n')
         result = run("strict_compile", source)
         self.assertEqual(0, result.returncode, result.stderr)
-        self.assertIn("3 compilations", result.stdout)
+        self.assertIn("3 sources read, 0 failed", result.stdout)
 
     def test_extensions_of_gnu(self):
         self.refuse("int F(int a) { return a ?: 1; }\n")

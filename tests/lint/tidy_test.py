@@ -1,0 +1,66 @@
+#!/usr/bin/env python3
+"""tools/tidy finds in sources that it reads as one text what it finds in a single one."""
+
+import pathlib
+import runpy
+import shutil
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+DIVISION = "int Divide{0}(int a) {{\n    int zero = 0;\n    return a > 3 ? a / zero : 0;\n}}\n"
+SEMICOLON = "int Compare(int a) {\n    if (a > 3);\n    return a;\n}\n"
+
+
+class Together(unittest.TestCase):
+    def setUp(self):
+        (ROOT / "build").mkdir(exist_ok=True)
+        self.place = pathlib.Path(tempfile.mkdtemp(prefix="karvel-test-", dir=ROOT / "build"))
+        self.addCleanup(shutil.rmtree, self.place)
+        self.folder = self.place / "navigation"
+        self.folder.mkdir()
+        self.tidy = runpy.run_path(str(ROOT / "tools" / "tidy"))
+        self.tidy["check"].__globals__["KEPT"] = self.place / "kept"
+        (self.place / "kept").mkdir()
+
+    def found_in(self, **texts):
+        sources = []
+        for name, text in texts.items():
+            sources.append(self.folder / f"{name}.cpp")
+            sources[-1].write_text(text, encoding="utf-8")
+        return self.tidy["check_group"](("msvc", ["-std=c++20"], sources), b"", [])
+
+    def test_sound_sources(self):
+        self.assertEqual("", self.found_in(one="int F() { return 1; }\n", other="int G();\n"))
+
+    def test_what_the_analyzer_follows_through_a_function(self):
+        found = self.found_in(one=DIVISION.format(1), other=DIVISION.format(2))
+        for name in ("one", "other"):
+            self.assertRegex(found, rf"{name}\.cpp:3:\d+: error: Division by zero")
+
+    def test_what_a_pattern_shows(self):
+        found = self.found_in(one="int F() { return 1; }\n", other=SEMICOLON)
+        self.assertIn("other.cpp:2:", found)
+        self.assertIn("bugprone-suspicious-semicolon", found)
+
+    def test_what_stands_in_a_header(self):
+        (self.folder / "both.h").write_text("#pragma once\ninline " + SEMICOLON, encoding="utf-8")
+        found = self.found_in(one='#include "both.h"\n', other='#include "both.h"\nint G();\n')
+        self.assertIn("both.h:3:", found)
+
+    def test_sources_whose_names_meet_are_read_one_by_one(self):
+        found = self.found_in(one="static int Same() { return 1; }\nint A() { return Same(); }\n",
+                              other="static int Same() { return 2; }\nint B() { return Same(); }\n" +
+                              SEMICOLON)
+        self.assertIn("other.cpp:4:", found)
+
+    def test_a_source_that_was_sound_is_not_read_again_until_it_changes(self):
+        self.assertEqual("", self.found_in(one="int F();\n", other="int G();\n"))
+        self.tidy["check"].__globals__["TIDY"] = "no-such-program"
+        self.assertEqual("", self.found_in(one="int F();\n", other="int G();\n"))
+        with self.assertRaises(FileNotFoundError):
+            self.found_in(one="int F();\n", other="long G();\n")
+
+
+if __name__ == "__main__":
+    unittest.main()
