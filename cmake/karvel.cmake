@@ -396,6 +396,29 @@ endfunction()
 
 # ---- tests ---------------------------------------------------------------------------------------
 
+# karvel_share_test_headers(TARGET FILE...): GoogleTest's headers, most of what a test's source
+# reads, are compiled once for a build. Not for sources that are not a test's own: those have to
+# include what they need.
+function(karvel_share_test_headers target)
+    if(NOT TARGET karvel_test_headers)
+        set(nothing ${CMAKE_BINARY_DIR}/generated/test_headers.cpp)
+        file(CONFIGURE OUTPUT ${nothing} CONTENT "")
+        add_library(karvel_test_headers OBJECT ${nothing})
+        target_link_libraries(karvel_test_headers PRIVATE karvel_options gmock_main)
+        target_precompile_headers(karvel_test_headers PRIVATE <gmock/gmock.h>)
+        target_compile_options(karvel_test_headers PRIVATE -O0)
+    endif()
+    # A test calls what it tests a few times; to optimise the calls takes longer than they do.
+    target_compile_options(${target} PRIVATE -O0)
+    target_precompile_headers(${target} REUSE_FROM karvel_test_headers)
+    foreach(source ${ARGN})
+        cmake_path(IS_ABSOLUTE source elsewhere)
+        if(elsewhere)
+            set_source_files_properties(${source} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+        endif()
+    endforeach()
+endfunction()
+
 # karvel_gtest(NAME SOURCES FILE... [LIBRARIES NAME...] [LABELS WORD...] [BUILDS gnu|native...]
 #              [TIMEOUT SECONDS] [ARGUMENTS TEXT...]):
 # one program of GoogleTest cases, one ctest test. Without BUILDS it is built for gnu and native.
@@ -411,6 +434,7 @@ function(karvel_gtest name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE karvel_options ${arg_LIBRARIES} gmock_main)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KARVEL_TEST_DIR})
+    karvel_share_test_headers(${name} ${arg_SOURCES})
     if(KARVEL_COVERAGE)
         # The plug-in's sources among them; those in karvel_pure count by themselves. Without
         # exceptions, as in the plug-in, or their branches could not be added to its own.
