@@ -458,11 +458,11 @@ function(karvel_test_properties test timeout labels)
     endif()
     set_tests_properties(${test} PROPERTIES TIMEOUT ${timeout} LABELS "${KARVEL_ABI};${labels}")
     # Two Wine sessions, each on its own processor (tools/wine_session.sh), and one test at a time in
-    # each: more would only wait for each other.
+    # each: more would only wait for each other. What needs none fills the gaps: label no-wine.
     if(KARVEL_MSVC)
         set_tests_properties(${test} PROPERTIES ENVIRONMENT KARVEL_LANE=1)
     endif()
-    if(labels MATCHES "lint|trace" OR KARVEL_NATIVE)
+    if(labels MATCHES "lint|trace|no-wine" OR KARVEL_NATIVE)
         return()
     endif()
     set_tests_properties(${test} PROPERTIES RESOURCE_LOCK wine_${KARVEL_ABI})
