@@ -28,7 +28,8 @@ class Together(unittest.TestCase):
         for name, text in texts.items():
             sources.append(self.folder / f"{name}.cpp")
             sources[-1].write_text(text, encoding="utf-8")
-        return self.tidy["check_group"](("msvc", ["-std=c++20"], sources), b"", [])
+        texts = self.tidy["split"](("msvc", ["-std=c++20"], sources), [])
+        return "".join(self.tidy["check_text"](text, b"") for text in texts)
 
     def test_sound_sources(self):
         self.assertEqual("", self.found_in(one="int F() { return 1; }\n", other="int G();\n"))
