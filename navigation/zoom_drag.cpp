@@ -2,12 +2,12 @@
 
 namespace {
 
-constexpr int kEdge = 9;
+constexpr int kZoomMargin = 9;
 constexpr int kWrapDistance = 20;  // where the cursor comes back in after leaving at the other edge
 
 bool IsInsideMargins(ScreenPoint point, ScreenPoint screen) {
-    return point.x > kEdge && point.x < screen.x - kEdge && point.y > kEdge &&
-           point.y < screen.y - kEdge;
+    return point.x > kZoomMargin && point.x < screen.x - kZoomMargin && point.y > kZoomMargin &&
+           point.y < screen.y - kZoomMargin;
 }
 
 ZoomStep WrapTo(ZoomDrag& drag, ScreenPoint place) {

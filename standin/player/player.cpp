@@ -31,17 +31,20 @@ std::atomic<int> g_line{0};
 // What is being done before the first command, null once that is reached.
 std::atomic<const char*> g_preparing{"beginning"};
 
+// Where a message is about; line 0: before the first command, or the whole file.
+std::string PlaceOf(int line) {
+    return g_file + (line > 0 ? ":" + std::to_string(line) : "") + ": ";
+}
+
 void Complain(int line, const std::string& message) {
-    const std::string place = line > 0 ? g_file + ":" + std::to_string(line) : g_file;
-    std::fprintf(stderr, "%s: %s\n", place.c_str(), message.c_str());
+    std::fprintf(stderr, "%s%s\n", PlaceOf(line).c_str(), message.c_str());
     std::fflush(stderr);
 }
 
 // --- a play that dies ---
 
 std::string Place() {
-    const int line = g_line;
-    return g_file + ":" + (line > 0 ? std::to_string(line) + ": " : " ");
+    return PlaceOf(g_line);
 }
 
 DWORD WINAPI Watch(void*) {
