@@ -60,6 +60,10 @@ ActionIcon g_icons[] = {
     {kCommandNextKey, 1, nullptr},      {kCommandResetViews, 5, nullptr},
 };
 
+}  // namespace
+
+// Not in the unnamed namespace: the name in its type information would depend on the folder of the
+// build.
 class KarvelActionTable : public ActionTable {
 public:
     KarvelActionTable(MSTR& name, HACCEL default_keys, int count)
@@ -89,8 +93,6 @@ public:
         return nullptr;
     }
 };
-
-}  // namespace
 
 ActionTable* BuildKarvelActionTable() {
     // The buffer of LoadText serves other texts too, so this one is copied before anything else.

@@ -80,6 +80,10 @@ void IsolateOrRestore(bool restore) {
     host::RestartSceneRedraw();
 }
 
+}  // namespace
+
+// Not in the unnamed namespace: the name in its type information would depend on the folder of the
+// build.
 class ModeChangeCallback : public CommandModeChangedCallback {
 public:
     void ModeChanged(CommandMode*, CommandMode* new_mode) override {
@@ -95,8 +99,6 @@ public:
         }
     }
 };
-
-}  // namespace
 
 void RegisterPlaybackCallback() {
     host::RegisterModeCallback(new ModeChangeCallback);

@@ -217,6 +217,13 @@ class BuiltFile(Copies):
         struct.pack_into("<HH", self.data, header + 24 + 48, 10, 0)
         self.assert_difference("plug-in: subsystem version: expected 6.1 or older, found 10.0")
 
+    def test_type_name_that_depends_on_the_folder_of_the_build(self):
+        plain, placed = b".?AVModeChangeCallback@@\0", b".?AVModes@?A0x12345678@@\0"
+        at = self.data.index(plain)
+        self.data[at:at + len(plain)] = placed
+        self.assert_difference("type names with the build's folder in them: expected none, "
+                               "found .?AVModes@?A0x12345678@@")
+
     def test_type_information_missing(self):
         at = self.derived_table("GUP")
         struct.pack_into("<Q", self.data, at - 8, 0)
