@@ -296,6 +296,19 @@ TEST_F(HookProcedures, OnlyTheTransitionBitTellsARelease) {
     EXPECT_EQ(g_heldSnapSticky, 0);
 }
 
+// The numbers are those that bug reports and traces of the state show.
+TEST_F(HookProcedures, AKeyReleasedDuringAScrubIsKeptInMindOnce) {
+    struct Release {
+        int before;
+        int after;
+    };
+    for (const Release& release : {Release{1, 0}, Release{2, 3}, Release{3, 0}}) {
+        g_scrubState = release.before;
+        EXPECT_EQ(KeyboardProc(HC_ACTION, 'Q', static_cast<LPARAM>(0x80000000)), 1);
+        EXPECT_EQ(g_scrubState, release.after) << "released in state " << release.before;
+    }
+}
+
 TEST(InputRecords, AreFilledOnce) {
     BuildInputRecords();
     struct Key {
