@@ -22,6 +22,8 @@ struct Options {
 
 void Create(const Options& options);
 void Destroy();  // windows, scene, registrations; the process can create another world
+// The name of a window that a new world has and that the system did not make; empty: all are there.
+std::string MissingWindow();
 
 // Window names of the scenario language. Find answers null for a known name whose window is not
 // there now, Of answers "none" for null and "<CLASS>" for a foreign window. IsName: the word could

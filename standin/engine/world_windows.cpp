@@ -504,6 +504,18 @@ HWND Find(std::string_view name) {
     return nullptr;
 }
 
+std::string MissingWindow() {
+    for (const KnownWindow& known : kKnownWindows) {
+        const bool opens_later = known.handle == &State::paint_floater;
+        if (!opens_later && !(g_world.*known.handle)) return std::string(known.name);
+    }
+    for (const eng_view& view : g_world.views)
+        if (!view.window) return view.name;
+    for (const auto& button : g_world.buttons)
+        if (button->parent && !button->window) return button->name;
+    return {};
+}
+
 std::string Of(HWND window) {
     if (!window) return "none";
     for (const KnownWindow& known : kKnownWindows)

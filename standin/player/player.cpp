@@ -743,6 +743,11 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     }
     g_preparing = "making the host's windows";
     world::Create(world_options);
+    // A Wine session that has served for some ten thousand plays begins to refuse windows.
+    if (const std::string missing = world::MissingWindow(); !missing.empty()) {
+        Complain(0, "the system did not make the window " + missing);
+        return kDisturbed;
+    }
     g_preparing = "taking the foreground";
     desk::TakeForeground(world::Find("main"));
 

@@ -96,6 +96,14 @@ TEST_F(WorldTest, ViewportsAreLargeAndHaveTheViewPanelAsParent) {
     EXPECT_STREQ(text, "ViewPanel");
 }
 
+TEST_F(WorldTest, AWindowThatIsNotThereIsNamed) {
+    EXPECT_EQ(world::MissingWindow(), "");
+    for (const char* name : {"button.50016", "button.59231", "viewport.persp", "trackbar"}) {
+        DestroyWindow(world::Find(name));
+        EXPECT_EQ(world::MissingWindow(), name);
+    }
+}
+
 TEST_F(WorldTest, ViewportProceduresLieBelowTwoGibibytes) {
     for (const char* name : kViews) {
         const LONG_PTR procedure = GetWindowLongPtrA(world::Find(name), GWLP_WNDPROC);
