@@ -505,14 +505,14 @@ HWND Find(std::string_view name) {
 }
 
 std::string MissingWindow() {
-    for (const KnownWindow& known : kKnownWindows) {
-        const bool opens_later = known.handle == &State::paint_floater;
-        if (!opens_later && !(g_world.*known.handle)) return std::string(known.name);
-    }
+    // The floater with its buttons opens later.
+    for (const KnownWindow& known : kKnownWindows)
+        if (known.handle != &State::paint_floater && !(g_world.*known.handle))
+            return std::string(known.name);
     for (const eng_view& view : g_world.views)
         if (!view.window) return view.name;
     for (const auto& button : g_world.buttons)
-        if (button->parent && !button->window) return button->name;
+        if (!button->window && !button->name.starts_with("paint.")) return button->name;
     return {};
 }
 

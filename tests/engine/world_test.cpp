@@ -104,6 +104,12 @@ TEST_F(WorldTest, AWindowThatIsNotThereIsNamed) {
     }
 }
 
+TEST_F(WorldTest, AButtonWhoseToolbarWasNotMadeIsNamed) {
+    DestroyWindow(world::Find("button.40074"));
+    world::FindButton(40074)->parent = nullptr;
+    EXPECT_EQ(world::MissingWindow(), "button.40074");
+}
+
 TEST_F(WorldTest, ViewportProceduresLieBelowTwoGibibytes) {
     for (const char* name : kViews) {
         const LONG_PTR procedure = GetWindowLongPtrA(world::Find(name), GWLP_WNDPROC);
