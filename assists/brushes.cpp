@@ -16,7 +16,9 @@ int g_pendingSculptButton = 0;
 
 namespace {
 
-constexpr int kCommandPanelBrushMode = 0x4F298C8B;
+// The mode of the host's painter interface: any tool that paints through it runs in it, so only the
+// buttons tell which one does.
+constexpr int kPainterMode = 0x4F298C8B;
 constexpr int kFirstReleaseWithPolyTools = 12000;
 
 struct BrushButton {
@@ -63,7 +65,7 @@ void SuspendBrushOf(const char* panel_title, std::span<const BrushButton> brushe
 }
 
 void SuspendBrush() {
-    if (host::CurrentModeId() == kCommandPanelBrushMode) {
+    if (host::CurrentModeId() == kPainterMode) {
         SuspendBrushOf("Command Panel", kSculptBrushes);
         if (g_activeToolButton) return;
     } else {

@@ -66,7 +66,7 @@ int CarryOut(NavAction action, POINT point, HWND window) {
 PressResult ApplyPressRules(const MouseEvent& event) {
     const unsigned button = PressedButton(event.message);
     unsigned state = ActiveStates();
-    if (host::CurrentModeId() == kMiddleClickMode) state |= kNavMiddleClickMode;
+    if (host::CurrentModeId() == kPatchOrCrossInsertMode) state |= kNavMiddleClickMode;
     const NavRule* rule =
         FindRule(kPressRules, kPressRules.data(), state, g_heldButtons, button, g_settings);
     if (!rule) return PressResult::kNoRule;

@@ -11,13 +11,21 @@ constexpr bool AllowsQuickTransform(int mode) {
     return IsObjectMode(mode) && mode != 6 && mode != 12;
 }
 
-// Modes of host plug-ins in which clicks keep their own meaning.
+// Above 0xFFFF the ids count the modes of the host's own plug-ins.
+inline constexpr int kMeshCreateFaceMode = 66510;
+inline constexpr int kPolyCreateEdgeMode = 69632;
+inline constexpr int kPolyCreateFaceMode = 69633;
+
+// Creating edges and faces, where clicks with Ctrl and Shift have a meaning of their own.
 constexpr bool NeverEmulatesSelection(int mode) {
-    return mode == 66510 || mode == 69632 || mode == 69633;
+    return mode == kMeshCreateFaceMode || mode == kPolyCreateEdgeMode ||
+           mode == kPolyCreateFaceMode;
 }
 
-// The sculpt mode in which the middle button is replayed as Alt and left button.
+// The sculpt mode in which the middle button is replayed as Alt and left button. The host's SDK
+// does not name it.
 inline constexpr int kSculptMode = 9247;
 
-// A mode in which any button press with Alt is answered with a middle click.
-inline constexpr int kMiddleClickMode = 65743;
+// Creating a patch, and the cross insert of splines: both have this id, ids need not be unique. Any
+// button press with Alt is answered with a middle click.
+inline constexpr int kPatchOrCrossInsertMode = 65743;

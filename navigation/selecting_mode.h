@@ -5,7 +5,8 @@
 #include "host/host.h"
 #include "navigation/mode_groups.h"
 
-// The object modes, and others while sub-objects are edited.
+// The object modes, and others while sub-objects are edited, but for those that create edges and
+// faces.
 inline bool IsSelectingMode(int mode) {
     return !NeverEmulatesSelection(mode) && (IsObjectMode(mode) || host::IsSubObjectEditing());
 }
