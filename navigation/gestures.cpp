@@ -28,7 +28,8 @@ void BeginOrbit(POINT point, HWND window) {
     SendMouse(window, WM_MBUTTONDOWN, 0, point);
 }
 
-// Editors zoom on Ctrl and middle drag. A middle drag that runs is ended first.
+// Editors zoom on Ctrl and middle drag, the Unwrap editor only if Alt is down as well when the
+// button goes down. A middle drag that runs is ended first.
 void RestartEditorDrag(POINT point, HWND window, WPARAM keys) {
     SendMouse(window, WM_MBUTTONUP, 0, point);
     SendMouse(window, WM_MBUTTONDOWN, keys, point);

@@ -12,8 +12,9 @@
 
 namespace {
 
-// An editor's edit modes in which the drag may start, and the mode that it switches on. All are
-// actions of the editor's table.
+// An editor's edit modes in which the drag may start, and the mode that it switches on: in the
+// Track View one that moves keys, in the Unwrap editor the lock of the selected vertices, without
+// which a press beside them would begin a region. All are actions of the editor's table.
 struct EditorDrag {
     unsigned long table;
     std::span<const int> edit_modes;
@@ -41,7 +42,8 @@ bool IsAnyChecked(unsigned long table, std::span<const int> actions) {
 
 // Executes the drag mode's action until its state is the wanted one. Not bounded: the host takes
 // its time, and a drag must not begin or be left in the wrong mode. An action that does not exist,
-// or that the host refuses to run, will never get there and ends it.
+// or that the host refuses to run (the Unwrap editor's lock while the editor is not active), will
+// never get there and ends it.
 void SwitchDragMode(const EditorDrag& drag, bool on, bool waits) {
     while (host::IsActionChecked(drag.table, drag.drag_mode).value_or(on) != on) {
         if (!host::ExecuteAction(drag.table, drag.drag_mode)) return;
@@ -67,6 +69,8 @@ bool StartInViewport(const MouseEvent& event) {
 }
 
 bool StartInEditor(const MouseEvent& event, const EditorDrag& drag) {
+    // The host switches the drag mode of the active editor only, and a middle press makes none
+    // active.
     SetFocus(event.window);
     if (!IsAnyChecked(drag.table, drag.edit_modes)) return false;
     g_quickXform = 1;

@@ -9,11 +9,6 @@ namespace world {
 
 namespace {
 
-constexpr unsigned long kMainTable = 0;
-constexpr unsigned long kTrackViewTable = 1;
-constexpr unsigned long kSnapTable = 1259304063;
-constexpr unsigned long kUnwrapTable = 2077580866;
-
 constexpr int kFlyoffChosen = 8187;  // notification of a flyout whose entry was set
 
 struct ActionRow {
@@ -45,13 +40,15 @@ constexpr ActionRow kActions[] = {
     {kSnapTable, 80001, "Snap Set"},
     {kSnapTable, 80002, "Snap to Vertex"},
     {kSnapTable, 80005, "Snap to Edge"},
-    {kUnwrapTable, 40007, "Move Horizontal"},
+    {kUnwrapTable, 40007, "Move"},
     {kUnwrapTable, 40008, "Rotate"},
     {kUnwrapTable, 40009, "Scale"},
-    {kUnwrapTable, 40020, "Move"},
-    {kUnwrapTable, 40033, "Move Vertical"},
-    {kUnwrapTable, 40034, "Scale Horizontal"},
-    {kUnwrapTable, 40087, "Freeform Mode"},
+    {kUnwrapTable, 40020, "Lock Selected Vertices"},
+    {kUnwrapTable, 40033, "Move Horizontal"},
+    {kUnwrapTable, 40034, "Move Vertical"},
+    {kUnwrapTable, 40035, "Scale Horizontal"},
+    {kUnwrapTable, 40036, "Scale Vertical"},
+    {kUnwrapTable, 40087, "Freeform"},
 };
 
 void AddAction(const ActionRow& row) {
@@ -67,17 +64,21 @@ void AddAction(const ActionRow& row) {
     table->actions[row.id] = std::move(action);
 }
 
-bool IsSculptBrush(int id) {
-    return id >= 4184 && id <= 4186;
+// Another rollup's buttons have the numbers of the sculpt brushes.
+bool IsGeometryTool(const eng_button& button) {
+    return button.name.starts_with("geometry.");
 }
-bool IsPaintBrush(int id) {
-    return id == 1007 || id == 1008 || id == 1009 || id == 1077;
+bool IsSculptBrush(const eng_button& button) {
+    return button.name.starts_with("brush.");
+}
+bool IsPaintBrush(const eng_button& button) {
+    return button.name.starts_with("paint.");
 }
 
 // Clicking a brush starts it: the other brushes of its kind stop, its command mode runs.
-void StartBrush(eng_button& brush, bool (*is_kind)(int), int mode) {
+void StartBrush(eng_button& brush, bool (*is_kind)(const eng_button&), int mode) {
     for (const auto& button : g_world.buttons)
-        if (is_kind(button->id)) SetButtonChecked(*button, button.get() == &brush);
+        if (is_kind(*button)) SetButtonChecked(*button, button.get() == &brush);
     g_world.running_brush = brush.id;
     if (ModeId() != mode) PushMode(mode);
 }
@@ -107,8 +108,10 @@ void CreateActions() {
         {40074, "button.", "", "Angle snap"}, {50021, "button.", "", "Key mode"},
         {50016, "button.", "", "Zoom ext."},  {4184, "brush.", "Push/Pull", ""},
         {4185, "brush.", "Relax", ""},        {4186, "brush.", "Revert", ""},
-        {1007, "paint.", "Paint", ""},        {1008, "paint.", "Erase", ""},
-        {1009, "paint.", "Pick colour", ""},  {1077, "paint.", "Blur", ""},
+        {4184, "geometry.", "Attach", ""},    {4185, "geometry.", "Detach", ""},
+        {4186, "geometry.", "Slice", ""},     {1007, "paint.", "Paint", ""},
+        {1008, "paint.", "Erase", ""},        {1009, "paint.", "Pick colour", ""},
+        {1077, "paint.", "Blur", ""},
     };
     for (const ButtonRow& row : kButtons) {
         auto button = std::make_unique<eng_button>();
@@ -139,6 +142,7 @@ bool ActionChecked(const eng_action& action) {
 }
 
 static void SetActionChecked(eng_action& action, bool checked) {
+    if (checked) ChooseUnwrapTool(action);
     action.checked = checked;
     if (action.table == kMainTable && action.id == 40072) g_world.snap = checked;
     if (eng_button* button = ButtonOfAction(action)) SetButtonChecked(*button, checked);
@@ -146,6 +150,7 @@ static void SetActionChecked(eng_action& action, bool checked) {
 }
 
 bool ExecuteAction(eng_action& action) {
+    if (!EditorTakesAction(action)) return false;
     NoteDeed(action.name);
     if (action.stuck) return true;
     if (action.table == kMainTable && (action.id == 50020 || action.id == 50022))
@@ -167,6 +172,7 @@ int RunPluginAction(int id) {
     return handled;
 }
 
+// Of several with one number the one that scenarios call by it.
 eng_button* FindButton(int id) {
     for (const auto& button : g_world.buttons)
         if (button->id == id) return button.get();
@@ -186,23 +192,25 @@ void SetButtonChecked(eng_button& button, bool checked) {
     if (button.window && g_world.options.visible) InvalidateRect(button.window, nullptr, FALSE);
 }
 
-void ButtonCommand(int id, int code) {
-    eng_button* button = FindButton(id);
-    if (!button || (code != BN_CLICKED && code != kFlyoffChosen)) return;
-    NoteDeed("click " + button->name);
-    if (IsSculptBrush(id)) {
-        StartBrush(*button, IsSculptBrush, kSculptMode);
-    } else if (IsPaintBrush(id)) {
-        StartBrush(*button, IsPaintBrush, kVertexPaintMode);
+void ButtonCommand(eng_button& button, int code) {
+    const int id = button.id;
+    if (code != BN_CLICKED && code != kFlyoffChosen) return;
+    NoteDeed("click " + button.name);
+    if (IsGeometryTool(button)) {
+        SetButtonChecked(button, !button.checked);
+    } else if (IsSculptBrush(button)) {
+        StartBrush(button, IsSculptBrush, kPainterMode);
+    } else if (IsPaintBrush(button)) {
+        StartBrush(button, IsPaintBrush, kVertexPaintMode);
     } else if (id == 50016) {
-        if (g_world.active_view) ZoomExtents(*g_world.active_view, button->flyout_entry == 1);
+        if (g_world.active_view) ZoomExtents(*g_world.active_view, button.flyout_entry == 1);
     } else if (code == kFlyoffChosen) {
         return;
     } else if (id == 59231 || id == 40074) {
         ExecuteAction(*FindAction(kMainTable, id));
     } else if (id == 50021) {
         g_world.key_mode = !g_world.key_mode;
-        SetButtonChecked(*button, g_world.key_mode);
+        SetButtonChecked(button, g_world.key_mode);
     } else if (id == 50027) {
         ReplaceMode(6);
     }
@@ -214,10 +222,11 @@ void LeaveMode(int id) {
         UpdatePlayback();
         g_world.playing = false;
     }
-    const int brush = g_world.running_brush;
-    if ((id == kSculptMode && IsSculptBrush(brush)) ||
-        (id == kVertexPaintMode && IsPaintBrush(brush))) {
-        SetButtonChecked(*FindButton(brush), false);
+    eng_button* brush = FindButton(g_world.running_brush);
+    if (!brush) return;
+    if ((id == kPainterMode && IsSculptBrush(*brush)) ||
+        (id == kVertexPaintMode && IsPaintBrush(*brush))) {
+        SetButtonChecked(*brush, false);
         g_world.running_brush = 0;
     }
 }
@@ -259,11 +268,13 @@ void SetAction(unsigned long table, int id, ActionState state) {
 }
 
 void CheckBrush(int id, bool checked) {
-    if (IsSculptBrush(id)) SetButtonChecked(*FindButton(id), checked);
+    if (eng_button* brush = FindButton(id); brush && IsSculptBrush(*brush))
+        SetButtonChecked(*brush, checked);
 }
 
 void CheckPaint(int id, bool checked) {
-    if (IsPaintBrush(id)) SetButtonChecked(*FindButton(id), checked);
+    if (eng_button* brush = FindButton(id); brush && IsPaintBrush(*brush))
+        SetButtonChecked(*brush, checked);
 }
 
 void RegisterPluginTable(void* table, unsigned long id) {

@@ -256,21 +256,23 @@ void DrawSheet(Canvas& canvas, const Editor& editor) {
 
 void DrawUnwrap(Canvas& canvas, const Editor& editor) {
     DrawSheet(canvas, editor);
-    const auto at = [&](double u, double v) {
-        return std::pair{
-            canvas.area.right / 2.0 + editor.pan_x + (u + g_world.unwrap_moved.x) * editor.zoom,
-            canvas.area.bottom / 2.0 + editor.pan_y + (v + g_world.unwrap_moved.y) * editor.zoom};
-    };
-    constexpr double kPoints[][2] = {{-60, -60}, {60, -60}, {90, 0}, {60, 60}, {-60, 60}};
-    constexpr size_t kCount = std::size(kPoints);
-    for (size_t i = 0; i < kCount; ++i) {
-        const auto [x1, y1] = at(kPoints[i][0], kPoints[i][1]);
-        const auto [x2, y2] = at(kPoints[(i + 1) % kCount][0], kPoints[(i + 1) % kCount][1]);
-        canvas.Line(x1, y1, x2, y2, kLight);
-        const RECT corner{static_cast<LONG>(x1) - 2, static_cast<LONG>(y1) - 2,
-                          static_cast<LONG>(x1) + 3, static_cast<LONG>(y1) + 3};
-        canvas.Fill(corner, kRed);
+    const UnwrapVertices& vertices = g_world.unwrap_vertices;
+    for (size_t i = 0; i < vertices.size(); ++i) {
+        const Vector from = OnUnwrapCanvas(editor, vertices[i].at);
+        const Vector to = OnUnwrapCanvas(editor, vertices[(i + 1) % vertices.size()].at);
+        canvas.Line(from.x, from.y, to.x, to.y, kLight);
     }
+    for (const UnwrapVertex& vertex : vertices) {
+        const Vector at = OnUnwrapCanvas(editor, vertex.at);
+        canvas.Fill({static_cast<LONG>(at.x) - 3, static_cast<LONG>(at.y) - 3,
+                     static_cast<LONG>(at.x) + 4, static_cast<LONG>(at.y) + 4},
+                    vertex.selected ? kRed : kBlue);
+    }
+    const auto& actions = g_world.tables[kUnwrapTable]->actions;
+    std::string state;
+    for (const auto& [id, action] : actions)
+        if (action->checked) state += (state.empty() ? "" : ", ") + std::string(action->name);
+    canvas.Text(6, 22, state, kYellow);
 }
 
 void DrawSchematic(Canvas& canvas, const Editor& editor) {
@@ -328,9 +330,13 @@ std::string ModeName(int id) {
         {202, "Pan"},
         {203, "Rotate view"},
         {300, "Playback"},
-        {kSculptMode, "Paint deform"},
+        {kPainterMode, "Painter"},
         {kVertexPaintMode, "Vertex paint"},
         {9247, "Sculpt"},
+        {66510, "Create face (mesh)"},
+        {69632, "Create edge (poly)"},
+        {69633, "Create face (poly)"},
+        {65743, "Create patch / cross insert"},
         {kNoMode, "none"},
     };
     for (const Row& row : kRows)

@@ -121,7 +121,12 @@ struct eng_item : world::Handle {
 namespace world {
 
 constexpr int kTicksPerFrame = 160;
-constexpr int kSculptMode = 0x4F298C8B;
+constexpr unsigned long kMainTable = 0;
+constexpr unsigned long kTrackViewTable = 1;
+constexpr unsigned long kSnapTable = 1259304063;
+constexpr unsigned long kUnwrapTable = 2077580866;
+// Any tool that paints through the host's painter interface runs in this mode.
+constexpr int kPainterMode = 0x4F298C8B;
 constexpr int kVertexPaintMode = 0xFFFF + 0x300;
 
 struct Track {
@@ -136,10 +141,18 @@ struct NamedSet {
     std::vector<eng_node*> nodes;
 };
 
+// Texture corners on the sheet of the Unwrap editor, in their order around the shape.
+struct UnwrapVertex {
+    Vector at;
+    bool selected = false;
+    friend bool operator==(const UnwrapVertex&, const UnwrapVertex&) = default;
+};
+using UnwrapVertices = std::array<UnwrapVertex, 5>;
+
 struct SceneState {
     std::vector<NodeState> nodes;  // by index in g_nodes; later ones did not exist
     std::vector<eng_node*> selection;
-    Vector unwrap_moved;
+    UnwrapVertices unwrap_vertices{};
     friend bool operator==(const SceneState&, const SceneState&) = default;
 };
 
@@ -148,11 +161,16 @@ struct UndoRecord {
     SceneState before;
 };
 
-// An editor with one client window that pans and zooms.
+// An editor with one client window that pans and zooms. Of the Unwrap editor is known how it acts;
+// that the two others do not take the front at a middle press either, and that the Track View
+// refuses its drag mode as the Unwrap editor refuses its lock, is assumed.
 struct Editor {
     std::string_view name;
     const char* class_name;
     const char* title;
+    unsigned long table = 0;
+    int front_action = 0;       // of its table: refused while the editor's dialog is not active
+    bool alt_for_zoom = false;  // the zoom wants Alt beside Ctrl
     HWND frame = nullptr;
     HWND client = nullptr;
     double pan_x = 0;
@@ -170,7 +188,9 @@ struct State {
     HWND toolbar = nullptr;
     HWND view_panel = nullptr;
     HWND command_panel = nullptr;
-    HWND rollup_page = nullptr;
+    HWND rollup = nullptr;  // the rollups of the command panel, one page each
+    HWND geometry_page = nullptr;
+    HWND brush_page = nullptr;
     HWND paint_floater = nullptr;
     HWND paint_page = nullptr;
     HWND time_slider = nullptr;
@@ -214,7 +234,8 @@ struct State {
     int playing_from = 0;
     double shown_from = 0;  // of the track view, frames
     double shown_to = 100;
-    Vector unwrap_moved;
+    UnwrapVertices unwrap_vertices{};
+    int unwrap_tool_before = 0;  // action of the tool that a right press returns to
 
     // undo
     std::vector<SceneState> holds;
@@ -302,7 +323,7 @@ eng_button* FindButton(int id);  // by control id, whether its window is there o
 eng_button* ButtonOf(HWND window);
 void SetButtonChecked(eng_button& button, bool checked);
 // WM_COMMAND of a button at its toolbar or page.
-void ButtonCommand(int id, int code);
+void ButtonCommand(eng_button& button, int code);
 void LeaveMode(int id);  // a command mode is no longer on the stack
 
 // --- views (world_views.cpp) ---
@@ -328,12 +349,24 @@ void ActivateView(eng_view* view);
 void ZoomExtents(eng_view& view, bool selected_only);
 LRESULT CALLBACK ViewportProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 void ForgetDrag(HWND window);
+// Ctrl and Shift by what the message says or the key state that belongs to it; a sender that wants
+// one of them to count as up must clear both.
+struct Modifiers {
+    bool alt, ctrl, shift;
+};
+Modifiers ModifiersOf(WPARAM flags);
 
 // --- editors, time slider (world_editors.cpp) ---
 void CreateEditors();
 Editor* EditorOf(HWND client);
 LRESULT CALLBACK EditorProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 LRESULT CALLBACK EditorFrameProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+// Whether the host would run an action of an editor's table now.
+bool EditorTakesAction(const eng_action& action);
+// One tool of the Unwrap editor at a time: the others are off when one is switched on.
+void ChooseUnwrapTool(const eng_action& chosen);
+// A point of the Unwrap editor's sheet in pixels of its client area.
+Vector OnUnwrapCanvas(const Editor& editor, Vector sheet);
 LRESULT CALLBACK ThumbProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 void PlaceThumb();
 void FrameTrackViewTimes();

@@ -140,7 +140,7 @@ void RunOwnCommand(UINT command) {
         case kOpenSchematic: OpenWindow("schematic"); break;
         case kOpenUnwrap: OpenWindow("unwrap"); break;
         case kPlay: SetPlaying(!g_world.playing); break;
-        case kKeyMode: ButtonCommand(50021, BN_CLICKED); break;
+        case kKeyMode: ButtonCommand(*FindButton(50021), BN_CLICKED); break;
         case kAbout:
             // Only where there is somebody to answer it.
             if (g_world.options.visible)

@@ -221,7 +221,7 @@ SceneState TakeScene() {
     for (const auto& node : g_world.nodes)
         scene.nodes.push_back(node->state);
     scene.selection = g_world.selection;
-    scene.unwrap_moved = g_world.unwrap_moved;
+    scene.unwrap_vertices = g_world.unwrap_vertices;
     return scene;
 }
 
@@ -233,7 +233,7 @@ void RestoreScene(const SceneState& scene) {
             g_world.nodes[i]->state.alive = false;
     }
     g_world.selection = scene.selection;
-    g_world.unwrap_moved = scene.unwrap_moved;
+    g_world.unwrap_vertices = scene.unwrap_vertices;
     Redraw();
 }
 

@@ -183,7 +183,7 @@ public:
 
     void RunMaxCommand(const std::string& words) override {
         if (words == "key mode") {
-            ButtonCommand(50021, BN_CLICKED);
+            ButtonCommand(*FindButton(50021), BN_CLICKED);
         } else if (words == "tool zoomextents all") {
             for (eng_view& view : g_world.views)
                 ZoomExtents(view, false);

@@ -158,9 +158,12 @@ void ShowEditors(std::vector<std::string>& lines) {
                 NumberText(editor.zoom);
         if (editor.name == "trackview")
             line += " times " + NumberText(g_world.shown_from) + " " + NumberText(g_world.shown_to);
-        if (editor.name == "unwrap")
-            line += " moved " + NumberText(g_world.unwrap_moved.x) + "," +
-                    NumberText(g_world.unwrap_moved.y);
+        if (editor.name == "unwrap") {
+            line += " vertices";
+            for (const UnwrapVertex& vertex : g_world.unwrap_vertices)
+                line += " " + NumberText(vertex.at.x) + "," + NumberText(vertex.at.y) +
+                        (vertex.selected ? "*" : "");
+        }
         lines.push_back(line);
     }
 }

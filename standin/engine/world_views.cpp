@@ -222,16 +222,9 @@ bool SelectionLocked() {
     return lock && ActionChecked(*lock);
 }
 
-struct Modifiers {
-    bool alt, ctrl, shift;
-};
-
-// Ctrl and Shift by what the message says or the key state that belongs to it; a sender that wants
-// one of them to count as up must clear both.
-Modifiers ModifiersOf(WPARAM flags) {
-    return {desk::KeyDown(VK_MENU), (flags & MK_CONTROL) || desk::KeyDown(VK_CONTROL),
-            (flags & MK_SHIFT) || desk::KeyDown(VK_SHIFT)};
-}
+// Not confirmed: a tutorial of the host has a Ctrl click on a selected object take it away, a later
+// release's header has it add.
+constexpr bool kCtrlClickTakesAway = false;
 
 // Alt takes away, Shift turns over, Ctrl adds, a plain click picks one.
 void ClickSelect(eng_node* hit, Modifiers keys) {
@@ -240,7 +233,7 @@ void ClickSelect(eng_node* hit, Modifiers keys) {
     const bool was = hit && IsSelected(hit);
     if (keys.alt || keys.ctrl || keys.shift) {
         if (!hit) return;
-        if (was && (keys.alt || keys.shift))
+        if (was && (keys.alt || keys.shift || kCtrlClickTakesAway))
             std::erase(nodes, hit);
         else if (!was && !keys.alt)
             nodes.push_back(hit);
@@ -352,6 +345,11 @@ void Release(eng_view& view, unsigned button, POINT point) {
 }
 
 }  // namespace
+
+Modifiers ModifiersOf(WPARAM flags) {
+    return {desk::KeyDown(VK_MENU), (flags & MK_CONTROL) || desk::KeyDown(VK_CONTROL),
+            (flags & MK_SHIFT) || desk::KeyDown(VK_SHIFT)};
+}
 
 void ForgetDrag(HWND window) {
     if (g_drag.window != window || g_drag.kind == DragKind::kNone) return;

@@ -21,6 +21,7 @@ constexpr int kSideWidth = 200;     // command panel, navigation buttons
 constexpr int kBottomHeight = 140;  // time slider, track bar, status line
 constexpr int kGap = 1;             // between viewports
 constexpr int kThumbWidth = 80;
+constexpr int kPageHeight = 126;  // of a rollup
 
 constexpr UINT kControlCommand = WM_USER + 700;
 constexpr WPARAM kSetState = 24;
@@ -65,29 +66,43 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
     return DefWindowProcA(window, message, wparam, lparam);
 }
 
-// Everything without behaviour of its own; toolbars and pages hear of their buttons here.
+void HearOfButton(WPARAM wparam, LPARAM lparam) {
+    if (eng_button* button = ButtonOf(reinterpret_cast<HWND>(lparam)))
+        ButtonCommand(*button, HIWORD(wparam));
+}
+
+void ForgetPanel(HWND window) {
+    ForgetPresses(window);
+    for (HWND* known :
+         {&g_world.toolbar, &g_world.view_panel, &g_world.command_panel, &g_world.rollup,
+          &g_world.geometry_page, &g_world.brush_page, &g_world.paint_floater, &g_world.paint_page,
+          &g_world.time_slider, &g_world.track_bar, &g_world.other, &g_world.status,
+          &g_world.navigation_panel, &g_world.navigation_toolbar, &g_world.titled})
+        if (*known == window) *known = nullptr;
+    if (g_world.foreground == window) g_world.foreground = nullptr;
+}
+
+// Everything without behaviour of its own; toolbars and the status bar hear of their buttons here.
 LRESULT CALLBACK PanelProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
-        case WM_COMMAND: ButtonCommand(LOWORD(wparam), HIWORD(wparam)); return 0;
+        case WM_COMMAND: HearOfButton(wparam, lparam); return 0;
         case WM_PAINT: DrawWindow(window); return 0;
         case WM_ERASEBKGND: return 1;
-        case WM_NCDESTROY: {
-            ForgetPresses(window);
-            const auto forget = [window](HWND& known) {
-                if (known == window) known = nullptr;
-            };
-            for (HWND* known :
-                 {&g_world.toolbar, &g_world.view_panel, &g_world.command_panel,
-                  &g_world.rollup_page, &g_world.paint_floater, &g_world.paint_page,
-                  &g_world.time_slider, &g_world.track_bar, &g_world.other, &g_world.status,
-                  &g_world.navigation_panel, &g_world.navigation_toolbar, &g_world.titled})
-                forget(*known);
-            if (g_world.foreground == window) g_world.foreground = nullptr;
-            break;
-        }
+        case WM_NCDESTROY: ForgetPanel(window); break;
         default: break;
     }
     return DefWindowProcA(window, message, wparam, lparam);
+}
+
+// The pages of a rollup are dialogs.
+INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_COMMAND: HearOfButton(wparam, lparam); return TRUE;
+        case WM_PAINT: DrawWindow(page); return TRUE;
+        case WM_ERASEBKGND: SetWindowLongPtrA(page, DWLP_MSGRESULT, 1); return TRUE;
+        case WM_DESTROY: ForgetPanel(page); return TRUE;
+        default: return FALSE;
+    }
 }
 
 void Click(eng_button& button, int code) {
@@ -175,11 +190,35 @@ HWND CreateChild(const char* class_name, const char* title, HWND parent, int x, 
                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Module(), nullptr);
 }
 
+void PlaceButtonIn(eng_button& button, HWND parent, int x, int y, int width, int height) {
+    button.parent = parent;
+    button.place = {x, y, x + width, y + height};
+    CreateButtonWindow(button);
+}
+
 void PlaceButtonIn(int id, HWND parent, int x, int y, int width, int height) {
-    eng_button* button = FindButton(id);
-    button->parent = parent;
-    button->place = {x, y, x + width, y + height};
-    CreateButtonWindow(*button);
+    PlaceButtonIn(*FindButton(id), parent, x, y, width, height);
+}
+
+// A page below `top` in a rollup, with a button under its title for each name that begins so.
+HWND CreatePage(const char* title, const char* buttons, int top) {
+    constexpr int kWidth = kSideWidth - 8;
+    struct {
+        DLGTEMPLATE header;
+        WORD menu, window_class, title;
+    } empty{};
+    empty.header.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS | DS_CONTROL;
+    const HWND page =
+        CreateDialogIndirectParamA(Module(), &empty.header, g_world.rollup, PageProcedure, 0);
+    SetWindowTextA(page, title);
+    SetWindowPos(page, nullptr, 0, top, kWidth, kPageHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+    int y = 24;
+    for (const auto& button : g_world.buttons) {
+        if (!button->name.starts_with(buttons)) continue;
+        PlaceButtonIn(*button, page, 8, y, kWidth - 16, 30);
+        y += 33;
+    }
+    return page;
 }
 
 void OpenPaintFloater() {
@@ -235,8 +274,9 @@ constexpr std::string_view kViewNames[] = {"viewport.top", "viewport.front", "vi
                                            "viewport.persp"};
 constexpr std::string_view kEditorNames[] = {"trackview", "unwrap", "schematic"};
 constexpr std::string_view kButtonNames[] = {
-    "button.59231", "button.40074", "button.50021", "button.50016", "button.50027", "brush.4184",
-    "brush.4185",   "brush.4186",   "paint.1007",   "paint.1008",   "paint.1009",   "paint.1077"};
+    "button.59231", "button.40074", "button.50021",  "button.50016",  "button.50027",
+    "brush.4184",   "brush.4185",   "brush.4186",    "paint.1007",    "paint.1008",
+    "paint.1009",   "paint.1077",   "geometry.4184", "geometry.4185", "geometry.4186"};
 constexpr std::string_view kDialogNames[] = {"options", "welcome"};
 
 template <typename List>
@@ -376,7 +416,7 @@ void CreateWindows() {
 
     g_world.toolbar = child("CustToolbar", "Main Toolbar", 0, kToolbarTop, width, kToolbarHeight);
     int x = 8;
-    for (const int id : {50027, 59231, 40074, 50021}) {
+    for (const int id : {50027, 40074, 50021}) {
         PlaceButtonIn(id, g_world.toolbar, x, 2, 90, 30);
         x += 94;
     }
@@ -395,13 +435,10 @@ void CreateWindows() {
 
     g_world.command_panel =
         child(kPlainClass, "Command Panel", panel_width, kPanelTop, kSideWidth, panel_height);
-    g_world.rollup_page = CreateChild("RollupWindow", "Paint Deformation", g_world.command_panel, 4,
-                                      40, kSideWidth - 8, 126);
-    int y = 24;
-    for (const int id : {4184, 4185, 4186}) {
-        PlaceButtonIn(id, g_world.rollup_page, 8, y, kSideWidth - 24, 30);
-        y += 33;
-    }
+    g_world.rollup = CreateChild("RollupWindow", "", g_world.command_panel, 4, 40, kSideWidth - 8,
+                                 2 * kPageHeight + 4);
+    g_world.geometry_page = CreatePage("Edit Geometry", "geometry.", 0);
+    g_world.brush_page = CreatePage("Paint Deformation", "brush.", kPageHeight + 4);
 
     const int bottom = height - kBottomHeight;
     g_world.time_slider = child("TimeSlider", "", 0, bottom + 4, panel_width, 26);
@@ -409,6 +446,7 @@ void CreateWindows() {
     g_world.track_bar = child("TrackBar", "", 0, bottom + 32, panel_width, 28);
     g_world.other = child(kPlainClass, "", 0, bottom + 64, kSideWidth, 22);
     g_world.status = child("CustStatus", "", 0, bottom + 90, panel_width, kBottomHeight - 94);
+    PlaceButtonIn(59231, g_world.status, panel_width - 216, 8, 90, 30);
     g_world.navigation_panel =
         child(kPlainClass, "", panel_width, bottom + 4, kSideWidth, kBottomHeight - 8);
     g_world.navigation_toolbar =

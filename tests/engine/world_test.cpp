@@ -125,24 +125,28 @@ TEST_F(WorldTest, ViewportProceduresLieBelowTwoGibibytes) {
 TEST_F(WorldTest, ButtonsLieInAToolbarOrPageBetween) {
     struct Row {
         int id;
-        const char* panel;  // whose child the button's parent is
+        const char* panel;
+        int between;  // windows between the button and the panel
         const char* text;
     };
     world::OpenWindow("vertexpaint");
-    const Row rows[] = {{59231, "main", ""},
-                        {40074, "main", ""},
-                        {50021, "main", ""},
-                        {50027, "main", ""},
-                        {4184, "commandpanel", "Push/Pull"},
-                        {4185, "commandpanel", "Relax"},
-                        {4186, "commandpanel", "Revert"},
-                        {1007, "vertexpaint", "Paint"},
-                        {1008, "vertexpaint", "Erase"}};
+    const Row rows[] = {{59231, "main", 1, ""},
+                        {40074, "main", 1, ""},
+                        {50021, "main", 1, ""},
+                        {50027, "main", 1, ""},
+                        {4184, "commandpanel", 2, "Push/Pull"},
+                        {4185, "commandpanel", 2, "Relax"},
+                        {4186, "commandpanel", 2, "Revert"},
+                        {1007, "vertexpaint", 1, "Paint"},
+                        {1008, "vertexpaint", 1, "Erase"}};
     for (const Row& row : rows) {
         const eng_button* button = world::FindButton(row.id);
         ASSERT_NE(button, nullptr);
         EXPECT_EQ(GetDlgItem(GetParent(button->window), row.id), button->window);
-        EXPECT_EQ(GetParent(GetParent(button->window)), world::Find(row.panel)) << row.id;
+        HWND panel = GetParent(button->window);
+        for (int i = 0; i < row.between; ++i)
+            panel = GetParent(panel);
+        EXPECT_EQ(panel, world::Find(row.panel)) << row.id;
         char text[64] = "";
         GetWindowTextA(button->window, text, sizeof text);
         EXPECT_STREQ(text, row.text);
@@ -189,6 +193,79 @@ TEST_F(WorldTest, AnyTitleCanBeInFront) {
     EXPECT_EQ(world::ForegroundWindow(), GetAncestor(world::Find("trackview"), GA_ROOT));
     SetFocus(world::Find("main"));
     EXPECT_EQ(world::ForegroundWindow(), world::Find("main"));
+}
+
+// Searches meet the other rollup's buttons first.
+TEST_F(WorldTest, BrushButtonsAreOnAPageOfARollupBesideOthersOfTheirNumbers) {
+    struct Found {
+        int id;
+        std::vector<HWND> windows;
+    };
+    for (const int id : {4184, 4185, 4186}) {
+        const std::string number = std::to_string(id);
+        const HWND brush = world::Find("brush." + number);
+        const HWND page = GetParent(brush);
+        char text[64] = "";
+        GetClassNameA(page, text, sizeof text);
+        EXPECT_STREQ(text, "#32770");
+        GetClassNameA(GetParent(page), text, sizeof text);
+        EXPECT_STREQ(text, "RollupWindow");
+        EXPECT_EQ(GetParent(GetParent(page)), world::Find("commandpanel"));
+
+        Found found{id, {}};
+        EnumChildWindows(
+            world::Find("commandpanel"),
+            [](HWND window, LPARAM parameter) {
+                auto& list = *reinterpret_cast<Found*>(parameter);
+                if (GetDlgCtrlID(window) == list.id) list.windows.push_back(window);
+                return TRUE;
+            },
+            reinterpret_cast<LPARAM>(&found));
+        EXPECT_EQ(found.windows, (std::vector<HWND>{world::Find("geometry." + number), brush}));
+        for (const HWND window : found.windows) {
+            GetClassNameA(window, text, sizeof text);
+            EXPECT_STREQ(text, "CustButton");
+        }
+    }
+    char brush_text[64] = "", other_text[64] = "";
+    GetWindowTextA(world::Find("brush.4185"), brush_text, sizeof brush_text);
+    GetWindowTextA(world::Find("geometry.4185"), other_text, sizeof other_text);
+    EXPECT_STREQ(brush_text, "Relax");
+    EXPECT_STRNE(other_text, brush_text);
+    Mouse("geometry.4185", WM_LBUTTONDOWN, 1, 3, 3);
+    Mouse("geometry.4185", WM_LBUTTONUP, 0, 3, 3);
+    EXPECT_TRUE(world::ButtonOf(world::Find("geometry.4185"))->checked);
+    EXPECT_FALSE(world::FindButton(4185)->checked);
+    EXPECT_EQ(Only("modes"), "modes 6");
+}
+
+TEST_F(WorldTest, TheLockButtonIsOnAStatusBarBelowTheTimeControls) {
+    const HWND bar = GetParent(world::Find("button.59231"));
+    char text[64] = "";
+    GetClassNameA(bar, text, sizeof text);
+    EXPECT_STREQ(text, "CustStatus");
+    EXPECT_EQ(GetParent(bar), world::Find("main"));
+    RECT bar_place{}, times{};
+    GetWindowRect(bar, &bar_place);
+    for (const char* name : {"timeslider", "trackbar"}) {
+        GetWindowRect(world::Find(name), &times);
+        EXPECT_GE(bar_place.top, times.bottom) << name;
+    }
+}
+
+TEST_F(WorldTest, AMiddlePressLeavesWhatIsInFrontThere) {
+    for (const char* name : {"trackview", "unwrap", "schematic"}) {
+        world::OpenWindow(name);
+        SetFocus(world::Find("main"));
+        EXPECT_EQ(SendMessageA(world::Find(name), WM_MOUSEACTIVATE,
+                               reinterpret_cast<WPARAM>(GetAncestor(world::Find(name), GA_ROOT)),
+                               MAKELPARAM(HTCLIENT, WM_MBUTTONDOWN)),
+                  MA_NOACTIVATE);
+        Mouse(name, WM_MBUTTONDOWN, 0, 5, 40);
+        Mouse(name, WM_MBUTTONUP, 0, 5, 40);
+        EXPECT_EQ(desk::Focus(), world::Find("main")) << name;
+        EXPECT_EQ(GetActiveWindow(), world::Find("main")) << name;
+    }
 }
 
 TEST_F(WorldTest, AClickedEditorOrViewportGetsTheFocus) {
@@ -676,13 +753,215 @@ TEST_F(WorldTest, EditorsPanAndZoomWithTheMiddleButton) {
         EXPECT_EQ(editor.pan_x, 30) << name;
         EXPECT_EQ(editor.pan_y, -10) << name;
         EXPECT_EQ(editor.zoom, 1) << name;
+        Alt(true);
         Mouse(name, WM_MBUTTONDOWN, MK_CONTROL, 50, 50);
         Mouse(name, WM_MOUSEMOVE, MK_CONTROL | MK_MBUTTON, 50, 30);
         Mouse(name, WM_MBUTTONUP, MK_CONTROL, 50, 30);
+        Alt(false);
         EXPECT_GT(editor.zoom, 1) << name;
         EXPECT_EQ(editor.pan_x, 30) << name;
         EXPECT_EQ(desk::Capture(), nullptr);
     }
+}
+
+TEST_F(WorldTest, TheUnwrapEditorZoomsOnCtrlAndAltTogetherOnly) {
+    world::OpenWindow("unwrap");
+    const world::Editor& editor = *world::EditorOf(world::Find("unwrap"));
+    Mouse("unwrap", WM_MBUTTONDOWN, MK_CONTROL, 50, 50);
+    Mouse("unwrap", WM_MOUSEMOVE, MK_CONTROL | MK_MBUTTON, 60, 80);
+    Mouse("unwrap", WM_MBUTTONUP, MK_CONTROL, 60, 80);
+    EXPECT_EQ(editor.pan_x, 10);
+    EXPECT_EQ(editor.pan_y, 30);
+    EXPECT_EQ(editor.zoom, 1);
+    Alt(true);
+    Mouse("unwrap", WM_MBUTTONDOWN, 0, 50, 50);
+    Alt(false);
+    // Keys that come and go during a drag make nothing else of it.
+    Mouse("unwrap", WM_MOUSEMOVE, MK_CONTROL | MK_MBUTTON, 60, 80);
+    Mouse("unwrap", WM_MBUTTONUP, 0, 60, 80);
+    EXPECT_EQ(editor.pan_x, 20);
+    EXPECT_EQ(editor.pan_y, 60);
+    EXPECT_EQ(editor.zoom, 1);
+    Alt(true);
+    Mouse("unwrap", WM_MBUTTONDOWN, MK_CONTROL, 50, 50);
+    Alt(false);
+    Mouse("unwrap", WM_MOUSEMOVE, MK_MBUTTON, 90, 50);
+    EXPECT_EQ(editor.zoom, 1);
+    Mouse("unwrap", WM_MOUSEMOVE, MK_MBUTTON, 90, 30);
+    Mouse("unwrap", WM_MBUTTONUP, 0, 90, 30);
+    EXPECT_GT(editor.zoom, 1);
+    EXPECT_EQ(editor.pan_x, 20);
+    EXPECT_EQ(editor.pan_y, 60);
+}
+
+// The corners of the sheet stand at 100,100 220,100 250,160 220,220 100,220.
+class UnwrapTest : public WorldTest {
+protected:
+    static constexpr unsigned long kTable = 2077580866;
+
+    void SetUp() override {
+        WorldTest::SetUp();
+        world::OpenWindow("unwrap");
+        SetFocus(world::Find("unwrap"));
+    }
+    static eng_action* Action(int id) { return eng_table_action(eng_find_table(kTable), id); }
+    static std::string Vertices() {
+        const std::string line = world::Show("editors", "")[1];
+        return line.substr(line.find("vertices ") + 9);
+    }
+    static void Click(POINT at, WPARAM flags = 0) {
+        Mouse("unwrap", WM_LBUTTONDOWN, flags, at.x, at.y);
+        Mouse("unwrap", WM_LBUTTONUP, flags, at.x, at.y);
+    }
+};
+
+TEST_F(UnwrapTest, APressOnTheEmptyCanvasSelectsARegion) {
+    eng_action_execute(Action(40007));
+    LeftDrag("unwrap", {90, 90}, {110, 230});
+    EXPECT_EQ(Vertices(), "-60,-60* 60,-60 90,0 60,60 -60,60*");
+    LeftDrag("unwrap", {260, 170}, {240, 150});
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60 90,0* 60,60 -60,60");
+    LeftDrag("unwrap", {230, 90}, {210, 110}, MK_CONTROL);
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60* 90,0* 60,60 -60,60");
+    Click({30, 300});
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60 90,0 60,60 -60,60");
+    EXPECT_TRUE(world::Undo());
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60* 90,0* 60,60 -60,60");
+    // Taken back before it ends, a region picks nothing.
+    Mouse("unwrap", WM_LBUTTONDOWN, 0, 90, 90);
+    Mouse("unwrap", WM_MOUSEMOVE, MK_LBUTTON, 110, 110);
+    Mouse("unwrap", WM_RBUTTONDOWN, MK_LBUTTON, 110, 110);
+    Mouse("unwrap", WM_RBUTTONUP, MK_LBUTTON, 110, 110);
+    Mouse("unwrap", WM_LBUTTONUP, 0, 110, 110);
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60* 90,0* 60,60 -60,60");
+}
+
+TEST_F(UnwrapTest, APressOnAVertexDragsIt) {
+    eng_action_execute(Action(40007));
+    LeftDrag("unwrap", {221, 99}, {231, 119});
+    EXPECT_EQ(Vertices(), "-60,-60 70,-40* 90,0 60,60 -60,60");
+    EXPECT_TRUE(world::Undo());
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60* 90,0 60,60 -60,60");
+    // One of several selected ones takes them all along.
+    Click({100, 100}, MK_CONTROL);
+    LeftDrag("unwrap", {100, 100}, {110, 100});
+    EXPECT_EQ(Vertices(), "-50,-60* 70,-60* 90,0 60,60 -60,60");
+}
+
+TEST_F(UnwrapTest, WithoutATransformToolNothingIsDragged) {
+    LeftDrag("unwrap", {220, 100}, {240, 120});
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60* 90,0 60,60 -60,60");
+    eng_action_execute(Action(40020));
+    LeftDrag("unwrap", {30, 300}, {60, 330});
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60* 90,0 60,60 -60,60");
+}
+
+TEST_F(UnwrapTest, WithTheLockAPressAnywhereDragsTheSelection) {
+    eng_action_execute(Action(40007));
+    LeftDrag("unwrap", {90, 90}, {230, 110});
+    eng_action_execute(Action(40020));
+    LeftDrag("unwrap", {30, 300}, {50, 310});
+    EXPECT_EQ(Vertices(), "-40,-50* 80,-50* 90,0 60,60 -60,60");
+    LeftDrag("unwrap", {250, 160}, {250, 150});  // another vertex stays where it is
+    EXPECT_EQ(Vertices(), "-40,-60* 80,-60* 90,0 60,60 -60,60");
+    eng_action_execute(Action(40020));
+    LeftDrag("unwrap", {30, 300}, {50, 310});
+    EXPECT_EQ(Vertices(), "-40,-60 80,-60 90,0 60,60 -60,60");
+}
+
+TEST_F(UnwrapTest, CtrlTogglesAndAltTakesAwayTheClickedVertex) {
+    eng_action_execute(Action(40007));
+    Click({100, 100}, MK_CONTROL);
+    Click({250, 160}, MK_CONTROL);
+    EXPECT_EQ(Vertices(), "-60,-60* 60,-60 90,0* 60,60 -60,60");
+    Click({100, 100}, MK_CONTROL);
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60 90,0* 60,60 -60,60");
+    Alt(true);
+    Click({100, 100});
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60 90,0* 60,60 -60,60");
+    Click({250, 160});
+    Alt(false);
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60 90,0 60,60 -60,60");
+}
+
+TEST_F(UnwrapTest, EachToolDoesWhatItsNameSays) {
+    struct Row {
+        int tool;
+        const char* name;
+        POINT by;
+        const char* vertices;
+    };
+    // Of -60,-60 and 60,-60 about 0,-60. 180 pixels to the right are 90 degrees, 100 pixels up a
+    // factor of 2.718.
+    const Row rows[] = {
+        {40007, "Move", {10, 20}, "-50,-40* 70,-40* 90,0 60,60 -60,60"},
+        {40033, "Move Horizontal", {10, 20}, "-50,-60* 70,-60* 90,0 60,60 -60,60"},
+        {40034, "Move Vertical", {10, 20}, "-60,-40* 60,-40* 90,0 60,60 -60,60"},
+        {40008, "Rotate", {180, 0}, "0,-120* 0,0* 90,0 60,60 -60,60"},
+        {40009, "Scale", {0, -100}, "-163.097,-60* 163.097,-60* 90,0 60,60 -60,60"},
+        {40035, "Scale Horizontal", {0, -100}, "-163.097,-60* 163.097,-60* 90,0 60,60 -60,60"},
+        {40036, "Scale Vertical", {0, -100}, "-60,-60* 60,-60* 90,0 60,60 -60,60"},
+        {40087, "Freeform", {10, 20}, "-50,-40* 70,-40* 90,0 60,60 -60,60"},
+    };
+    LeftDrag("unwrap", {90, 90}, {230, 110});
+    eng_action_execute(Action(40020));
+    for (const Row& row : rows) {
+        ASSERT_NE(Action(row.tool), nullptr) << row.name;
+        EXPECT_STREQ(Action(row.tool)->name, row.name);
+        eng_action_execute(Action(row.tool));
+        for (const Row& other : rows)
+            EXPECT_EQ(eng_action_is_checked(Action(other.tool)), other.tool == row.tool);
+        LeftDrag("unwrap", {30, 200}, {30 + row.by.x, 200 + row.by.y});
+        EXPECT_EQ(Vertices(), row.vertices) << row.name;
+        // Both stand on the line that the vertical scaling leaves alone, so it changes nothing.
+        if (row.tool != 40036) {
+            EXPECT_TRUE(world::Undo());
+        }
+    }
+}
+
+TEST_F(UnwrapTest, TheLockIsRefusedWhileTheDialogIsNotActive) {
+    SetFocus(world::Find("main"));
+    EXPECT_EQ(eng_action_execute(Action(40020)), 0);
+    EXPECT_EQ(eng_action_is_checked(Action(40020)), 0);
+    EXPECT_EQ(eng_action_execute(Action(40007)), 1);  // the tools are not
+    SetFocus(world::Find("unwrap"));
+    EXPECT_EQ(eng_action_execute(Action(40020)), 1);
+    EXPECT_EQ(eng_action_is_checked(Action(40020)), 1);
+    world::CloseWindow("unwrap");
+    EXPECT_EQ(eng_action_execute(Action(40020)), 0);
+}
+
+TEST_F(UnwrapTest, ARightPressReturnsToTheToolBefore) {
+    eng_action_execute(Action(40007));
+    eng_action_execute(Action(40008));
+    Mouse("unwrap", WM_RBUTTONDOWN, MK_RBUTTON, 30, 300);
+    Mouse("unwrap", WM_RBUTTONUP, 0, 30, 300);
+    EXPECT_EQ(eng_action_is_checked(Action(40007)), 1);
+    EXPECT_EQ(eng_action_is_checked(Action(40008)), 0);
+}
+
+TEST_F(UnwrapTest, ARightPressTakesARunningDragBack) {
+    eng_action_execute(Action(40007));
+    eng_action_execute(Action(40008));
+    Mouse("unwrap", WM_LBUTTONDOWN, 0, 220, 100);
+    Mouse("unwrap", WM_MOUSEMOVE, MK_LBUTTON, 250, 100);
+    Mouse("unwrap", WM_RBUTTONDOWN, MK_LBUTTON, 250, 100);
+    Mouse("unwrap", WM_RBUTTONUP, MK_LBUTTON, 250, 100);
+    Mouse("unwrap", WM_LBUTTONUP, 0, 250, 100);
+    EXPECT_EQ(Vertices(), "-60,-60 60,-60* 90,0 60,60 -60,60");
+    EXPECT_EQ(eng_action_is_checked(Action(40008)), 1);
+}
+
+TEST_F(WorldTest, TheTrackViewsDragModeIsRefusedWhileItIsNotActive) {
+    world::OpenWindow("trackview");
+    eng_action* mode = eng_table_action(eng_find_table(1), 40328);
+    SetFocus(world::Find("main"));
+    EXPECT_EQ(eng_action_execute(mode), 0);
+    EXPECT_EQ(eng_action_is_checked(mode), 0);
+    SetFocus(world::Find("trackview"));
+    EXPECT_EQ(eng_action_execute(mode), 1);
+    EXPECT_EQ(eng_action_is_checked(mode), 1);
 }
 
 TEST_F(WorldTest, TrackViewFramesTheAnimationRange) {
