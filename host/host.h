@@ -101,7 +101,8 @@ void UpdateNodeDisplay(INode* node);
 class NodeList;
 NodeList* NewNodeList();
 void FreeNodeList(NodeList* list);  // null is allowed
-void AppendNode(NodeList& list, INode* node);
+// `more`: how many nodes are going to follow; the list grows for all of them at once.
+void AppendNode(NodeList& list, INode* node, int more);
 int NodeCount(const NodeList& list);
 INode* NodeAt(const NodeList& list, int index);
 void AddToSelection(NodeList& list);

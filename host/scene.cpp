@@ -69,8 +69,8 @@ void FreeNodeList(NodeList* list) {
     delete list;
 }
 
-void AppendNode(NodeList& list, INode* node) {
-    list.Append(1, &node);
+void AppendNode(NodeList& list, INode* node, int more) {
+    list.Append(1, &node, more);
 }
 
 int NodeCount(const NodeList& list) {

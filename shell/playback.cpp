@@ -34,18 +34,37 @@ host::NodeList* CopySelection() {
     host::NodeList* list = host::NewNodeList();
     const int count = host::SelectedNodeCount();
     for (int i = 0; list && i < count; ++i)
-        host::AppendNode(*list, host::SelectedNode(i));
+        host::AppendNode(*list, host::SelectedNode(i), count - i - 1);
     return list;
 }
 
-// Nodes that were hidden before stay out of the list, so the end of playback leaves them hidden.
-void HideSelectedNodes() {
+bool CanBeHidden(INode* node) {
+    return node && !host::IsNodeHidden(node);
+}
+
+// Copies the selected nodes that will be hidden. False: there is no memory for all of them. Nodes
+// that were hidden before stay out, so the end of playback leaves them hidden.
+bool ListNodesToHide() {
     g_hiddenNodes = host::NewNodeList();
     const int count = host::SelectedNodeCount();
+    int wanted = 0;
     for (int i = 0; i < count; ++i) {
         INode* node = host::SelectedNode(i);
-        if (!node || host::IsNodeHidden(node)) continue;
-        if (g_hiddenNodes) host::AppendNode(*g_hiddenNodes, node);
+        if (!CanBeHidden(node)) continue;
+        ++wanted;
+        if (g_hiddenNodes) host::AppendNode(*g_hiddenNodes, node, count - i - 1);
+    }
+    return g_hiddenNodes && host::NodeCount(*g_hiddenNodes) == wanted;
+}
+
+// All are listed before the first one is hidden: a host may deselect what it hides. Without a list
+// they are hidden for good.
+void HideSelectedNodes() {
+    const bool listed = ListNodesToHide();
+    const int count = listed ? host::NodeCount(*g_hiddenNodes) : host::SelectedNodeCount();
+    for (int i = 0; i < count; ++i) {
+        INode* node = listed ? host::NodeAt(*g_hiddenNodes, i) : host::SelectedNode(i);
+        if (!CanBeHidden(node)) continue;
         host::HideNode(node, true);
         host::UpdateNodeDisplay(node);
     }
