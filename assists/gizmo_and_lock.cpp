@@ -16,9 +16,9 @@ constexpr int kLockTries = 10;
 constexpr int kGizmoTries = 5;
 
 void DriveLockButton(bool on) {
-    if (!g_lockButton) return;
     for (int i = 0; i < kLockTries; ++i) {
-        if (host::IsButtonChecked(g_lockButton).value_or(false) == on) return;
+        HWND button = LockButton();
+        if (!button || host::IsButtonChecked(button).value_or(false) == on) return;
         host::ExecuteAction(host::kMainTable, kLockAction);
     }
 }

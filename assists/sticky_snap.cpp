@@ -35,7 +35,7 @@ void SetSnapToggle(bool on) {
 }
 
 void SetAngleSnap(bool on) {
-    if (host::IsButtonChecked(g_angleSnapButton).value_or(false) != on) {
+    if (host::IsButtonChecked(AngleSnapButton()).value_or(false) != on) {
         host::ExecuteAction(host::kMainTable, kAngleSnapAction);
     }
 }

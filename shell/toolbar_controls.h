@@ -14,3 +14,8 @@ inline constexpr int kAngleSnapButtonId = 40074;
 inline constexpr int kZoomExtentsButtonId = 50016;
 
 void FindToolbarControls();
+
+// The buttons as they are now: the host may make its toolbars anew, so each is looked up again when
+// its window is gone. Null: the host had none at start, or has none any more.
+HWND LockButton();
+HWND AngleSnapButton();
