@@ -75,14 +75,17 @@ bool MoveGesture(const MouseEvent& event) {
         if (cursor) SetCursor(cursor);
         return false;
     }
-    if (g_panActive) {
-        if (g_navKind != kWindowViewport) return false;
+    if (g_panActive && g_navKind == kWindowViewport) {
         SendMouse(event.window, WM_MOUSEMOVE, kFastDrag, event.client);
         return true;
     }
-    if (g_navLocked) {
+    if (g_panActive && IsEditorKind(g_navKind)) return false;
+    // A pan that began elsewhere drags nothing once a press in a locked view was refused; only a
+    // zoom that runs beside it goes on.
+    if (g_navLocked && !(g_panActive && g_zoomActive)) {
         if (cursor) SetCursor(cursor);
         return true;
     }
-    return MoveZoom(event);
+    const bool taken = g_zoomActive && MoveZoom(event);
+    return taken || g_navLocked;
 }
