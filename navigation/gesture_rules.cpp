@@ -64,7 +64,7 @@ int CarryOut(NavAction action, POINT point, HWND window) {
 }  // namespace
 
 PressResult ApplyPressRules(const MouseEvent& event) {
-    const unsigned button = PressedButton(event.message);
+    const unsigned button = PressedButton(PressOf(event.message));
     unsigned state = ActiveStates();
     if (host::CurrentModeId() == kPatchOrCrossInsertMode) state |= kNavMiddleClickMode;
     const NavRule* rule =

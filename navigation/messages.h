@@ -14,6 +14,23 @@ inline POINT ToClient(HWND window, POINT point) {
     return point;
 }
 
+// The button press that a message is: the second press of a double click is one as well, for
+// windows whose class wants double clicks. Every other message is itself.
+constexpr UINT PressOf(UINT message) {
+    switch (message) {
+        case WM_LBUTTONDBLCLK: return WM_LBUTTONDOWN;
+        case WM_RBUTTONDBLCLK: return WM_RBUTTONDOWN;
+        case WM_MBUTTONDBLCLK: return WM_MBUTTONDOWN;
+        default: return message;
+    }
+}
+
+// A press of the left, right or middle button, the second one of a double click included.
+constexpr bool IsButtonPress(UINT message) {
+    const UINT press = PressOf(message);
+    return press == WM_LBUTTONDOWN || press == WM_RBUTTONDOWN || press == WM_MBUTTONDOWN;
+}
+
 // The message that the mouse hook is asked about.
 struct MouseEvent {
     UINT message;

@@ -12,10 +12,6 @@
 
 namespace {
 
-bool IsButtonPress(UINT message) {
-    return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_MBUTTONDOWN;
-}
-
 bool MayStartGesture(const MouseEvent& event, int kind) {
     return IsButtonPress(event.message) && !g_quickXform && kind != kWindowOther && IsAltDown() &&
            !IsCtrlDown();

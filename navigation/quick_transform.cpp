@@ -104,7 +104,7 @@ void EndInEditor(const MouseEvent& event, const EditorDrag& drag) {
 }  // namespace
 
 bool StartQuickTransform(const MouseEvent& event, int kind) {
-    if (event.message != WM_MBUTTONDOWN) return false;
+    if (PressOf(event.message) != WM_MBUTTONDOWN) return false;
     if (!g_settings.mClickXForms && !(g_settings.useShiftClone && IsShiftDown())) return false;
     if (g_quickXform) return false;
     if (IsViewportKind(kind)) return StartInViewport(event);

@@ -11,7 +11,7 @@
 namespace {
 
 bool IsMiddlePressOrRelease(UINT message) {
-    return (message == WM_MBUTTONDOWN && !IsAltDown()) || message == WM_MBUTTONUP;
+    return (PressOf(message) == WM_MBUTTONDOWN && !IsAltDown()) || message == WM_MBUTTONUP;
 }
 
 bool IsBrushInUse() {

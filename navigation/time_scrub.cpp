@@ -61,10 +61,6 @@ bool IsDragMessage(UINT message) {
            message == WM_MBUTTONUP;
 }
 
-bool IsStartMessage(UINT message) {
-    return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_MBUTTONDOWN;
-}
-
 }  // namespace
 
 bool DragTimeScrub(const MouseEvent& event) {
@@ -96,14 +92,14 @@ bool DragTimeScrub(const MouseEvent& event) {
 }
 
 bool StartTimeScrub(const MouseEvent& event) {
-    if (g_scrubState == kScrubOff || !IsStartMessage(event.message)) return false;
+    if (g_scrubState == kScrubOff || !IsButtonPress(event.message)) return false;
     HWND thumb = FindThumb();
     if (!thumb) return false;
     g_thumbPos = CentreOf(thumb);
     g_scrubLast = event.screen;
     g_scrubState = kScrubDragging;
     const POINT point = ToClient(thumb, g_thumbPos);
-    switch (event.message) {
+    switch (PressOf(event.message)) {
         case WM_RBUTTONDOWN:
             g_savedIsolatedPlayback = g_isolatedPlayback;
             g_isolatedPlayback = 0;
