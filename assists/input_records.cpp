@@ -4,12 +4,16 @@ INPUT kInAltDown;
 INPUT kInAltUp;
 INPUT kInCtrlDown;
 INPUT kInCtrlUp;
+INPUT kInRCtrlDown;
+INPUT kInRCtrlUp;
 INPUT kInLShiftDown;
 INPUT kInLShiftUp;
 INPUT kInRShiftDown;
 INPUT kInRShiftUp;
 INPUT kInLeftDown;
 INPUT kInLeftUp;
+INPUT kInRightDown;
+INPUT kInRightUp;
 INPUT kInMiddleDown;
 INPUT kInMiddleUp;
 
@@ -39,12 +43,24 @@ void BuildInputRecords() {
     kInAltUp = KeyRecord(VK_MENU, KEYEVENTF_KEYUP);
     kInCtrlDown = KeyRecord(VK_CONTROL, 0);
     kInCtrlUp = KeyRecord(VK_CONTROL, KEYEVENTF_KEYUP);
+    kInRCtrlDown = KeyRecord(VK_RCONTROL, KEYEVENTF_EXTENDEDKEY);
+    kInRCtrlUp = KeyRecord(VK_RCONTROL, KEYEVENTF_EXTENDEDKEY | KEYEVENTF_KEYUP);
     kInLShiftDown = KeyRecord(VK_LSHIFT, 0);
     kInLShiftUp = KeyRecord(VK_LSHIFT, KEYEVENTF_KEYUP);
     kInRShiftDown = KeyRecord(VK_RSHIFT, 0);
     kInRShiftUp = KeyRecord(VK_RSHIFT, KEYEVENTF_KEYUP);
     kInLeftDown = MouseRecord(MOUSEEVENTF_LEFTDOWN);
     kInLeftUp = MouseRecord(MOUSEEVENTF_LEFTUP);
+    kInRightDown = MouseRecord(MOUSEEVENTF_RIGHTDOWN);
+    kInRightUp = MouseRecord(MOUSEEVENTF_RIGHTUP);
     kInMiddleDown = MouseRecord(MOUSEEVENTF_MIDDLEDOWN);
     kInMiddleUp = MouseRecord(MOUSEEVENTF_MIDDLEUP);
+}
+
+const INPUT& ClickDown() {
+    return GetSystemMetrics(SM_SWAPBUTTON) ? kInRightDown : kInLeftDown;
+}
+
+const INPUT& ClickUp() {
+    return GetSystemMetrics(SM_SWAPBUTTON) ? kInRightUp : kInLeftUp;
 }

@@ -20,3 +20,9 @@ inline bool IsShiftDown() {
 inline bool IsShiftAlone() {
     return !IsCtrlDown() && IsShiftDown();
 }
+
+// Whether Alt was down when the message that is being handled was made: unlike the questions above
+// it does not see input that still waits behind the message.
+inline bool WasAltDown() {
+    return GetKeyState(VK_MENU) < 0;
+}

@@ -12,6 +12,7 @@ int g_selCtrl = 0;
 int g_selShift = 0;
 int g_selCtrlShift = 0;
 int g_selectNotPushed = 0;
+int g_replayWaits = 0;
 int g_sculptRedirect = 0;
 int g_scrubState = kScrubOff;
 int g_scrubWrapped = 0;

@@ -24,6 +24,9 @@ extern int g_selCtrl;
 extern int g_selShift;
 extern int g_selCtrlShift;
 extern int g_selectNotPushed;  // no select mode to pop at the end of the click
+// Above 0 while the press that a Ctrl click was replaced by waits in the queue: how many events may
+// still be put behind it.
+extern int g_replayWaits;
 
 // The middle button is being replayed as Alt and left button for a brush.
 extern int g_sculptRedirect;

@@ -28,13 +28,13 @@ SculptRedirect RedirectToSculpt(const MouseEvent& event, int kind) {
         if (event.message == WM_MBUTTONUP) {
             if (!g_sculptRedirect) return untouched;
             // What was pressed is released, whether or not the brush is still in use.
-            SendRecords(kInLeftUp, kInAltUp);
+            SendRecords(ClickUp(), kInAltUp);
             g_sculptRedirect = 0;
             return SculptRedirect::kSwallow;
         }
         if (IsBrushInUse()) {
             g_sculptRedirect = 1;
-            SendRecords(kInAltDown, kInLeftDown);
+            SendRecords(kInAltDown, ClickDown());
             return SculptRedirect::kSwallow;
         }
     }

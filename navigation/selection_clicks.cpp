@@ -87,16 +87,44 @@ void SendSelectingClick(const MouseEvent& event) {
     if (is_saved) SetKeyboardState(saved);
 }
 
+// Presses and releases of a user who is faster than the host. More would only come if the replayed
+// press were lost on its way.
+constexpr int kMostPutBehind = 4;
+
+// The Ctrl that is down is released for the length of the press. A general Ctrl is the left one.
+bool SendAltClick() {
+    const bool right = GetAsyncKeyState(VK_RCONTROL) < 0;
+    if (!right) return SendRecords(kInAltDown, kInCtrlUp, ClickDown(), kInCtrlDown);
+    if (GetAsyncKeyState(VK_LCONTROL) >= 0) {
+        return SendRecords(kInAltDown, kInRCtrlUp, ClickDown(), kInRCtrlDown);
+    }
+    return SendRecords(kInAltDown, kInCtrlUp, kInRCtrlUp, ClickDown(), kInCtrlDown, kInRCtrlDown);
+}
+
 // A Ctrl click becomes an Alt click, which deselects. The order matters: the records change the key
 // state at once but are delivered later, so the click passes this hook again with Alt and Ctrl down
 // and is let through for its Alt; the window, which sees the keys as its message does, finds Alt
 // down and Ctrl up.
 void ReplayAsAltClick() {
     g_selCtrl = 1;
-    SendRecords(kInAltDown, kInCtrlUp, kInLeftDown, kInCtrlDown);
+    g_replayWaits = SendAltClick() ? kMostPutBehind : 0;
+}
+
+// In a busy host the user's own release, and the next click, wait ahead of the replayed press. They
+// are put behind it: swallowed and injected again.
+bool PutBehindReplay(const INPUT& record) {
+    --g_replayWaits;
+    return SendRecords(record);
+}
+
+// The replayed press is the first one with the injected Alt: what comes before it is the user's.
+void NoteReplayedPress() {
+    if (g_replayWaits && WasAltDown()) g_replayWaits = 0;
 }
 
 bool PressLeft(const MouseEvent& event, int kind) {
+    NoteReplayedPress();
+    if (g_replayWaits && PutBehindReplay(ClickDown())) return true;
     if (IsAltDown()) return false;
     const bool ctrl = IsCtrlDown();
     if (!IsShiftDown()) {
@@ -118,6 +146,8 @@ bool PressLeft(const MouseEvent& event, int kind) {
 
 bool ReleaseLeft(const MouseEvent& event) {
     if (g_selCtrl) {
+        if (g_replayWaits && PutBehindReplay(ClickUp())) return true;
+        g_replayWaits = 0;
         g_selCtrl = 0;
         SendMouse(event.window, WM_LBUTTONUP, 0, event.client);
         SendRecords(kInAltUp);
@@ -173,6 +203,9 @@ bool Move(const MouseEvent& event, int kind) {
 bool EmulateSelection(const MouseEvent& event, int kind) {
     switch (event.message) {
         case WM_LBUTTONDOWN: return IsClickEmulated() && PressLeft(event, kind);
+        // The replayed press comes as the second one of a double click where the system counts the
+        // swallowed one.
+        case WM_LBUTTONDBLCLK: NoteReplayedPress(); return false;
         case WM_LBUTTONUP: return IsClickEmulated() && ReleaseLeft(event);
         case WM_MOUSEMOVE: return Move(event, kind);
         default: return false;

@@ -28,6 +28,7 @@ inline constexpr Global kGlobals[] = {
     {"g_selShift", GlobalKind::kNumber},
     {"g_selCtrlShift", GlobalKind::kNumber},
     {"g_selectNotPushed", GlobalKind::kNumber},
+    {"g_replayWaits", GlobalKind::kNumber},
     {"g_sculptRedirect", GlobalKind::kNumber},
     {"g_scrubState", GlobalKind::kNumber},
     {"g_scrubWrapped", GlobalKind::kNumber},

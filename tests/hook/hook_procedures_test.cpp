@@ -318,8 +318,9 @@ TEST(InputRecords, AreFilledOnce) {
     };
     for (const Key& expected :
          {Key{kInAltDown, 18, 0}, Key{kInAltUp, 18, 2}, Key{kInCtrlDown, 17, 0},
-          Key{kInCtrlUp, 17, 2}, Key{kInLShiftDown, 160, 0}, Key{kInLShiftUp, 160, 2},
-          Key{kInRShiftDown, 161, 0}, Key{kInRShiftUp, 161, 2}}) {
+          Key{kInCtrlUp, 17, 2}, Key{kInRCtrlDown, 163, 1}, Key{kInRCtrlUp, 163, 3},
+          Key{kInLShiftDown, 160, 0}, Key{kInLShiftUp, 160, 2}, Key{kInRShiftDown, 161, 0},
+          Key{kInRShiftUp, 161, 2}}) {
         EXPECT_EQ(expected.record.type, static_cast<DWORD>(INPUT_KEYBOARD));
         EXPECT_EQ(expected.record.ki.wVk, expected.key);
         EXPECT_EQ(expected.record.ki.wScan, 0);
@@ -331,8 +332,9 @@ TEST(InputRecords, AreFilledOnce) {
         const INPUT& record;
         DWORD flags;
     };
-    for (const Button& expected : {Button{kInLeftDown, 2}, Button{kInLeftUp, 4},
-                                   Button{kInMiddleDown, 32}, Button{kInMiddleUp, 64}}) {
+    for (const Button& expected :
+         {Button{kInLeftDown, 2}, Button{kInLeftUp, 4}, Button{kInRightDown, 8},
+          Button{kInRightUp, 16}, Button{kInMiddleDown, 32}, Button{kInMiddleUp, 64}}) {
         EXPECT_EQ(expected.record.type, static_cast<DWORD>(INPUT_MOUSE));
         EXPECT_EQ(expected.record.mi.dx, 0);
         EXPECT_EQ(expected.record.mi.dy, 0);

@@ -88,7 +88,6 @@ WNDPROC ProcedureBelowTwoGibibytes() {
 
 extern HWND g_lastFocusedViewport;
 PluginSettings g_settings;
-INPUT kInAltDown, kInAltUp, kInCtrlDown, kInCtrlUp, kInLeftDown;
 int g_hostRelease = 13900;
 int g_graphiteSculptTool = 0;
 int g_graphitePdTool = 0;
