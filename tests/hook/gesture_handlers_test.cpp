@@ -22,12 +22,28 @@ namespace {
 using Effects = std::vector<std::string>;
 
 Effects g_effects;
+Effects g_states;  // of the gesture, at each effect
 WindowKind g_kind = kWindowOther;
 bool g_perspective = true;
 bool g_user_view = false;
 
 const HWND kWindow = reinterpret_cast<HWND>(0x1234);
 constexpr POINT kPoint = {200, 150};
+
+std::string State() {
+    std::string state = std::to_string(g_navKind);
+    if (g_orbitActive) state += " orbit";
+    if (g_zoomActive) state += " zoom";
+    if (g_panActive) state += " pan";
+    if (g_navLocked) state += " locked";
+    if (g_altUpPending) state += " owes Alt";
+    return state;
+}
+
+void Note(const std::string& effect) {
+    g_effects.push_back(effect);
+    g_states.push_back(State());
+}
 
 std::string MessageName(UINT message) {
     switch (message) {
@@ -42,12 +58,12 @@ std::string MessageName(UINT message) {
 LRESULT WINAPI PlayedSendMessage(HWND window, UINT message, WPARAM keys, LPARAM point) {
     EXPECT_EQ(window, kWindow);
     EXPECT_EQ(point, MAKELPARAM(kPoint.x, kPoint.y));
-    g_effects.push_back(MessageName(message) + " " + std::to_string(keys));
+    Note(MessageName(message) + " " + std::to_string(keys));
     return 0;
 }
 
 UINT WINAPI PlayedSendInput(UINT count, INPUT*, int) {
-    g_effects.push_back("input of " + std::to_string(count));
+    Note("input of " + std::to_string(count));
     return count;
 }
 
@@ -67,18 +83,18 @@ WindowKind ClassifyWindow(HWND) {
 }
 
 void SuspendToolForView(int mode, POINT, HWND) {
-    g_effects.push_back("suspend for " + std::to_string(mode));
+    Note("suspend for " + std::to_string(mode));
 }
 
 void ResumeToolAfterView(POINT, HWND) {
-    g_effects.push_back("resume");
+    Note("resume");
     g_orbitActive = 0;
     g_zoomActive = 0;
     g_panActive = 0;
 }
 
 void PressViewButton(HWND, int mode, bool checked) {
-    g_effects.push_back((checked ? "press for " : "release for ") + std::to_string(mode));
+    Note((checked ? "press for " : "release for ") + std::to_string(mode));
 }
 
 namespace host {
@@ -94,10 +110,10 @@ bool Viewport::IsUserView() const {
     return g_user_view;
 }
 void PushStandardMode(int id) {
-    g_effects.push_back("push " + std::to_string(id));
+    Note("push " + std::to_string(id));
 }
 void PopModeIfStacked() {
-    g_effects.push_back("pop");
+    Note("pop");
 }
 
 }  // namespace host
@@ -139,8 +155,9 @@ constexpr bool IsStarter(Handler handler) {
     return handler == StartOrbit || handler == StartPan || handler == StartZoom;
 }
 
-void SetUp(const Cell& cell) {
+void Arrange(const Cell& cell) {
     g_effects.clear();
+    g_states.clear();
     g_settings = {};
     g_perspective = true;
     g_user_view = false;
@@ -158,7 +175,7 @@ void Check(
     const std::function<void()>& arrange = [] {}) {
     for (const Cell& cell : cells) {
         SCOPED_TRACE(std::string(name) + " in kind " + std::to_string(cell.kind));
-        SetUp(cell);
+        Arrange(cell);
         arrange();
         EXPECT_EQ(cell.handler(kPoint, kWindow), cell.answer);
         EXPECT_EQ(g_effects, cell.effects);
@@ -354,6 +371,49 @@ TEST(PendingAlt, IsReleasedOnce) {
     ReleasePendingAlt();
     ReleasePendingAlt();
     EXPECT_EQ(g_effects, Effects{"input of 1"});
+}
+
+// A window may let further events in while it handles a message, and these must find the gesture as
+// it is from that message on.
+TEST(State, AtEachEffectOfAHandler) {
+    struct Case {
+        Handler handler;
+        int kind;
+        Flags before;
+        Effects states;
+        bool refused = false;
+    };
+    const Flags refused = {.orbit = 1, .locked = 1};
+    const Case cases[] = {
+        {StartOrbit, 1, kIdle, {"1 orbit owes Alt"}},
+        {StartPan, 1, kIdle, {"1 pan owes Alt"}},
+        {StartZoom, 1, kIdle, {"1 zoom owes Alt"}},
+        {StartZoom, 5, kIdle, {"5 zoom owes Alt"}},
+        {StartZoom, 8, kIdle, {"8 owes Alt", "8 zoom owes Alt"}},
+        {OrbitToZoom, 1, refused, {"1 zoom owes Alt", "1 zoom owes Alt"}},
+        {OrbitToZoom, 5, refused, {"5 zoom owes Alt", "5 zoom owes Alt"}},
+        {PanToZoom, 1, kPan, {"1 pan owes Alt", "1 zoom owes Alt", "1 zoom owes Alt"}},
+        {PanToZoom, 5, kPan, {"5 zoom owes Alt", "5 zoom owes Alt"}},
+        {PanToZoom, 8, kPan, {"8 pan owes Alt", "8 owes Alt", "8 owes Alt"}},
+        {ZoomToPan, 1, kZoom, Effects(4, "1 pan owes Alt")},
+        {ZoomToPan, 5, kZoom, Effects(2, "5 pan owes Alt")},
+        {ZoomToPan, 8, kZoom, Effects(4, "8 pan owes Alt")},
+        {ZoomToOrbit, 1, kZoom, {"1 owes Alt", "1 orbit owes Alt"}},
+        {ZoomToOrbit, 1, kZoom, {"1 owes Alt", "1 owes Alt"}, true},
+        {ZoomToOrbit, 5, kZoom, {"5 owes Alt"}},
+        {EndZoom, 1, kZoom, {"1 owes Alt", "1 owes Alt"}},
+        {EndZoom, 5, kZoom, {"5 owes Alt", "5 owes Alt"}},
+        {EndZoom, 8, kZoom, {"8 zoom owes Alt", "8 owes Alt"}},
+        {EndPan, 1, kPan, {"1 owes Alt", "1 owes Alt"}},
+        {EndPan, 5, kPan, {"5 owes Alt"}},
+        {EndOrbit, 1, kOrbit, {"1 owes Alt", "1 owes Alt"}},
+    };
+    for (const Case& c : cases) {
+        Arrange(Cell{c.handler, c.kind, c.before, {}, 0, kIdle});
+        if (c.refused) ForbidOrbit();
+        c.handler(kPoint, kWindow);
+        EXPECT_EQ(g_states, c.states) << "case " << &c - cases << ", kind " << c.kind;
+    }
 }
 
 }  // namespace

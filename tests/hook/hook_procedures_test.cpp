@@ -46,7 +46,7 @@ struct PassedOn {
 };
 std::vector<PassedOn> g_passed_on;
 constexpr LRESULT kAnswerOfTheNext = 77;
-constexpr LPARAM kExtraInfo = 0x1234;
+LPARAM g_extra_info = 0;
 
 bool Takes(const char* name) {
     g_asked.push_back(name);
@@ -63,8 +63,9 @@ SHORT WINAPI PlayedKeyState(int key) {
     return g_alt && key == VK_MENU ? static_cast<SHORT>(0x8000) : SHORT{0};
 }
 
+// Another answer each time, so that it shows which record asked when.
 LPARAM WINAPI PlayedExtraInfo() {
-    return kExtraInfo;
+    return g_extra_info++;
 }
 
 }  // namespace
@@ -310,6 +311,9 @@ TEST_F(HookProcedures, AKeyReleasedDuringAScrubIsKeptInMindOnce) {
 }
 
 TEST(InputRecords, AreFilledOnce) {
+    // Each asks for the extra information at its own making, one after the other.
+    g_extra_info = 0x1234;
+    ULONG_PTR extra_info = 0x1234;
     BuildInputRecords();
     struct Key {
         const INPUT& record;
@@ -326,7 +330,7 @@ TEST(InputRecords, AreFilledOnce) {
         EXPECT_EQ(expected.record.ki.wScan, 0);
         EXPECT_EQ(expected.record.ki.dwFlags, expected.flags);
         EXPECT_EQ(expected.record.ki.time, 0u);
-        EXPECT_EQ(expected.record.ki.dwExtraInfo, static_cast<ULONG_PTR>(kExtraInfo));
+        EXPECT_EQ(expected.record.ki.dwExtraInfo, extra_info++);
     }
     struct Button {
         const INPUT& record;
@@ -341,7 +345,7 @@ TEST(InputRecords, AreFilledOnce) {
         EXPECT_EQ(expected.record.mi.mouseData, 0u);
         EXPECT_EQ(expected.record.mi.dwFlags, expected.flags);
         EXPECT_EQ(expected.record.mi.time, 0u);
-        EXPECT_EQ(expected.record.mi.dwExtraInfo, static_cast<ULONG_PTR>(kExtraInfo));
+        EXPECT_EQ(expected.record.mi.dwExtraInfo, extra_info++);
     }
 }
 

@@ -62,29 +62,51 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lpar
     return kAnswer;
 }
 
-// The same procedure at an address that 32 bits hold, as those of the hosts of that time were.
+// The same procedure at an address between these two.
+WNDPROC ProcedureBetween(ULONG_PTR first, ULONG_PTR last) {
+    void* place = nullptr;
+    for (ULONG_PTR address = first; !place && address < last; address += 0x1000000)
+        place = VirtualAlloc(reinterpret_cast<void*>(address), 0x1000, MEM_RESERVE | MEM_COMMIT,
+                             PAGE_EXECUTE_READWRITE);
+    if (!place) return nullptr;
+    // mov rax, Procedure; jmp rax
+    const ULONG_PTR target = reinterpret_cast<ULONG_PTR>(Procedure);
+    auto* code = static_cast<unsigned char*>(place);
+    code[0] = 0x48;
+    code[1] = 0xB8;
+    for (int i = 0; i < 8; ++i)
+        code[2 + i] = static_cast<unsigned char>(target >> (8 * i));
+    code[10] = 0xFF;
+    code[11] = 0xE0;
+    return reinterpret_cast<WNDPROC>(place);
+}
+
+// At an address that 32 bits hold, as those of the hosts of that time were.
 WNDPROC ProcedureBelowTwoGibibytes() {
-    static const WNDPROC low = [] {
-        void* place = nullptr;
-        for (ULONG_PTR address = 0x20000000; !place && address < 0x70000000; address += 0x1000000)
-            place = VirtualAlloc(reinterpret_cast<void*>(address), 0x1000, MEM_RESERVE | MEM_COMMIT,
-                                 PAGE_EXECUTE_READWRITE);
-        if (!place) return WNDPROC{};
-        // mov rax, Procedure; jmp rax
-        const ULONG_PTR target = reinterpret_cast<ULONG_PTR>(Procedure);
-        auto* code = static_cast<unsigned char*>(place);
-        code[0] = 0x48;
-        code[1] = 0xB8;
-        for (int i = 0; i < 8; ++i)
-            code[2 + i] = static_cast<unsigned char>(target >> (8 * i));
-        code[10] = 0xFF;
-        code[11] = 0xE0;
-        return reinterpret_cast<WNDPROC>(place);
-    }();
+    static const WNDPROC low = ProcedureBetween(0x20000000, 0x70000000);
     return low;
 }
 
+// What is passed on to an earlier procedure: carried out, or only noted.
+bool g_only_note_calls = false;
+WNDPROC g_called_procedure = nullptr;
+
+LRESULT WINAPI PlayedCallWindowProc(WNDPROC procedure, HWND window, UINT message, WPARAM wparam,
+                                    LPARAM lparam) {
+    using Call = LRESULT(WINAPI*)(WNDPROC, HWND, UINT, WPARAM, LPARAM);
+    static const auto call = reinterpret_cast<Call>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("user32.dll"), "CallWindowProcA")));
+    if (!g_only_note_calls) return call(procedure, window, message, wparam, lparam);
+    g_called_procedure = procedure;
+    return kAnswer;
+}
+
 }  // namespace
+
+// The import slot of a Win32 call that is looked at.
+extern "C" {
+void* __imp_CallWindowProcA = reinterpret_cast<void*>(PlayedCallWindowProc);
+}
 
 extern HWND g_lastFocusedViewport;
 PluginSettings g_settings;
@@ -424,6 +446,28 @@ TEST_F(HostWindows, CharactersPassTheFilter) {
         EXPECT_EQ(SendMessageA(view, WM_KEYUP, static_cast<WPARAM>(key), 0), 0);
     }
     EXPECT_EQ(g_messages, (std::vector<Message>{{view, WM_CHAR, VK_LEFT, 0}}));
+}
+
+// A host of that time has its code below two gibibytes, so nothing is lost there.
+TEST_F(HostWindows, TheFilterKeeps32BitsOfTheEarlierProcedure) {
+    g_hostRelease = 6999;
+    const WNDPROC procedures[] = {ProcedureBetween(0x720000000, 0x770000000),
+                                  ProcedureBetween(0x90000000, 0xF0000000)};
+    for (const WNDPROC procedure : procedures) {
+        ASSERT_NE(procedure, nullptr);
+        const HWND view = MakeView(Make("ViewPanel"), "FarView");
+        const LONG_PTR before = GetWindowLongPtrA(view, GWLP_WNDPROC);
+        SetWindowLongPtrA(view, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
+        g_active_view = view;
+        InstallViewportKeyFilters();
+        g_only_note_calls = true;
+        EXPECT_EQ(SendMessageA(view, WM_KEYDOWN, VK_PRIOR, 0), kAnswer);
+        SetWindowLongPtrA(view, GWLP_WNDPROC, before);
+        g_only_note_calls = false;
+        // As a signed number of 32 bits.
+        EXPECT_EQ(reinterpret_cast<LONG_PTR>(g_called_procedure),
+                  static_cast<int>(reinterpret_cast<LONG_PTR>(procedure)));
+    }
 }
 
 TEST_F(HostWindows, MovesOverAnOpenMenuAreTheHosts) {

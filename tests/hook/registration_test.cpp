@@ -1,0 +1,241 @@
+// What the plug-in hands to the system and to the host while it is loaded and started: its hooks,
+// its script functions, and its search for the host's buttons. Each call is written down.
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "assists/input_records.h"
+#include "assists/keyboard_hook.h"
+#include "host/host.h"
+#include "navigation/mouse_hook.h"
+#include "navigation/window_kind.h"
+#include "shell/class_descriptor.h"
+#include "shell/module.h"
+#include "shell/toolbar_controls.h"
+
+// Last, because they define macros in lower case.
+#include <maxscript/maxscript.h>
+
+#include <maxscript/foundation/functions.h>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+HWND WindowNumber(int number) {
+    return reinterpret_cast<HWND>(static_cast<INT_PTR>(number));
+}
+const HWND kMain = WindowNumber(0x100);
+const HWND kForeground = WindowNumber(0x200);
+const HWND kFrame = WindowNumber(0x300);
+const HWND kBar = WindowNumber(0x400);
+
+Lines g_lines;
+HWND g_foreground = kForeground;
+std::string g_title;
+
+// The script functions register themselves before any object of this file that has a constructor.
+struct Registered {
+    const char* name;
+    value_cf function;
+    short flags;
+};
+Registered g_registered[16];
+int g_registered_count = 0;
+
+void PlayedPrimitive(Primitive*, MCHAR* name, value_cf function, short flags) {
+    if (g_registered_count < 16) g_registered[g_registered_count] = {name, function, flags};
+    ++g_registered_count;
+}
+void PlayedPrimitiveEnd(Primitive*) {}
+
+HHOOK WINAPI PlayedSetHook(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
+    g_lines.push_back("hook " + std::to_string(kind) + (module ? " of a module" : "") +
+                      (thread == GetCurrentThreadId() ? " for this thread: " : " for ?: ") +
+                      (procedure == KeyboardProc ? "keys" : "mouse"));
+    return nullptr;
+}
+
+// Each control that is looked for is found, as the window of its number.
+BOOL WINAPI PlayedEnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM found) {
+    EXPECT_EQ(callback, FindButtonByIdAndText);
+    g_lines.push_back("look for " + std::to_string(g_searchCtrlId) + " in " +
+                      (parent == kMain    ? "main"
+                       : parent == kFrame ? "frame"
+                                          : "?"));
+    *reinterpret_cast<HWND*>(found) = WindowNumber(g_searchCtrlId);
+    return TRUE;
+}
+
+HWND WINAPI PlayedParent(HWND window) {
+    if (window == WindowNumber(50016)) return kBar;
+    return window == kBar ? kFrame : nullptr;
+}
+
+HWND WINAPI PlayedForeground() {
+    return g_foreground;
+}
+
+int WINAPI PlayedWindowText(HWND window, LPSTR text, int size) {
+    EXPECT_EQ(window, kForeground);
+    g_lines.push_back("title in " + std::to_string(size));
+    lstrcpynA(text, g_title.c_str(), size);
+    return lstrlenA(text);
+}
+
+BOOL WINAPI PlayedIsWindow(HWND) {
+    return TRUE;
+}
+
+}  // namespace
+
+// The import slots of the calls, filled by hand. Those of the host stand under the names that our
+// declarations give them.
+extern "C" {
+void* __imp__ZN9PrimitiveC1EPcPFP5ValuePS2_iEs = reinterpret_cast<void*>(PlayedPrimitive);
+void* __imp__ZN9PrimitiveD1Ev = reinterpret_cast<void*>(PlayedPrimitiveEnd);
+char g_true_place[16];
+char g_false_place[16];
+void* __imp_true_value = g_true_place;
+void* __imp_false_value = g_false_place;
+void* __imp_SetWindowsHookExA = reinterpret_cast<void*>(PlayedSetHook);
+void* __imp_EnumChildWindows = reinterpret_cast<void*>(PlayedEnumChildWindows);
+void* __imp_GetParent = reinterpret_cast<void*>(PlayedParent);
+void* __imp_GetForegroundWindow = reinterpret_cast<void*>(PlayedForeground);
+void* __imp_GetWindowTextA = reinterpret_cast<void*>(PlayedWindowText);
+void* __imp_IsWindow = reinterpret_cast<void*>(PlayedIsWindow);
+}
+
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+
+HINSTANCE g_module = nullptr;
+int g_searchCtrlId = 0;
+char g_searchText[128] = "";
+
+BOOL CALLBACK FindButtonByIdAndText(HWND, LPARAM) {
+    return TRUE;
+}
+void BuildInputRecords() {
+    g_lines.push_back("records");
+}
+LRESULT CALLBACK KeyboardProc(int, WPARAM, LPARAM) {
+    return 0;
+}
+LRESULT CALLBACK MouseHookProc(int, WPARAM, LPARAM) {
+    return 1;
+}
+char* LoadText(int) {
+    return nullptr;
+}
+KarvelMaxClassDesc& KarvelMaxDescriptor() {
+    static char place[sizeof(KarvelMaxClassDesc)];
+    return *reinterpret_cast<KarvelMaxClassDesc*>(place);
+}
+
+namespace host {
+
+const MCHAR* TextForHost(const char* text) {
+    return text;
+}
+unsigned long VersionWord() {
+    return 0;
+}
+HWND MainWindow() {
+    return kMain;
+}
+std::optional<int> ButtonFlyout(HWND button) {
+    g_lines.push_back("flyout of " + std::to_string(reinterpret_cast<INT_PTR>(button)));
+    return 0;
+}
+void ChooseButtonFlyout(HWND, int entry) {
+    g_lines.push_back("choose " + std::to_string(entry));
+}
+void ZoomExtentsOfActiveView() {
+    g_lines.push_back("zoom extents");
+}
+
+}  // namespace host
+
+namespace {
+
+Lines Taken() {
+    Lines lines;
+    lines.swap(g_lines);
+    return lines;
+}
+
+Value* Call(const char* name, int count = 0) {
+    for (const Registered& one : g_registered) {
+        if (one.name && std::strcmp(one.name, name) == 0) return one.function(nullptr, count);
+    }
+    ADD_FAILURE() << name << " is not registered";
+    return nullptr;
+}
+bool IsTrue(const Value* value) {
+    return reinterpret_cast<const char*>(value) == g_true_place;
+}
+bool IsFalse(const Value* value) {
+    return reinterpret_cast<const char*>(value) == g_false_place;
+}
+
+TEST(Loading, HooksAreSetForTheLoadingThreadWithoutAModule) {
+    Taken();
+    const HINSTANCE module = reinterpret_cast<HINSTANCE>(static_cast<INT_PTR>(0x777));
+    EXPECT_EQ(DllMain(module, DLL_PROCESS_ATTACH, nullptr), TRUE);
+    EXPECT_EQ(g_module, module);
+    EXPECT_EQ(Taken(),
+              (Lines{"hook 2 for this thread: keys", "hook 7 for this thread: mouse", "records"}));
+}
+
+TEST(Loading, ScriptFunctionsAreRegisteredInTheirOrder) {
+    ASSERT_EQ(g_registered_count, 6);
+    const char* const names[] = {"trackview_isFocused",   "trackbar_isFocused",
+                                 "kv_graphiteSculptTool", "kv_graphitePdTool",
+                                 "kv_polyShiftActive",    "kv_zoomExtents"};
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_STREQ(g_registered[i].name, names[i]);
+        EXPECT_EQ(g_registered[i].flags, 0);
+    }
+}
+
+TEST(Start, FourButtonsAreLookedForInTheirOrder) {
+    Taken();
+    FindToolbarControls();
+    EXPECT_EQ(Taken(), (Lines{"look for 59231 in main", "look for 40074 in main",
+                              "look for 50021 in main", "look for 50016 in main"}));
+    EXPECT_EQ(g_lockButton, WindowNumber(59231));
+    EXPECT_EQ(g_angleSnapButton, WindowNumber(40074));
+    EXPECT_EQ(g_button50021, WindowNumber(50021));
+    EXPECT_EQ(g_zoomExtentsButton, WindowNumber(50016));
+    EXPECT_EQ(g_navigationPanel, kFrame);
+}
+
+TEST(ScriptFunctions, TheTitleIsReadIntoABufferOf512) {
+    Taken();
+    g_title = "Track View - " + std::string(600, 'x');
+    EXPECT_TRUE(IsTrue(Call("trackview_isFocused")));
+    g_title = "Trackbar";
+    EXPECT_TRUE(IsTrue(Call("trackbar_isFocused")));
+    EXPECT_EQ(Taken(), (Lines{"title in 512", "title in 512"}));
+    g_foreground = nullptr;
+    EXPECT_TRUE(IsFalse(Call("trackview_isFocused")));
+    g_foreground = kForeground;
+    EXPECT_EQ(Taken(), Lines{});
+}
+
+TEST(ScriptFunctions, TheFlyoutIsLookedForInItsFrame) {
+    FindToolbarControls();
+    Taken();
+    EXPECT_TRUE(IsTrue(Call("kv_zoomExtents")));
+    EXPECT_EQ(Taken(), (Lines{"look for 50016 in frame", "flyout of 50016", "zoom extents"}));
+    EXPECT_TRUE(IsTrue(Call("kv_zoomExtents", 1)));
+    EXPECT_EQ(Taken(), (Lines{"look for 50016 in frame", "flyout of 50016", "choose 1"}));
+}
+
+}  // namespace
