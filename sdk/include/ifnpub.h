@@ -10,11 +10,23 @@ typedef short FunctionID;
 typedef int FPStatus;
 #define FPS_FAIL 0
 
-// A value of any published type. The plug-in only passes references on.
+// A value of any published type: the type's number, then the value itself. The host makes them.
 class FPValue {
 public:
     FPValue() = delete;
+    FPValue(const FPValue&) = delete;
+    FPValue& operator=(const FPValue&) = delete;
+
+    // Takes the value that stands in the 8 bytes at `arguments`, answers where the next one would.
     SDK_CORE_API char* Loadva(int type, char* arguments, bool byValue);
+
+    int type;
+    union {
+        int i;
+        DWORD dw;
+        const MCHAR* s;
+        void* ptr;
+    };
 };
 
 // Function publishing: a host object lets MAXScript call its members by number. The plug-in never

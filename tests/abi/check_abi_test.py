@@ -128,6 +128,30 @@ class Declarations(Copies):
                     "        TabHdr* callbacks = nullptr;\n        void* more = nullptr;\n")
         self.assert_difference("IMenu: offset of base IMenuElement: expected 32, found 40")
 
+    def test_id_without_a_copy_constructor(self):
+        self.change("maxtypes.h", "    Interface_ID(const Interface_ID& other) : a(other.a), "
+                    "b(other.b) {}\n", "")
+        errors = self.assert_difference(
+            "Interface_ID: as an argument: expected address, found register")
+        self.assertEqual(len(errors), 1)
+
+    def test_interval_with_a_copy_constructor(self):
+        self.change("interval.h", "    TimeValue Start() const",
+                    "    Interval(const Interval& o) : start(o.start), end(o.end) {}\n"
+                    "    TimeValue Start() const")
+        self.assert_difference("Interval: as an argument: expected register, found address")
+
+    def test_class_by_value_that_the_table_does_not_know(self):
+        table = self.directory / "table.txt"
+        text = (ROOT / "tests" / "abi" / "host_layout.txt").read_text(encoding="utf-8")
+        table.write_text(text.replace("travels ACCEL address result address\n", ""),
+                         encoding="utf-8")
+        status, errors = run_tool("--declarations", self.include, "--table", table)
+        self.assertEqual(status, 1)
+        self.assertEqual(errors, [
+            f"check_abi: ActionTable: slot {slot}: ACCEL: expected a line 'travels', found none"
+            for slot in (51, 52, 53)])
+
     def test_declarations_that_do_not_compile(self):
         self.change("hold.h", "class Hold {", "class Hold [")
         status, errors = run_tool("--declarations", self.include)
