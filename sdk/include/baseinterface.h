@@ -28,7 +28,7 @@ public:
     virtual LifetimeType LifetimeControl() { return noRelease; }
     virtual bool RegisterNotifyCallback(InterfaceNotifyCallback*) { return false; }
     virtual void UnRegisterNotifyCallback(InterfaceNotifyCallback*) {}
-    virtual BaseInterface* AcquireInterface() { return nullptr; }
+    virtual BaseInterface* AcquireInterface() { return this; }
     virtual void ReleaseInterface() {}
     virtual void DeleteInterface() {}
     virtual BaseInterface* CloneInterface(void* = nullptr) { return nullptr; }

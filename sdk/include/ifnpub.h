@@ -3,12 +3,22 @@
 #include <baseinterface.h>
 
 class ActionTable;
+class FPInterface;
 class FPInterfaceDesc;
-class FPParams;
 
 typedef short FunctionID;
 typedef int FPStatus;
 #define FPS_FAIL 0
+#define FPS_OK 1
+#define FPS_NO_SUCH_FUNCTION -1
+
+// The types of the values that an action table publishes.
+enum ParamType2 {
+    TYPE_INT = 1,
+    TYPE_STRING = 8,
+    TYPE_INTERFACE = 39,
+    TYPE_DWORD = 45,
+};
 
 // A value of any published type: the type's number, then the value itself. The host makes them.
 class FPValue {
@@ -25,8 +35,14 @@ public:
         int i;
         DWORD dw;
         const MCHAR* s;
-        void* ptr;
+        FPInterface* fi;
     };
+};
+
+// The arguments of a call by number.
+class FPParams {
+public:
+    Tab<FPValue> params;
 };
 
 // Function publishing: a host object lets MAXScript call its members by number. The plug-in never
@@ -64,20 +80,19 @@ class FPMixinInterface : public FPInterface {
 public:
     LifetimeType LifetimeControl() override { return serverControlled; }
     SDK_CORE_API bool RegisterNotifyCallback(InterfaceNotifyCallback* callback) override;
-#if defined(_MSC_VER) && !defined(SDK_BUILDING_CORE)
-    inline void UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) override;
-#else
-    SDK_CORE_API void UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) override;
-#endif
+    void UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) override {
+        for (int index = callbacks == nullptr ? 0 : callbacks->Count(); index-- > 0;) {
+            if ((*callbacks)[index] == callback) {
+                callbacks->Delete(index, 1);
+            }
+        }
+    }
     virtual FPInterfaceDesc* GetDescByID(Interface_ID) { return nullptr; }
 
 protected:
-    // Owned and used by the host alone; among it the table of callbacks.
-    struct HostData {
-        void* pointers[2] = {nullptr, nullptr};
-        TabHdr* callbacks = nullptr;
-    };
-    HostData hostData;
+    // Owned by the host alone; it makes the table when the first callback comes.
+    void* hostData = nullptr;
+    Tab<InterfaceNotifyCallback*>* callbacks = nullptr;
 };
 
 // Function publishing of an object that exists once. The data of the real class is not declared:

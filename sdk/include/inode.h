@@ -1,8 +1,11 @@
 #pragma once
 
+#include <ifnpub.h>
 #include <ref.h>
 
-class INode : public ReferenceTarget {
+// Its second base has a table of its own, at an offset that nobody here needs: a node is only
+// called through the first one.
+class INode : public ReferenceTarget, public FPMixinInterface {
 public:
     SDK_SLOTS_2(INode, 165, 166)
     virtual MCHAR* GetName() = 0;

@@ -195,16 +195,3 @@ public:
     SDK_TEN_SLOTS(Interface, 54)
     SDK_SLOTS_8(Interface, 550, 551, 552, 553, 554, 555, 556, 557)
 };
-
-#if defined(_MSC_VER) && !defined(SDK_BUILDING_CORE)
-// The host writes its callbacks where only its own code knows, and exports no member that takes one
-// out; every table of its own carries that member, though, at the same slot.
-inline void FPMixinInterface::UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) {
-    typedef void (*Member)(FPMixinInterface*, InterfaceNotifyCallback*);
-    const int kUnRegisterSlot = 5;
-    FPMixinInterface* ofHost = GetCOREInterface()->GetActionManager()->FindTable(kActionMainUI);
-    if (ofHost != nullptr) {
-        (*reinterpret_cast<Member**>(ofHost))[kUnRegisterSlot](this, callback);
-    }
-}
-#endif

@@ -32,6 +32,7 @@
 class ActionTable;
 class Animatable;
 class BitmapManager;
+class Box2;
 class DllDir;
 class ILoad;
 class INode;
@@ -43,7 +44,6 @@ class Interface;
 class Manipulator;
 class ParamBlockDesc2;
 class ParamMap2UserDlgProc;
-class Rect;
 class ReferenceMaker;
 class ReferenceTarget;
 
@@ -95,14 +95,14 @@ public:
     virtual IParamMap2* GetParamMap(ParamBlockDesc2*) { return nullptr; }
     virtual void SetUserDlgProc(ParamBlockDesc2*, ParamMap2UserDlgProc* = nullptr) {}
     virtual ParamMap2UserDlgProc* GetUserDlgProc(ParamBlockDesc2*) { return nullptr; }
-    virtual bool DrawRepresentation(COLORREF, HDC, Rect&) { return false; }
+    virtual bool DrawRepresentation(COLORREF, HDC, Box2&) { return false; }
     virtual int NumInterfaces() { return interfaces.Count(); }
     virtual FPInterface* GetInterfaceAt(int index) { return interfaces[index]; }
     SDK_CORE_API virtual FPInterface* GetInterface(Interface_ID id);
     SDK_CORE_API virtual FPInterface* GetInterface(MCHAR* name);
     SDK_CORE_API virtual void AddInterface(FPInterface* publisher);
-    virtual void ClearInterfaces() { interfaces.Delete(0, interfaces.Count()); }
-    virtual Class_ID SubClassID() { return Class_ID(0, 0); }
+    virtual void ClearInterfaces() { interfaces.ZeroCount(); }
+    virtual Class_ID SubClassID() { return Class_ID(); }
     virtual INT_PTR Execute(int, ULONG_PTR = 0, ULONG_PTR = 0, ULONG_PTR = 0) { return 0; }
 
 private:

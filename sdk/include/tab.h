@@ -35,6 +35,10 @@ public:
     int Delete(int start, int num) {
         return TBDelete(&head, start, num, static_cast<int>(sizeof(T)));
     }
+    // Empties the table and keeps its storage.
+    void ZeroCount() {
+        if (head != nullptr) head->n = 0;
+    }
     T* Addr(INT_PTR index) const { return reinterpret_cast<T*>(head + 1) + index; }
     T& operator[](INT_PTR index) const { return *Addr(index); }
 

@@ -157,7 +157,7 @@ ActionTable::ActionTable(ActionTableId id, ActionContextId contextId, MSTR& name
 ActionTable::~ActionTable() {
     for (int index = 0; index < mOps.Count(); ++index)
         delete mOps[index];
-    zfree(reinterpret_cast<void**>(&hostData.callbacks));
+    delete callbacks;
 }
 
 BaseInterface* ActionTable::GetInterface(Interface_ID id) {

@@ -16,7 +16,7 @@
 
 namespace {
 
-class HostNode final : public INode {
+class HostNode final : public Published<INode> {
 public:
     explicit HostNode(eng_node* handle) : m_handle(handle) {}
     eng_node* Handle() const { return m_handle; }

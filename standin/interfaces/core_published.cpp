@@ -2,6 +2,8 @@
 
 #include "standin/interfaces/core_objects.h"
 
+#include <cstring>
+
 FPStatus FPInterface::Invoke(FunctionID function, TimeValue time, FPValue& result,
                              FPParams* parameters) {
     return _dispatch_fn(function, time, result, parameters);
@@ -33,24 +35,22 @@ FunctionID FPInterface::GetIsVisible(FunctionID) {
 }
 
 bool FPMixinInterface::RegisterNotifyCallback(InterfaceNotifyCallback* callback) {
-    const int count = hostData.callbacks == nullptr ? 0 : hostData.callbacks->n;
-    TBInsertAt(&hostData.callbacks, count, 1, &callback, sizeof(void*), 0);
+    if (callbacks == nullptr) callbacks = new Tab<InterfaceNotifyCallback*>;
+    callbacks->Append(1, &callback);
     return true;
 }
-void FPMixinInterface::UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) {
-    if (hostData.callbacks == nullptr) return;
-    const auto* elements =
-        reinterpret_cast<InterfaceNotifyCallback* const*>(hostData.callbacks + 1);
-    for (int index = hostData.callbacks->n - 1; index >= 0; --index) {
-        if (elements[index] == callback) {
-            TBDelete(&hostData.callbacks, index, 1, sizeof(void*));
-        }
-    }
-}
 
-char* FPValue::Loadva(int, char* arguments, bool) {
-    eng_unexpected("FPValue::Loadva");
-    return arguments;
+char* FPValue::Loadva(int valueType, char* arguments, bool) {
+    constexpr std::size_t kPlace = 8;
+    type = valueType;
+    switch (valueType) {
+        case TYPE_INT: std::memcpy(&i, arguments, sizeof(i)); break;
+        case TYPE_DWORD: std::memcpy(&dw, arguments, sizeof(dw)); break;
+        case TYPE_STRING: std::memcpy(&s, arguments, sizeof(s)); break;
+        case TYPE_INTERFACE: std::memcpy(&fi, arguments, sizeof(fi)); break;
+        default: eng_unexpected("FPValue::Loadva of another type"); break;
+    }
+    return arguments + kPlace;
 }
 
 MCHAR* ClassDesc::GetRsrcString(INT_PTR) {

@@ -53,8 +53,8 @@ private:
 
 Function::~Function() = default;
 
-Primitive::Primitive(GivenText primitiveName, value_cf fn, short init_flags) : fn_ptr(fn) {
-    flags = init_flags;
+Primitive::Primitive(GivenText primitiveName, value_cf fn, short init_flags)
+    : flags(init_flags), fn_ptr(fn) {
     // A flag would have the interpreter treat its calls in another way, which none here does.
     if (init_flags != 0) return;
     eng_register_primitive(Narrow(primitiveName), reinterpret_cast<void*>(fn));

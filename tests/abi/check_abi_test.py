@@ -124,9 +124,14 @@ class Declarations(Copies):
         self.assert_difference("Hold: size: expected 48, found 56")
 
     def test_second_base_moved(self):
-        self.change("ifnpub.h", "        TabHdr* callbacks = nullptr;\n",
-                    "        TabHdr* callbacks = nullptr;\n        void* more = nullptr;\n")
+        self.change("ifnpub.h", "    void* hostData = nullptr;\n",
+                    "    void* hostData[2] = {nullptr, nullptr};\n")
         self.assert_difference("IMenu: offset of base IMenuElement: expected 32, found 40")
+
+    def test_empty_second_base_missing(self):
+        self.change("actiontable.h", ", public Noncopyable", "")
+        self.assert_difference("ActionTable: size: expected 80, found 72",
+                               "ActionTable: offset of mOps: expected 32, found 24")
 
     def test_id_without_a_copy_constructor(self):
         self.change("maxtypes.h", "    Interface_ID(const Interface_ID& other) : a(other.a), "

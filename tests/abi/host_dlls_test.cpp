@@ -127,7 +127,7 @@ public:
     BOOL IsChecked(int id) override { return id == 202; }
     using ActionTable::IsEnabled;
     BOOL IsEnabled(int id) override { return id != 303; }
-    int CallbackCount() const { return hostData.callbacks == nullptr ? 0 : hostData.callbacks->n; }
+    int CallbackCount() const { return callbacks == nullptr ? 0 : callbacks->Count(); }
 };
 
 class ActionTables : public testing::Test {
@@ -190,6 +190,75 @@ TEST_F(ActionTables, RememberAndForgetCallbacks) {
     EXPECT_EQ(table.CallbackCount(), 1);
 }
 
+TEST_F(ActionTables, ForgetEveryEqualCallback) {
+    auto* one = reinterpret_cast<InterfaceNotifyCallback*>(0x1000);
+    auto* other = reinterpret_cast<InterfaceNotifyCallback*>(0x2000);
+    table.UnRegisterNotifyCallback(one);
+    for (auto* callback : {one, one, other, one})
+        table.RegisterNotifyCallback(callback);
+    table.UnRegisterNotifyCallback(one);
+    EXPECT_EQ(table.CallbackCount(), 1);
+    table.UnRegisterNotifyCallback(other);
+    EXPECT_EQ(table.CallbackCount(), 0);
+}
+
+// A value as a script has it: nobody but the host can make one.
+class ScriptValue {
+public:
+    FPValue& operator*() { return *reinterpret_cast<FPValue*>(m_words); }
+    FPValue* operator->() { return &**this; }
+
+private:
+    alignas(FPValue) unsigned char m_words[sizeof(FPValue)] = {};
+};
+
+TEST_F(ActionTables, TellScriptsWhatTheyHoldByNumber) {
+    FPParams parameters;
+    ScriptValue index;
+    index->type = TYPE_INT;
+    index->i = 2;
+    parameters.params.Append(1, &*index);
+    FPInterface& published = table;
+
+    ScriptValue answer;
+    EXPECT_EQ(published._dispatch_fn(0, 4800, *answer, nullptr), FPS_OK);
+    EXPECT_EQ(answer->type, 45);
+    EXPECT_EQ(answer->dw, 17u);
+    EXPECT_EQ(published._dispatch_fn(1, 4800, *answer, nullptr), FPS_OK);
+    EXPECT_EQ(answer->type, 8);
+    EXPECT_STREQ(answer->s, "Karvel actions");
+    EXPECT_EQ(answer->s, table.GetName().data());
+    EXPECT_EQ(published._dispatch_fn(2, 4800, *answer, nullptr), FPS_OK);
+    EXPECT_EQ(answer->type, 45);
+    EXPECT_EQ(answer->dw, 18u);
+    EXPECT_EQ(published._dispatch_fn(3, 4800, *answer, nullptr), FPS_OK);
+    EXPECT_EQ(answer->type, 8);
+    EXPECT_STREQ(answer->s, table.fpGetContextName());
+    EXPECT_EQ(published._dispatch_fn(4, 4800, *answer, nullptr), FPS_OK);
+    EXPECT_EQ(answer->type, 1);
+    EXPECT_EQ(answer->i, 3);
+    EXPECT_EQ(published._dispatch_fn(5, 4800, *answer, &parameters), FPS_OK);
+    EXPECT_EQ(answer->type, 39);
+    EXPECT_EQ(answer->fi, table.GetActionByIndex(2));
+}
+
+TEST_F(ActionTables, LeaveANumberThatTheyDoNotPublish) {
+    for (const FunctionID unknown : {-32768, -1, 6, 7, 32767}) {
+        ScriptValue answer;
+        answer->type = 1;
+        answer->i = 1234;
+        EXPECT_EQ(table._dispatch_fn(unknown, 0, *answer, nullptr), -1) << unknown;
+        EXPECT_EQ(answer->type, 1);
+        EXPECT_EQ(answer->i, 1234);
+    }
+}
+
+TEST_F(ActionTables, AreTheInterfaceThatIsAcquired) {
+    EXPECT_EQ(table.AcquireInterface(), static_cast<BaseInterface*>(&table));
+    EXPECT_EQ(table.CloneInterface(), nullptr);
+    EXPECT_EQ(static_cast<int>(table.LifetimeControl()), 3);
+}
+
 TEST_F(ActionTables, AnswerToTheirOwnInterfaceIdOnly) {
     EXPECT_EQ(table.GetInterface(table.GetID()), static_cast<BaseInterface*>(&table));
     EXPECT_EQ(table.GetInterface(Interface_ID(1, 2)), nullptr);
@@ -220,7 +289,7 @@ TEST(ClassDescriptor, HasTheDefaultsOfTheHost) {
     EXPECT_EQ(asHost.HInstance(), nullptr);
     EXPECT_EQ(asHost.NumParamBlockDescs(), 0);
     EXPECT_EQ(asHost.NumInterfaces(), 0);
-    EXPECT_EQ(asHost.SubClassID(), Class_ID(0, 0));
+    EXPECT_EQ(asHost.SubClassID(), Class_ID(0xFFFFFFFF, 0xFFFFFFFF));
     EXPECT_EQ(asHost.Save(nullptr), IO_OK);
     EXPECT_EQ(asHost.Load(nullptr), IO_OK);
     EXPECT_EQ(asHost.Execute(0), 0);
@@ -235,8 +304,13 @@ TEST(ClassDescriptor, KeepsTheInterfacesThatAreAddedToIt) {
     EXPECT_EQ(descriptor.GetInterfaceAt(0), &table);
     EXPECT_EQ(descriptor.GetInterface(table.GetID()), &table);
     EXPECT_EQ(descriptor.GetInterface(Interface_ID(8, 9)), nullptr);
+    // The storage of the table stays: an empty one and no longer none.
+    TabHdr* const& storage = reinterpret_cast<TabHdr* const*>(&descriptor)[1];
+    TabHdr* const before = storage;
     descriptor.ClearInterfaces();
     EXPECT_EQ(descriptor.NumInterfaces(), 0);
+    EXPECT_EQ(storage, before);
+    EXPECT_EQ(storage->n, 0);
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <Noncopyable.h>
 #include <ifnpub.h>
 #include <strclass.h>
+
+#include <cstring>
 
 class ActionCallback;
 class ActionItem;
@@ -57,7 +60,7 @@ private:
 };
 
 // A table of actions.
-class ActionTable : public FPMixinInterface {
+class ActionTable : public FPMixinInterface, public Noncopyable {
 public:
     SDK_CORE_API ActionTable(ActionTableId id, ActionContextId contextId, MSTR& name,
                              HACCEL hDefaults, int numIds, ActionDescription* pOps,
@@ -68,9 +71,20 @@ public:
 
     SDK_CORE_API BaseInterface* GetInterface(Interface_ID id) override;
     SDK_CORE_API Interface_ID GetID() override;
-    // The host's function map for its own tables is not declared here; a call by number fails, as
-    // it does for a number that a table does not publish.
-    FPStatus _dispatch_fn(FunctionID, TimeValue, FPValue&, FPParams*) override { return FPS_FAIL; }
+    FPStatus _dispatch_fn(FunctionID function, TimeValue, FPValue& result,
+                          FPParams* parameters) override {
+        switch (function) {
+            case kGetId: return Answer(result, TYPE_DWORD, GetId());
+            // The text itself, which lasts as long as this table: nobody would end a copy.
+            case kGetName: return Answer(result, TYPE_STRING, GetName().data());
+            case kGetContextId: return Answer(result, TYPE_DWORD, GetContextId());
+            case kGetContextName: return Answer(result, TYPE_STRING, fpGetContextName());
+            case kGetCount: return Answer(result, TYPE_INT, Count());
+            case kGetActionByIndex:
+                return Answer(result, TYPE_INTERFACE, GetActionByIndex(parameters->params[0].i));
+            default: return FPS_NO_SUCH_FUNCTION;
+        }
+    }
     SDK_CORE_API FPInterfaceDesc* GetDesc() override;
     SDK_CORE_API FPInterfaceDesc* GetDescByID(Interface_ID id) override;
     SDK_CORE_API const MCHAR* fpGetContextName() const;
@@ -106,6 +120,26 @@ public:
     SDK_CORE_API virtual void RemoveShortcutFromTable(ACCEL accelerator);
 
 private:
+    // What a script may call by number.
+    enum : FunctionID {
+        kGetId,
+        kGetName,
+        kGetContextId,
+        kGetContextName,
+        kGetCount,
+        kGetActionByIndex,
+    };
+
+    // Values go to the host in places of 8 bytes each.
+    template <class T>
+    static FPStatus Answer(FPValue& result, ParamType2 type, T value) {
+        ULONG_PTR place = 0;
+        static_assert(sizeof(value) <= sizeof(place));
+        std::memcpy(&place, &value, sizeof(value));
+        result.Loadva(type, reinterpret_cast<char*>(&place), true);
+        return FPS_OK;
+    }
+
     // Owned and used by the host alone.
     Tab<ActionItem*> mOps;
     ActionTableId mId;

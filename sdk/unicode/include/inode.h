@@ -1,8 +1,9 @@
 #pragma once
 
+#include <ifnpub.h>
 #include <ref.h>
 
-class INode : public ReferenceTarget {
+class INode : public ReferenceTarget, public FPMixinInterface {
 public:
     virtual const MCHAR* GetName() = 0;
     virtual void Hide(BOOL onOff) = 0;

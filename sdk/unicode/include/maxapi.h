@@ -133,16 +133,3 @@ public:
     virtual CommandMode* GetCommandStackEntry(int entry) = 0;
     virtual MacroRecorder* GetMacroRecorder() = 0;
 };
-
-#if defined(_MSC_VER) && !defined(SDK_BUILDING_CORE)
-// The host writes its callbacks where only its own code knows, and exports no member that takes one
-// out; every table of its own carries that member, though, at the same slot.
-inline void FPMixinInterface::UnRegisterNotifyCallback(InterfaceNotifyCallback* callback) {
-    typedef void (*Member)(FPMixinInterface*, InterfaceNotifyCallback*);
-    const int kUnRegisterSlot = 5;
-    FPMixinInterface* ofHost = GetCOREInterface()->GetActionManager()->FindTable(kActionMainUI);
-    if (ofHost != nullptr) {
-        (*reinterpret_cast<Member**>(ofHost))[kUnRegisterSlot](this, callback);
-    }
-}
-#endif

@@ -13,7 +13,6 @@ protected:
 
     Value* name = nullptr;
     Value* structure = nullptr;
-    short flags = 0;
 };
 
 // A global function of MAXScript that is written in C++. A static object registers itself when the
@@ -28,5 +27,6 @@ public:
 #endif
 
 private:
+    short flags;
     value_cf fn_ptr;
 };
