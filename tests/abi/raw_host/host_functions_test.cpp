@@ -216,8 +216,8 @@ TEST_F(HostFunctions, ListsOfNodes) {
     *reinterpret_cast<uint64_t*>(list) = Word(&head);
     EXPECT_EQ(Int(m_plugin.Call("NodeCount", {list})), 2);
     EXPECT_EQ(m_plugin.Call("NodeAt", {list, 1}), head.elements[1]);
-    m_host.Expect("TBInsertAt", {list, 2, 1, Argument::At(m_node), 8, 0}, 3);
-    m_plugin.Call("AppendNode", {list, m_node});
+    m_host.Expect("TBInsertAt", {list, 2, 1, Argument::At(m_node), 8, 70001}, 3);
+    m_plugin.Call("AppendNode", {list, m_node, WithRubbish(Travel::kInt, 70001)});
     ExpectOfCore("SelectNodeTab", {list, 1, 1});
     m_plugin.Call("AddToSelection", {list});
     m_host.Expect("zfree", {list});
