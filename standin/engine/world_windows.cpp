@@ -66,8 +66,9 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
     return DefWindowProcA(window, message, wparam, lparam);
 }
 
-void HearOfButton(WPARAM wparam, LPARAM lparam) {
-    if (eng_button* button = ButtonOf(reinterpret_cast<HWND>(lparam)))
+// A toolbar or page goes by the number that the message names, among its own buttons.
+void HearOfButton(HWND parent, WPARAM wparam) {
+    if (eng_button* button = ButtonOf(GetDlgItem(parent, LOWORD(wparam))))
         ButtonCommand(*button, HIWORD(wparam));
 }
 
@@ -85,7 +86,7 @@ void ForgetPanel(HWND window) {
 // Everything without behaviour of its own; toolbars and the status bar hear of their buttons here.
 LRESULT CALLBACK PanelProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
-        case WM_COMMAND: HearOfButton(wparam, lparam); return 0;
+        case WM_COMMAND: HearOfButton(window, wparam); return 0;
         case WM_PAINT: DrawWindow(window); return 0;
         case WM_ERASEBKGND: return 1;
         case WM_NCDESTROY: ForgetPanel(window); break;
@@ -95,9 +96,9 @@ LRESULT CALLBACK PanelProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
 }
 
 // The pages of a rollup are dialogs.
-INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wparam, LPARAM lparam) {
+INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wparam, LPARAM) {
     switch (message) {
-        case WM_COMMAND: HearOfButton(wparam, lparam); return TRUE;
+        case WM_COMMAND: HearOfButton(page, wparam); return TRUE;
         case WM_PAINT: DrawWindow(page); return TRUE;
         case WM_ERASEBKGND: SetWindowLongPtrA(page, DWLP_MSGRESULT, 1); return TRUE;
         case WM_DESTROY: ForgetPanel(page); return TRUE;

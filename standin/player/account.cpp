@@ -32,6 +32,7 @@ constexpr Phrase kPhrases[] = {
     {"sdk SetMacroButtonStates 0", "refreshes the toolbar buttons"},
     {"sdk ExecuteAction 0 40105", "switches the transform gizmo"},
     {"sdk ExecuteAction 0 59231", "switches the selection lock"},
+    {"sdk ExecuteAction 2077580866 40020", "switches the lock of the selected vertices"},
     {"sdk ExecuteAction *", "runs the host's action *"},
     {"sdk *", "calls *"},
     {"script *", "runs the script *"},
@@ -53,6 +54,7 @@ constexpr Phrase kPhrases[] = {
     {"win SetCursor 135", "shows the time cursor"},
     {"win SetCursor *", "shows the cursor *"},
     {"win SetCursorPos *", "sets the mouse to *"},
+    {"win SetFocus *", "makes * active"},
     {"win *", "calls *"},
 };
 
