@@ -64,6 +64,7 @@ constexpr uint64_t kRubbish = 0xCDCDCDCDCDCDCDCD;
 constexpr size_t kArenaSize = 4 << 20;
 constexpr size_t kSecondBase = 32;
 constexpr size_t kObjectSize = 256;
+constexpr int kStraySlots = 64;
 
 // Addresses whose upper half says something, so that one cut to 32 bits is found.
 unsigned char* Arena() {
@@ -197,6 +198,11 @@ uint64_t Host::Object(const std::string& class_name, int number) {
     uint64_t& object = m_objects[class_name + "#" + std::to_string(number)];
     if (object != 0) return object;
     object = Allocate(kObjectSize);
+    // Whoever takes another part of it for an object finds a table there, of slots that fail the
+    // test, rather than a crash.
+    const Class stray = {class_name + " at a wrong offset", kStraySlots, false, {}};
+    for (size_t offset = 0; offset < kObjectSize; offset += 8)
+        Store(object + offset, TableOf(stray));
     Store(object, TableOf(*m_table.FindClass(class_name)));
     if (HasSecondTable(class_name)) {
         Store(object + kSecondBase, TableOf(*m_table.FindClass("IMenuElement")));

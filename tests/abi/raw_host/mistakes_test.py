@@ -1,0 +1,140 @@
+#!/usr/bin/env python3
+"""Shows that raw_host_test notices a declaration that is wrong.
+
+usage: mistakes_test.py MSVC_BUILD RAW_HOST_TEST.exe
+
+Each case damages a copy of the headers in one place, compiles the sources that see it, links them
+with the plug-in's other objects as the build does, and expects the raw host to fail with the line
+that names the place.
+"""
+
+import concurrent.futures
+import json
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parents[3]
+HEADERS = ROOT / "sdk" / "include"
+SUBJECT = "tests_bin/raw_host_subject.dll"
+
+# name, header, text there, text instead, source that is compiled with it, test, what it has to say
+MISTAKES = [
+    ("an id in a register", "maxtypes.h",
+     "    Interface_ID(const Interface_ID& other) : a(other.a), b(other.b) {}\n", "",
+     "host/scene.cpp", "HostFunctions.SelectionSets",
+     "expected the address of 8 bytes, found 0x1cf1cc5042a42b3"),
+    ("an interval as an address", "interval.h", "    TimeValue Start() const",
+     "    Interval(const Interval& o) : start(o.start), end(o.end) {}\n    TimeValue Start() const",
+     "host/scene.cpp", "HostFunctions.Nodes", "INode slot 148 (INode.NotifyDependents), argument 1"),
+    ("a pointer of 32 bits", "ref.h", "RefTargetHandle hTarg = nullptr", "int hTarg = 0",
+     "host/scene.cpp", "HostFunctions.Nodes", "INode slot 148 (INode.NotifyDependents), argument 6"),
+    ("a window's number cut to 32 bits", "maxapi.h", "virtual HWND GetHWnd() = 0;",
+     "virtual unsigned GetNumber() = 0;\n    HWND GetHWnd() { return (HWND)(INT_PTR)GetNumber(); }",
+     "host/views.cpp", "HostFunctions.Viewports", "Which is: 2147549699"),
+    ("a neighbour's slot", "maxapi.h", "107, 108)\n    virtual int GetSubObjectLevel() = 0;",
+     "107, 1080)\n    SDK_SLOT(Interface, 108)\n    virtual int GetSubObjectLevel() = 0;",
+     "host/scene.cpp", "HostFunctions.Selection",
+     "Interface slot 110 was called, which the plug-in has no business with"),
+    ("a byte read as 32 bits", "imenuman.h", "virtual bool RegisterMenuBarContext",
+     "virtual BOOL RegisterMenuBarContext", "host/menus.cpp", "HostFunctions.Menus",
+     "is_new != 0"),
+    ("32 bits read as a byte", "custcont.h", "virtual BOOL IsChecked()",
+     "virtual bool IsChecked()", "host/buttons.cpp", "HostFunctions.Toolbars", "enabled != 0"),
+    ("a second base at another place", "ifnpub.h", "    void* hostData = nullptr;\n",
+     "    void* hostData[2] = {nullptr, nullptr};\n", "host/menus.cpp", "HostFunctions.Menus",
+     "IMenu at a wrong offset slot 5 was called"),
+    ("overloads exchanged", "plugapi.h",
+     "    SDK_CORE_API virtual FPInterface* GetInterface(Interface_ID id);\n"
+     "    SDK_CORE_API virtual FPInterface* GetInterface(MCHAR* name);\n",
+     "    SDK_CORE_API virtual FPInterface* GetInterface(MCHAR* name);\n"
+     "    SDK_CORE_API virtual FPInterface* GetInterface(Interface_ID id);\n",
+     "shell/class_descriptor.cpp", "DerivedClasses.DescriptorsOtherMembers",
+     "the export ClassDesc2.GetInterface was called, expected was ClassDesc2.GetInterfaceByName"),
+    ("the second class id", "plugapi.h", "return Class_ID(); }", "return Class_ID(0, 0); }",
+     "shell/class_descriptor.cpp", "DerivedClasses.DescriptorsOtherMembers",
+     "ClassDesc2.SubClassID"),
+    ("an object too small", "actiontable.h", ", public Noncopyable", "", "shell/action_table.cpp",
+     "DerivedClasses.TablesOwnMembers", "the export new, argument 0"),
+    ("a number that no script can call", "actiontable.h", "        kGetCount,\n",
+     "        kGetCount = 6,\n", "shell/action_table.cpp",
+     "DerivedClasses.TableAnswersByNumber", "OurActionTable.Count was not called"),
+]
+
+
+def run(command, **options):
+    return subprocess.run(command, capture_output=True, text=True, check=False, **options)
+
+
+class Build:
+    """The commands by which the build makes the file under test."""
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder).resolve()
+        with open(self.folder / "compile_commands.json", encoding="utf-8") as file:
+            entries = json.load(file)
+        # The plug-in's own: other parts of the build may compile the same source once more.
+        self.compilers = {entry["file"]: shlex.split(entry["command"]) for entry in entries
+                          if "CMakeFiles/KarvelMax.dir/" in entry["command"]}
+        self.linker = run(["ninja", "-C", str(self.folder), "-t", "commands", "-s",
+                           SUBJECT]).stdout.strip()
+
+    def make(self, folder, mistake):
+        """The file with the mistake in it, or what kept it from being made."""
+        _, header, old, new, source, _, _ = mistake
+        headers = folder / "include"
+        shutil.copytree(HEADERS, headers)
+        text = (headers / header).read_text(encoding="utf-8")
+        if text.count(old) != 1:
+            return None, f"{header} has no or more than one: {old}"
+        (headers / header).write_text(text.replace(old, new), encoding="utf-8")
+        command = [str(headers) if word == str(HEADERS) else word
+                   for word in self.compilers[str(ROOT / source)]]
+        built = command[command.index("-o") + 1]
+        command[command.index("-o") + 1] = str(folder / "source.obj")
+        compiled = run(command, cwd=self.folder)
+        if compiled.returncode != 0:
+            return None, compiled.stderr
+        link = self.linker.replace(f" {built} ", f" {folder / 'source.obj'} ")
+        link = re.sub(r"/(out|map|implib):\S+?\.(dll\.lib|dll|map|lib)(?=\s)",
+                      lambda match: f"/{match[1]}:{folder / 'subject'}.{match[2]}", link)
+        linked = run(["sh", "-c", link], cwd=self.folder)
+        subject = folder / "subject.dll"
+        return (subject, "") if subject.exists() else (None, linked.stdout + linked.stderr)
+
+
+def main():
+    build, program = Build(sys.argv[1]), sys.argv[2]
+    failures = []
+    with tempfile.TemporaryDirectory(prefix="karvel-test-") as directory, \
+            concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
+        folders = [pathlib.Path(directory) / str(index) for index in range(len(MISTAKES))]
+        for folder in folders:
+            folder.mkdir()
+        for mistake, folder, (subject, problem) in zip(
+                MISTAKES, folders, pool.map(build.make, folders, MISTAKES)):
+            name, test, says = mistake[0], mistake[5], mistake[6]
+            if subject is None:
+                failures.append(f"{name}: is not built: {problem}")
+                continue
+            result = run([str(ROOT / "tools" / "run_under_wine.sh"), program, str(subject),
+                          str(folder / "subject.map"), str(ROOT / "tests/abi/raw_host/raw_host.txt"),
+                          str(ROOT / "docs/host-calls.md"), f"--gtest_filter={test}"])
+            if "Running 1 test from" not in result.stdout:
+                failures.append(f"{name}: {test} was not run: {result.stdout}{result.stderr}")
+            elif result.returncode == 0:
+                failures.append(f"{name}: {test} does not notice it")
+            elif says not in result.stdout:
+                failures.append(f"{name}: {test} does not say '{says}':\n{result.stdout}")
+    for failure in failures:
+        print(f"mistakes_test: {failure}", file=sys.stderr)
+    print(f"{len(MISTAKES)} mistakes, {len(MISTAKES) - len(failures)} noticed")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
