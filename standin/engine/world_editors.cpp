@@ -393,7 +393,6 @@ LRESULT CALLBACK EditorFrameProcedure(HWND window, UINT message, WPARAM wparam, 
             // Alt alone would start the menu loop of the window's system menu and stop everything.
             if ((wparam & 0xFFF0) == SC_KEYMENU) return 0;
             break;
-        case WM_MOUSEACTIVATE: return MA_NOACTIVATE;
         case WM_NCDESTROY:
             for (Editor& editor : g_world.editors)
                 if (editor.frame == window) editor.frame = nullptr;
