@@ -68,6 +68,9 @@ void CheckPaint(int id, bool checked);
 void SetSculptTool(int value);
 void SetPaintDeformTool(int value);
 void SetPolyShift(bool active);
+void LoadPolyTools(bool loaded);  // not loaded: what asks for them is a mistake of the script
+void SetScriptTime(unsigned long milliseconds);  // that each script of the plug-in takes
+void RebuildToolbars();  // their windows go, and others come with the states that they had
 
 bool OpenWindow(std::string_view name);  // an editor or floater; false: not one of those
 bool CloseWindow(std::string_view name);

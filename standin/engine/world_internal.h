@@ -260,6 +260,8 @@ struct State {
     int sculpt_tool = 0;
     int paint_deform_tool = 0;
     bool poly_shift = false;
+    bool polytools_loaded = true;
+    unsigned long script_time = 0;
     std::map<int, bool> sculpt_buttons;
 
     std::vector<HWND> registered_dialogs;

@@ -288,6 +288,10 @@ int SubobjectLevel() {
     return g_world.subobject_level;
 }
 
+void LoadPolyTools(bool loaded) {
+    g_world.polytools_loaded = loaded;
+}
+
 void SetSculptTool(int value) {
     g_world.sculpt_tool = value;
     g_world.sculpt_buttons.clear();

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <map>
 
+#include "standin/engine/desk_control.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world_internal.h"
@@ -206,6 +207,7 @@ public:
     void ResetAllViews() override { ResetViews(); }
     void CompleteRedraw() override { Redraw(); }
 
+    bool HasPolyTools() override { return g_world.polytools_loaded; }
     int SculptTool() override { return g_world.sculpt_tool; }
     int PaintDeformTool() override { return g_world.paint_deform_tool; }
     bool IsPolyShiftActive() override { return g_world.poly_shift; }
@@ -296,8 +298,13 @@ Scripts& TheScripts() {
 
 }  // namespace
 
+void SetScriptTime(unsigned long milliseconds) {
+    g_world.script_time = milliseconds;
+}
+
 ScriptResult RunScript(std::string_view text) {
     Scripts& scripts = TheScripts();
+    desk::AdvanceClock(g_world.script_time);
     const script::Result result = scripts.interpreter.Evaluate(text);
     if (!result.error) return {true, scripts.interpreter.ToText(result.value)};
     const script::Error& error = *result.error;

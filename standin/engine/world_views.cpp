@@ -567,8 +567,12 @@ LRESULT CALLBACK ViewportProcedure(HWND window, UINT message, WPARAM wparam, LPA
     if (view) {
         const POINT point = PointOf(lparam);
         switch (message) {
+            // The second press of a double click begins what any press does.
+            case WM_LBUTTONDBLCLK:
             case WM_LBUTTONDOWN: Press(*view, MK_LBUTTON, wparam, point); return 0;
+            case WM_MBUTTONDBLCLK:
             case WM_MBUTTONDOWN: Press(*view, MK_MBUTTON, wparam, point); return 0;
+            case WM_RBUTTONDBLCLK:
             case WM_RBUTTONDOWN: Press(*view, MK_RBUTTON, wparam, point); return 0;
             case WM_MOUSEMOVE: Move(*view, wparam, point); return 0;
             case WM_LBUTTONUP: Release(*view, MK_LBUTTON, point); return 0;

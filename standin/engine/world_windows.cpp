@@ -153,11 +153,18 @@ LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARA
     return DefWindowProcA(window, message, wparam, lparam);
 }
 
+// Classes whose windows are told of double clicks; for all others the second press is a press like
+// any other. The canvas of the Unwrap editor is known to be one of those others. Nothing is known
+// of the rest (the other editors, time slider, track bar, buttons, panels): they stay with the
+// plain press until somebody has looked.
+constexpr std::string_view kToldOfDoubleClicks[] = {kViewportClass};
+
 void RegisterClass(const char* name, WNDPROC procedure) {
     WNDCLASSEXA window_class{};
     window_class.cbSize = sizeof window_class;
-    // No CS_DBLCLKS: the second press of a double click is a press like any other.
-    window_class.style = 0;
+    const bool told = std::find(std::begin(kToldOfDoubleClicks), std::end(kToldOfDoubleClicks),
+                                std::string_view(name)) != std::end(kToldOfDoubleClicks);
+    window_class.style = told ? CS_DBLCLKS : 0;
     window_class.lpfnWndProc = procedure;
     window_class.hInstance = Module();
     window_class.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
@@ -628,6 +635,44 @@ bool DestroyWindow(std::string_view name) {
     if (name == "main" || !IsName(name)) return false;
     if (window) ::DestroyWindow(window);
     return true;
+}
+
+namespace {
+
+// A window with what is on it goes, and another comes in its place.
+HWND Rebuild(HWND old) {
+    char class_name[64] = "";
+    char title[64] = "";
+    GetClassNameA(old, class_name, sizeof class_name);
+    GetWindowTextA(old, title, sizeof title);
+    const HWND parent = GetParent(old);
+    RECT place{};
+    GetWindowRect(old, &place);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
+    ::DestroyWindow(old);
+    return CreateChild(class_name, title, parent, place.left, place.top, place.right - place.left,
+                       place.bottom - place.top);
+}
+
+}  // namespace
+
+void RebuildToolbars() {
+    for (HWND* const known : {&g_world.toolbar, &g_world.status, &g_world.navigation_toolbar}) {
+        const HWND old = *known;
+        std::vector<eng_button*> buttons;
+        std::vector<eng_button*> there;
+        for (const auto& button : g_world.buttons) {
+            if (!old || button->parent != old) continue;
+            buttons.push_back(button.get());
+            if (button->window) there.push_back(button.get());
+        }
+        if (buttons.empty()) continue;
+        *known = Rebuild(old);
+        for (eng_button* const button : buttons)
+            button->parent = *known;
+        for (eng_button* const button : there)
+            CreateButtonWindow(*button);
+    }
 }
 
 void SetForegroundTitle(std::string_view title) {

@@ -250,6 +250,11 @@ Value GetInterface(Interpreter&) {
     return Value::Of(kId);
 }
 
+template <InterfaceId kId>
+Value GetPolyTools(Interpreter& interpreter) {
+    return interpreter.host().HasPolyTools() ? Value::Of(kId) : Value();
+}
+
 constexpr InterfaceMember kInterfaceMembers[] = {
     {InterfaceId::kActionMan, "executeaction", GetMethod<kExecuteAction>},
     {InterfaceId::kTrackViews, "current", GetInterface<InterfaceId::kCurrentTrackView>},
@@ -306,8 +311,8 @@ constexpr SystemVariable kVariables[] = {
     {"currenttime", GetCurrentTime, nullptr},
     {"actionman", GetInterface<InterfaceId::kActionMan>, nullptr},
     {"trackviews", GetInterface<InterfaceId::kTrackViews>, nullptr},
-    {"polytoolsui", GetInterface<InterfaceId::kPolyToolsUi>, nullptr},
-    {"polyboost", GetInterface<InterfaceId::kPolyBoost>, nullptr},
+    {"polytoolsui", GetPolyTools<InterfaceId::kPolyToolsUi>, nullptr},
+    {"polyboost", GetPolyTools<InterfaceId::kPolyBoost>, nullptr},
     {"viewport", GetInterface<InterfaceId::kViewport>, nullptr},
     {"integer", GetClass<ClassId::kInteger>, nullptr},
     {"float", GetClass<ClassId::kFloat>, nullptr},

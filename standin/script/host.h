@@ -52,7 +52,9 @@ public:
     virtual void ResetAllViews() = 0;
     virtual void CompleteRedraw() = 0;
 
-    // PolyTools. Sculpt buttons go by the index that the script gives.
+    // PolyTools. Where they are not loaded their names mean nothing to a script. Sculpt buttons go
+    // by the index that the script gives.
+    virtual bool HasPolyTools() = 0;
     virtual int SculptTool() = 0;
     virtual int PaintDeformTool() = 0;
     virtual bool IsPolyShiftActive() = 0;

@@ -119,6 +119,7 @@ public:
     void ResetAllViews() override { journal.push_back("reset views"); }
     void CompleteRedraw() override { journal.push_back("redraw"); }
 
+    bool HasPolyTools() override { return has_polytools; }
     int SculptTool() override { return sculpt_tool; }
     int PaintDeformTool() override { return paint_deform_tool; }
     bool IsPolyShiftActive() override { return poly_shift; }
@@ -157,6 +158,7 @@ public:
     script::Interval range{{0}, {100 * script::kTicksPerFrame}};
     script::Time time;
     bool key_mode = false;
+    bool has_polytools = true;
     int sculpt_tool = 0;
     int paint_deform_tool = 0;
     bool poly_shift = false;
