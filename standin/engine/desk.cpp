@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "standin/engine/desk_internal.h"
 #include "standin/engine/message_names.h"
@@ -45,8 +46,8 @@ bool IsExtended(int key) {
 
 WPARAM MouseFlags() {
     WPARAM flags = 0;
-    if (g_desk.async.Down(VK_LBUTTON)) flags |= MK_LBUTTON;
-    if (g_desk.async.Down(VK_RBUTTON)) flags |= MK_RBUTTON;
+    if (g_desk.async.Down(LogicalButton(VK_LBUTTON))) flags |= MK_LBUTTON;
+    if (g_desk.async.Down(LogicalButton(VK_RBUTTON))) flags |= MK_RBUTTON;
     if (g_desk.async.Down(VK_MBUTTON)) flags |= MK_MBUTTON;
     if (g_desk.async.Down(VK_SHIFT)) flags |= MK_SHIFT;
     if (g_desk.async.Down(VK_CONTROL)) flags |= MK_CONTROL;
@@ -109,11 +110,12 @@ void QueueKey(int key, bool down, int scan, bool extended, bool own) {
 void QueueButton(int key, bool down, bool own) {
     Event event;
     event.kind = EventKind::kButton;
-    event.key = key;
+    event.key = LogicalButton(key);
     event.down = down;
     event.at = g_desk.cursor;
+    event.time = g_desk.time;
     event.own = own;
-    event.message = ButtonMessage(key, down);
+    event.message = ButtonMessage(event.key, down);
     g_desk.async.Change(key, down, 0xC0);
     event.flags = MouseFlags();
     g_desk.waiting.push_back(event);
@@ -135,8 +137,14 @@ void QueueMove(POINT to, bool own) {
 }
 
 POINT OnScreen(POINT point) {
-    return {std::clamp<LONG>(point.x, 0, g_desk.screen.cx - 1),
-            std::clamp<LONG>(point.y, 0, g_desk.screen.cy - 1)};
+    return {std::clamp<LONG>(point.x, g_desk.origin.x, g_desk.screen.cx - 1),
+            std::clamp<LONG>(point.y, g_desk.origin.y, g_desk.screen.cy - 1)};
+}
+
+// What the parts of an absolute place are parts of: the main monitor, or the whole screen.
+RECT Measured(DWORD flags) {
+    if (flags & MOUSEEVENTF_VIRTUALDESK) return WholeScreen();
+    return {0, 0, g_desk.screen.cx, g_desk.screen.cy};
 }
 
 // The system takes places in 65536ths of the screen; rounded up so that it comes back exactly.
@@ -158,8 +166,12 @@ void QueueRecord(const INPUT& record, bool own) {
     if (SameRecordKey(record, MOUSEEVENTF_MOVE)) {
         POINT to{};
         if (record.mi.dwFlags & MOUSEEVENTF_ABSOLUTE) {
-            to = {static_cast<LONG>(static_cast<long long>(record.mi.dx) * g_desk.screen.cx >> 16),
-                  static_cast<LONG>(static_cast<long long>(record.mi.dy) * g_desk.screen.cy >> 16)};
+            const RECT all = Measured(record.mi.dwFlags);
+            const auto pixel = [](LONG part, LONG size) {
+                return static_cast<LONG>(static_cast<long long>(part) * size >> 16);
+            };
+            to = {all.left + pixel(record.mi.dx, all.right - all.left),
+                  all.top + pixel(record.mi.dy, all.bottom - all.top)};
         } else {
             to = {g_desk.cursor.x + record.mi.dx, g_desk.cursor.y + record.mi.dy};
         }
@@ -207,6 +219,17 @@ std::string DownText(const KeyState& state) {
     return text;
 }
 
+// Of the system's answer for a key, with real input: the bit that tells of a press since the last
+// question is the bookkeeping's where the system does not keep it, for keys that have two sides.
+SHORT AsyncKeyStateOfSystem(int key, unsigned pressed) {
+    if (g_desk.interactive) return ::GetAsyncKeyState(key);
+    // Wine swaps no buttons, see InjectForReal.
+    const int asked = SystemIsSynchronous() ? LogicalButton(key) : key;
+    const unsigned state = static_cast<unsigned short>(::GetAsyncKeyState(asked));
+    const bool has_sides = key == VK_MENU || key == VK_CONTROL || key == VK_SHIFT;
+    return static_cast<SHORT>(has_sides ? (state & ~1u) | pressed : state);
+}
+
 HookObserver* g_observer = nullptr;
 
 class PassedOn {
@@ -225,6 +248,10 @@ bool Verdict(LRESULT answer) {
     ++(swallowed ? g_desk.counts.swallowed : g_desk.counts.passed);
     trace::Out(swallowed ? "swallow" : "pass");
     return swallowed;
+}
+
+std::string CodeText(int code) {
+    return code == HC_ACTION ? "" : code == HC_NOREMOVE ? " peek" : " code=" + Number(code);
 }
 
 // As the system looks for the window of a place, among the descendants of one that is hit.
@@ -289,50 +316,62 @@ void KeyState::Change(int key, bool down, BYTE down_bits) {
     set(key, down ? down_bits : 0);
     const int general = GeneralKey(key);
     if (general == key) return;
-    // The general key follows its two sides.
+    // The general key follows its two sides, and each press of them is one of its own.
     const int left = general == VK_MENU ? VK_LMENU : general == VK_SHIFT ? VK_LSHIFT : VK_LCONTROL;
-    set(general, (keys[left] | keys[left + 1]) & 0x80);
+    const BYTE sides = (keys[left] | keys[left + 1]) & 0x80;
+    set(general, static_cast<BYTE>(down ? sides | (down_bits & 0x40) : sides));
 }
 
-bool AskMouseHook(UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
-    if (!g_desk.mouse_hook) return false;
+int LogicalButton(int key) {
+    if (!g_desk.swapped) return key;
+    return key == VK_LBUTTON ? VK_RBUTTON : key == VK_RBUTTON ? VK_LBUTTON : key;
+}
+
+LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
+    if (!g_desk.mouse_hook) return 0;
+    code = std::exchange(g_desk.next_code, {}).value_or(code);
     POINT client = hook->pt;
     ScreenToClient(hook->hwnd, &client);
     std::string text = "mouse " + names::Message(message) + ' ' + world::Of(hook->hwnd) + ' ' +
                        PointText(client) + ' ' + PointText(hook->pt) +
                        " hit=" + Number(static_cast<int>(hook->wHitTestCode));
     if (own) text += " own";
+    text += CodeText(code);
     trace::SetEventWindow(hook->hwnd);
     trace::In(text);
     HookCall call;
     call.mouse = true;
+    call.code = code;
     call.message = message;
     call.window = hook->hwnd;
     call.at = hook->pt;
     call.hit = hook->wHitTestCode;
     if (g_observer) g_observer->BeforeHook(call);
     const PassedOn scope;
-    const bool swallowed =
-        Verdict(g_desk.mouse_hook(HC_ACTION, message, reinterpret_cast<LPARAM>(hook)));
+    const LRESULT answer = g_desk.mouse_hook(code, message, reinterpret_cast<LPARAM>(hook));
+    const bool swallowed = Verdict(answer);
     if (g_observer) g_observer->AfterHook(call, swallowed);
-    return swallowed;
+    return answer;
 }
 
-bool AskKeyHook(int general_key, LPARAM lparam, bool own) {
-    if (!g_desk.key_hook) return false;
+LRESULT AskKeyHook(int code, int general_key, LPARAM lparam, bool own) {
+    if (!g_desk.key_hook) return 0;
+    code = std::exchange(g_desk.next_code, {}).value_or(code);
     const bool up = (lparam & (static_cast<LPARAM>(KF_UP) << 16)) != 0;
     std::string text = "key " + KeyText(general_key) + (up ? " up" : " down");
     if (own) text += " own";
+    text += CodeText(code);
     trace::In(text);
     HookCall call;
+    call.code = code;
     call.key = general_key;
     call.up = up;
     if (g_observer) g_observer->BeforeHook(call);
     const PassedOn scope;
-    const bool swallowed =
-        Verdict(g_desk.key_hook(HC_ACTION, static_cast<WPARAM>(general_key), lparam));
+    const LRESULT answer = g_desk.key_hook(code, static_cast<WPARAM>(general_key), lparam);
+    const bool swallowed = Verdict(answer);
     if (g_observer) g_observer->AfterHook(call, swallowed);
-    return swallowed;
+    return answer;
 }
 
 void Observe(HookObserver* observer) {
@@ -416,10 +455,11 @@ std::string NewDesktopName() {
            "-" + std::to_string(++made);
 }
 
-std::string Open(InputKind kind, const std::string& desktop, int width, int height) {
+std::string Open(InputKind kind, const std::string& desktop, int width, int height, POINT origin) {
     g_desk = State();
     g_desk.kind = kind;
     g_desk.screen = {width, height};
+    g_desk.origin = origin;
     // Opens the one that is there already.
     g_desk.desktop = CreateDesktopA(desktop.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
     if (!g_desk.desktop || !SetThreadDesktop(g_desk.desktop))
@@ -428,11 +468,17 @@ std::string Open(InputKind kind, const std::string& desktop, int width, int heig
     DestroyWindow(
         CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
     if (kind == InputKind::kVirtual) return {};
+    if (!SystemIsSynchronous())
+        g_desk.swapped = g_desk.swapped_before = ::GetSystemMetrics(SM_SWAPBUTTON) != 0;
     // Without acceleration a distance is a distance.
     int plain[3] = {0, 0, 0};
     SystemParametersInfoA(SPI_SETMOUSE, 0, plain, 0);
-    if (GetSystemMetrics(SM_CXVIRTUALSCREEN) == width &&
-        GetSystemMetrics(SM_CYVIRTUALSCREEN) == height)
+    if (GetSystemMetrics(SM_XVIRTUALSCREEN) != origin.x ||
+        GetSystemMetrics(SM_YVIRTUALSCREEN) != origin.y)
+        return "the system's screen does not begin at " + PointText(origin) +
+               ", real input needs one that does";
+    if (GetSystemMetrics(SM_CXVIRTUALSCREEN) == width - origin.x &&
+        GetSystemMetrics(SM_CYVIRTUALSCREEN) == height - origin.y)
         return {};
     return "the system's screen is not " + std::to_string(width) + "x" + std::to_string(height) +
            ", real input needs one of that size";
@@ -449,7 +495,9 @@ void OpenInteractive() {
     g_desk = State();
     g_desk.kind = InputKind::kReal;
     g_desk.interactive = true;
-    g_desk.screen = {GetSystemMetrics(SM_CXVIRTUALSCREEN), GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+    g_desk.origin = {GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN)};
+    g_desk.screen = {g_desk.origin.x + GetSystemMetrics(SM_CXVIRTUALSCREEN),
+                     g_desk.origin.y + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
 }
 
 bool IsInteractive() {
@@ -471,6 +519,7 @@ void TakeForeground(HWND main_window) {
 void Close() {
     if (g_desk.system_mouse_hook) UnhookWindowsHookEx(g_desk.system_mouse_hook);
     if (g_desk.system_key_hook) UnhookWindowsHookEx(g_desk.system_key_hook);
+    GiveBackSettings();
     g_desk = State();
 }
 
@@ -481,6 +530,7 @@ void InjectKey(int virtual_key, bool down) {
     record.ki.wScan = static_cast<WORD>(MapVirtualKeyA(static_cast<UINT>(virtual_key), 0));
     record.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
     if (IsExtended(virtual_key)) record.ki.dwFlags |= KEYEVENTF_EXTENDEDKEY;
+    ++g_desk.time;
     Inject(record);
 }
 
@@ -489,16 +539,20 @@ void InjectMove(POINT screen) {
     if (screen.x == g_desk.cursor.x && screen.y == g_desk.cursor.y) return;
     INPUT record{};
     record.type = INPUT_MOUSE;
-    record.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    record.mi.dx = InScreenParts(screen.x, g_desk.screen.cx);
-    record.mi.dy = InScreenParts(screen.y, g_desk.screen.cy);
+    record.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_VIRTUALDESK;
+    const RECT all = WholeScreen();
+    record.mi.dx = InScreenParts(screen.x - all.left, all.right - all.left);
+    record.mi.dy = InScreenParts(screen.y - all.top, all.bottom - all.top);
+    ++g_desk.time;
     Inject(record);
 }
 
-void InjectButton(int virtual_key, bool down) {
+void InjectButton(int virtual_key, bool down, bool soon) {
+    constexpr unsigned kFarApart = 10000;
+    g_desk.time += down && !soon ? kFarApart : 1;
     INPUT record{};
     record.type = INPUT_MOUSE;
-    switch (virtual_key) {
+    switch (LogicalButton(virtual_key)) {
         case VK_LBUTTON:
             record.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
             break;
@@ -512,7 +566,7 @@ void InjectButton(int virtual_key, bool down) {
 
 void Drain() {
     // A command that is played from inside an event leaves the queue to the event's own drain.
-    if (g_desk.draining) return;
+    if (g_desk.draining || g_desk.busy) return;
     g_desk.draining = true;
     if (IsVirtual())
         DrainVirtual();
@@ -527,6 +581,48 @@ std::string Disturbance() {
 
 void AdvanceClock(unsigned long milliseconds) {
     g_desk.clock += milliseconds;
+    g_desk.time += milliseconds;
+}
+
+void SetBusy(bool busy) {
+    g_desk.busy = busy;
+}
+
+void SetPeeking(bool peeking) {
+    g_desk.peeking = peeking;
+}
+
+void SetNextCode(int code) {
+    g_desk.next_code = code;
+}
+
+void SetSwapped(bool swapped) {
+    if (g_desk.swapped == swapped) return;
+    g_desk.swapped = swapped;
+    if (!IsVirtual() && !SystemIsSynchronous()) ::SwapMouseButton(swapped);
+}
+
+void GiveBackSettings() {
+    SetSwapped(g_desk.swapped_before);
+}
+
+void SetReenters(HWND window, bool reenters) {
+    if (reenters)
+        g_desk.reentering.insert(window);
+    else
+        g_desk.reentering.erase(window);
+}
+
+void PumpWithin(HWND window, UINT message) {
+    const bool is_button = message > WM_MOUSEMOVE && message <= WM_MBUTTONDBLCLK;
+    if (!is_button || !g_desk.reentering.contains(window) || g_desk.interactive) return;
+    NoteInHandDelivered();
+    ++g_desk.pumps_within;
+    if (IsVirtual())
+        DrainVirtual();
+    else
+        HandOutReal();
+    --g_desk.pumps_within;
 }
 
 Counts CountsSoFar() {
@@ -538,8 +634,10 @@ UINT SendInputRecords(const INPUT* records, UINT count) {
         ++g_desk.counts.own;
         QueueRecord(records[i], true);
     }
-    if (IsVirtual()) return count;
-    return ::SendInput(count, const_cast<INPUT*>(records), sizeof(INPUT));
+    if (!IsVirtual())
+        for (UINT i = 0; i < count; ++i)
+            InjectForReal(records[i]);
+    return count;
 }
 
 bool MoveCursor(POINT screen) {
@@ -552,11 +650,11 @@ bool MoveCursor(POINT screen) {
 }
 
 SHORT AsyncKeyState(int virtual_key) {
-    if (!IsVirtual()) return ::GetAsyncKeyState(virtual_key);
     BYTE& state = g_desk.async.keys[virtual_key & 255];
-    const unsigned answer = (state & 0x80 ? 0x8000u : 0u) | (state & 0x40 ? 1u : 0u);
+    const unsigned pressed = state & 0x40 ? 1u : 0u;
     state = static_cast<BYTE>(state & ~0x40);
-    return static_cast<SHORT>(answer);
+    if (!IsVirtual()) return AsyncKeyStateOfSystem(virtual_key, pressed);
+    return static_cast<SHORT>((state & 0x80 ? 0x8000u : 0u) | pressed);
 }
 
 SHORT ThreadKeyState(int virtual_key) {
@@ -581,6 +679,14 @@ void WriteKeyboard(const BYTE state[256]) {
 
 SIZE ScreenSize() {
     return g_desk.screen;
+}
+
+RECT WholeScreen() {
+    return {g_desk.origin.x, g_desk.origin.y, g_desk.screen.cx, g_desk.screen.cy};
+}
+
+bool ButtonsAreSwapped() {
+    return g_desk.interactive ? ::GetSystemMetrics(SM_SWAPBUTTON) != 0 : g_desk.swapped;
 }
 
 HWND WindowAt(POINT screen) {
@@ -614,10 +720,10 @@ HHOOK InstallHook(int type, HOOKPROC procedure) {
     return system_hook ? system_hook : reinterpret_cast<HHOOK>(static_cast<LONG_PTR>(type));
 }
 
-LRESULT PassOn(int, WPARAM, LPARAM) {
-    // The system's chain goes on when the plug-in's procedure is back, with the desk's own hook.
+LRESULT PassOn(int code, WPARAM wparam, LPARAM lparam) {
     g_desk.passed_on = true;
-    return 0;
+    // The procedure stands in the place of the desk's own hook.
+    return IsVirtual() ? 0 : ::CallNextHookEx(nullptr, code, wparam, lparam);
 }
 
 void NotePosted() {
@@ -628,7 +734,11 @@ void NoteSent(UINT message) {
     // The world's own windows tell the desk; the system's controls in a dialog do not.
     if (IsVirtual() && !world::AnyDialogOpen()) return;
     if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST && message != WM_MOUSEMOVE)
-        g_desk.capture = ::GetCapture();
+        FollowCapture();
+}
+
+void FollowCapture() {
+    g_desk.capture = ::GetCapture();
 }
 
 bool AsyncDown(int virtual_key) {
@@ -663,6 +773,23 @@ static bool IsOverTitleOfDialog(HWND top, POINT screen) {
     return hit == HTCAPTION || hit == HTSYSMENU;
 }
 
+// What the system's own handling makes of the menu keys: Alt or F10, pressed and released with no
+// other key between, is the command that opens the menu of the window.
+static void NoteMenuKey(const MSG& message) {
+    const bool down = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    const bool is_menu_key =
+        message.wParam == VK_F10 || (message.wParam == VK_MENU && message.message != WM_KEYDOWN);
+    if (down) {
+        // A repeated Alt takes it back, as Wine has it.
+        const bool repeated = message.wParam == VK_MENU && g_desk.menu_key == VK_MENU;
+        g_desk.menu_key = is_menu_key && !repeated ? message.wParam : 0;
+        return;
+    }
+    if (is_menu_key && std::exchange(g_desk.menu_key, 0) == message.wParam)
+        trace::Got(world::Of(GetAncestor(message.hwnd, GA_ROOT)) + " WM_SYSCOMMAND SC_KEYMENU 0,0");
+    g_desk.menu_key = 0;
+}
+
 void Dispatch(MSG* message) {
     switch (message->message) {
         // Caption, border and menu bar would start loops of the system's own that wait for the next
@@ -674,9 +801,14 @@ void Dispatch(MSG* message) {
         case WM_NCLBUTTONUP:
         case WM_NCRBUTTONUP:
         case WM_NCMBUTTONUP:
+        case WM_NCLBUTTONDBLCLK:
+        case WM_NCRBUTTONDBLCLK:
+        case WM_NCMBUTTONDBLCLK: return;
         case WM_SYSKEYDOWN:
-        case WM_SYSKEYUP:
+        case WM_SYSKEYUP: NoteMenuKey(*message); return;
         case WM_SYSCHAR: return;
+        case WM_KEYDOWN:
+        case WM_KEYUP: NoteMenuKey(*message); break;
         case WM_RBUTTONUP:
             // So would the system menu of a dialog whose title is under the mouse, when a control
             // of the dialog has the capture.

@@ -18,7 +18,10 @@ std::string NewDesktopName();
 // Before any window of the process exists: the thread goes to the desktop of this name, which is
 // made where it is missing, so that plays beside each other share neither cursor nor focus nor
 // keys. Answers what is wrong, empty: nothing.
-std::string Open(InputKind kind, const std::string& desktop, int width, int height);
+// The size is that of the main monitor; `origin` is where the whole screen begins, at 0,0 or, with
+// other monitors to the left of it or above it, before that.
+std::string Open(InputKind kind, const std::string& desktop, int width, int height,
+                 POINT origin = {0, 0});
 // The name of the desktop that the thread is on.
 std::string DesktopName();
 // Real input on the user's own desktop and screen, with the system's clock.
@@ -35,7 +38,23 @@ void Close();
 // What the user does. Nothing is delivered before Drain.
 void InjectKey(int virtual_key, bool down);
 void InjectMove(POINT screen);
-void InjectButton(int virtual_key, bool down);
+// The button that the user's system takes as this one. A press is far enough in time from all
+// before it to be one of its own; with `soon` it follows the press before it at once.
+void InjectButton(int virtual_key, bool down, bool soon = false);
+// While the host is busy, what the user does waits; keys and buttons change at once.
+void SetBusy(bool busy);
+// The host's loop looks at each message before it takes it, and the hooks are asked both times.
+void SetPeeking(bool peeking);
+// The next call of a hook comes with this code.
+void SetNextCode(int code);
+// The user's buttons are swapped in the system's settings.
+void SetSwapped(bool swapped);
+// What the play has set in the system is as the user had it.
+void GiveBackSettings();
+// While such a window handles a message of a button that was sent to it, it pumps the queue.
+void SetReenters(HWND window, bool reenters);
+// Hands out what waits, from inside of something that is being handed out.
+void PumpWithin(HWND window, UINT message);
 // Delivers what waits, with all that follows from it, and what was posted to the windows.
 void Drain();
 // Real input: empty as long as everything that was injected since Open came out of the system's
@@ -47,6 +66,7 @@ void AdvanceClock(unsigned long milliseconds);
 // One call of a hook, for somebody who looks over the plug-in's shoulder.
 struct HookCall {
     bool mouse = false;
+    int code = HC_ACTION;
     UINT message = 0;  // mouse
     HWND window = nullptr;
     POINT at{};
@@ -81,13 +101,17 @@ SHORT AsyncKeyState(int virtual_key);
 SHORT ThreadKeyState(int virtual_key);
 void ReadKeyboard(BYTE state[256]);
 void WriteKeyboard(const BYTE state[256]);
-SIZE ScreenSize();
+SIZE ScreenSize();   // of the main monitor
+RECT WholeScreen();  // of all monitors
+bool ButtonsAreSwapped();
 HWND WindowAt(POINT screen);
 HHOOK InstallHook(int type, HOOKPROC procedure);
 LRESULT PassOn(int code, WPARAM wparam, LPARAM lparam);
 void NotePosted();
 // A message went to a window outside of the desk's own doing; it may have moved the capture.
 void NoteSent(UINT message);
+// The same, for whoever knows that it did.
+void FollowCapture();
 
 // What is down by the injected records, without the side effects of asking.
 bool AsyncDown(int virtual_key);

@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <deque>
+#include <optional>
+#include <set>
 #include <string>
 
 #include "standin/engine/desk.h"
@@ -18,8 +20,9 @@ struct Event {
     EventKind kind = EventKind::kMove;
     int key = 0;  // the button's or key's virtual key; for keys the left or right variant
     bool down = false;
-    POINT at{};        // mouse
-    bool own = false;  // injected by the plug-in
+    POINT at{};         // mouse
+    unsigned time = 0;  // mouse
+    bool own = false;   // injected by the plug-in
     UINT message = 0;
     WPARAM flags = 0;   // mouse: the MK_ values
     LPARAM lparam = 0;  // keys: as in key messages
@@ -32,15 +35,36 @@ struct KeyState {
     bool Down(int key) const { return (keys[key & 255] & 0x80) != 0; }
 };
 
+// What the system remembers of a press, to know the second one of a double click.
+struct Press {
+    UINT message = 0;
+    HWND window = nullptr;
+    POINT at{};
+    WPARAM flags = 0;
+    unsigned time = 0;
+};
+
+// An event that a system hook is looking at.
+struct Looking {
+    bool mouse = false;
+    UINT message = 0;  // mouse
+    int key = 0;       // keyboard
+    bool up = false;
+    bool queued = true;  // the system still has it in its queue
+    Looking* outer = nullptr;
+};
+
 struct State {
     InputKind kind = InputKind::kVirtual;
     bool interactive = false;
     SIZE screen{1280, 1024};
+    POINT origin{};
     HDESK desktop = nullptr;
     POINT cursor{};
     unsigned long clock = 1000;
     KeyState async;
     KeyState thread;
+    WPARAM menu_key = 0;     // went down as the last key that a window got
     bool alt_alone = false;  // Alt went down and no other key since: its release opens the menu
     std::deque<Event> waiting;
     HOOKPROC mouse_hook = nullptr;
@@ -50,6 +74,19 @@ struct State {
     bool passed_on = false;
     bool posted = false;
     bool draining = false;
+    bool busy = false;
+    bool peeking = false;
+    bool swapped = false;
+    bool swapped_before = false;  // real input: as the user had it
+    std::optional<int> next_code;
+    // Stamped on what is injected, so that it does not depend on the machine what is a double
+    // click.
+    unsigned time = 0x10000000;
+    Press last_press;
+    std::set<HWND> reentering;
+    Looking* looking = nullptr;
+    struct InHand* in_hand = nullptr;
+    int pumps_within = 0;
     bool handling_move = false;  // real input: the hook is looking at a move
     std::string disturbance;
     HWND capture = nullptr;
@@ -63,17 +100,24 @@ int GeneralKey(int key);
 std::string PointText(POINT point);
 // The window is of the thread that plays.
 bool IsOwn(HWND window);
-// The plug-in's procedures, with their trace lines. True: the event is swallowed.
-bool AskMouseHook(UINT message, MOUSEHOOKSTRUCT* hook, bool own);
-bool AskKeyHook(int general_key, LPARAM lparam, bool own);
+// The plug-in's procedures, with their trace lines. The answer is for the system: what is not zero
+// keeps the event from its window.
+LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own);
+LRESULT AskKeyHook(int code, int general_key, LPARAM lparam, bool own);
+// The button that the system makes of a physical one, and the other way round.
+int LogicalButton(int key);
 // The trace lines of events that reach a window.
 void ReportMouseArrival(HWND window, UINT message, WPARAM wparam, POINT screen);
 void ReportKeyArrival(HWND window, UINT message, WPARAM key);
 
 // Virtual input (desk_virtual.cpp) and real input (desk_real.cpp).
 void DrainVirtual();
+// What the hooks are looking at is as good as delivered to whoever pumps the queue in there.
+void NoteInHandDelivered();
 void DrainReal();
+void HandOutReal();
 void InjectForReal(const INPUT& record);
+bool SystemIsSynchronous();
 void LookForStrayCursor();
 void MoveCursorForReal(POINT screen);
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam);

@@ -10,10 +10,6 @@
 namespace desk {
 namespace {
 
-// Times of the user's records lie this far apart, so that two clicks are never a double click.
-constexpr DWORD kBetweenRecords = 10000;
-DWORD g_record_time = 0x10000000;
-
 // Marks the record that keeps two moves apart.
 constexpr ULONG_PTR kSeparator = 0x5E9A7A70;
 
@@ -23,6 +19,17 @@ UINT ClientMessage(UINT message) {
     if (message >= WM_NCMOUSEMOVE && message <= WM_NCMBUTTONDBLCLK)
         return message - WM_NCMOUSEMOVE + WM_MOUSEMOVE;
     return message;
+}
+
+// The message that its record made, before the system knew it for the second press of two.
+UINT RecordMessage(UINT message) {
+    const UINT client = ClientMessage(message);
+    switch (client) {
+        case WM_LBUTTONDBLCLK:
+        case WM_RBUTTONDBLCLK:
+        case WM_MBUTTONDBLCLK: return client - (WM_LBUTTONDBLCLK - WM_LBUTTONDOWN);
+        default: return client;
+    }
 }
 
 bool IsMouse(UINT message) {
@@ -36,16 +43,16 @@ bool IsKey(UINT message) {
 }
 
 // Takes the record that a delivered event comes from. Records before it went to other windows.
-// Null: nobody injected it.
-bool TakeRecord(bool (*fits)(const Event&, UINT, int), UINT message, int key, bool* own) {
+// Empty: nobody injected it.
+std::optional<Event> TakeRecord(bool (*fits)(const Event&, UINT, int), UINT message, int key) {
     for (size_t i = 0; i < g_desk.waiting.size(); ++i) {
         if (!fits(g_desk.waiting[i], message, key)) continue;
-        *own = g_desk.waiting[i].own;
+        const Event event = g_desk.waiting[i];
         g_desk.waiting.erase(g_desk.waiting.begin(),
                              g_desk.waiting.begin() + static_cast<std::ptrdiff_t>(i) + 1);
-        return true;
+        return event;
     }
-    return false;
+    return {};
 }
 
 bool FitsMouse(const Event& event, UINT message, int) {
@@ -57,13 +64,6 @@ bool FitsKey(const Event& event, UINT up, int general) {
            event.down == (up == 0);
 }
 
-// On Windows an injected record takes a moment to come out of the queue.
-bool SystemIsSynchronous() {
-    static const bool synchronous =
-        GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
-    return synchronous;
-}
-
 // An event of the mouse over a window of ours has to reach it.
 void LookForLostEvents() {
     if (!SystemIsSynchronous()) return;
@@ -73,14 +73,63 @@ void LookForLostEvents() {
                                  " over " + world::Of(WindowAt(event.at));
 }
 
+// A hook that pumps the queue is handed the event that it is looking at once more, since Wine takes
+// it out of the queue only when the hooks are through. The oldest comes first.
+bool ComesAgain(bool mouse, UINT message, int key, bool up) {
+    if (g_desk.pumps_within == 0) return false;
+    Looking* oldest = nullptr;
+    for (Looking* looking = g_desk.looking; looking; looking = looking->outer)
+        if (looking->queued) oldest = looking;
+    if (!oldest || oldest->mouse != mouse) return false;
+    const bool same = mouse ? RecordMessage(oldest->message) == RecordMessage(message)
+                            : oldest->key == key && oldest->up == up;
+    if (same) oldest->queued = false;
+    return same;
+}
+
+class LookingNow {
+public:
+    LookingNow() {
+        looking_.outer = g_desk.looking;
+        g_desk.looking = &looking_;
+    }
+    ~LookingNow() { g_desk.looking = looking_.outer; }
+    LookingNow(const LookingNow&) = delete;
+    LookingNow& operator=(const LookingNow&) = delete;
+    Looking* operator->() { return &looking_; }
+
+private:
+    Looking looking_;
+};
+
+// After a look that nobody objected to, the record waits on.
+void PutBack(const std::optional<Event>& record, int code, LRESULT answer) {
+    if (record && code == HC_NOREMOVE && answer == 0) g_desk.waiting.push_front(*record);
+}
+
 }  // namespace
+
+// On Windows an injected record takes a moment to come out of the queue.
+bool SystemIsSynchronous() {
+    static const bool synchronous =
+        GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+    return synchronous;
+}
 
 void InjectForReal(const INPUT& record) {
     INPUT timed = record;
-    g_record_time += kBetweenRecords;
-    if (timed.type == INPUT_MOUSE) timed.mi.time = g_record_time;
-    // Wine tells the right Shift key from the left one by this flag, Windows by the key itself.
-    if (timed.type == INPUT_KEYBOARD && timed.ki.wVk == VK_RSHIFT && SystemIsSynchronous())
+    if (timed.type == INPUT_MOUSE && timed.mi.time == 0) timed.mi.time = g_desk.time;
+    // Wine knows of swapped buttons, but does not swap them.
+    constexpr DWORD kLeft = MOUSEEVENTF_LEFTDOWN | MOUSEEVENTF_LEFTUP;
+    constexpr DWORD kRight = MOUSEEVENTF_RIGHTDOWN | MOUSEEVENTF_RIGHTUP;
+    if (timed.type == INPUT_MOUSE && g_desk.swapped && SystemIsSynchronous()) {
+        const DWORD flags = timed.mi.dwFlags;
+        timed.mi.dwFlags =
+            (flags & ~(kLeft | kRight)) | (flags & kLeft) << 2 | (flags & kRight) >> 2;
+    }
+    // Wine tells the right keys from the left ones by this flag, Windows by the key itself.
+    const WORD key = timed.type == INPUT_KEYBOARD ? timed.ki.wVk : WORD{0};
+    if ((key == VK_RSHIFT || key == VK_RCONTROL || key == VK_RMENU) && SystemIsSynchronous())
         timed.ki.dwFlags |= KEYEVENTF_EXTENDEDKEY;
     ::SendInput(1, &timed, sizeof timed);
 }
@@ -107,39 +156,45 @@ void MoveCursorForReal(POINT screen) {
 }
 
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
-    if (code != HC_ACTION) return CallNextHookEx(nullptr, code, wparam, lparam);
     const UINT message = static_cast<UINT>(wparam);
     if (message == WM_MOUSEWHEEL &&
         reinterpret_cast<MOUSEHOOKSTRUCTEX*>(lparam)->dwExtraInfo == kSeparator)
         return 1;
-    bool own = false;
-    const bool injected = TakeRecord(FitsMouse, ClientMessage(message), 0, &own);
+    if (ComesAgain(true, message, 0, false)) return 1;
+    const std::optional<Event> record = TakeRecord(FitsMouse, RecordMessage(message), 0);
     // The system tells windows that come to lie under a resting cursor about it; nobody moved.
-    if (!injected && !g_desk.interactive && ClientMessage(message) == WM_MOUSEMOVE) return 1;
+    if (!record && !g_desk.interactive && ClientMessage(message) == WM_MOUSEMOVE) return 1;
     MOUSEHOOKSTRUCTEX hook = *reinterpret_cast<MOUSEHOOKSTRUCTEX*>(lparam);
     hook.dwExtraInfo = 0;
+    LookingNow look;
+    look->mouse = true;
+    look->message = message;
     const bool outer = std::exchange(g_desk.handling_move, ClientMessage(message) == WM_MOUSEMOVE);
-    const bool swallowed = AskMouseHook(message, &hook, own);
+    const LRESULT answer = AskMouseHook(code, message, &hook, record && record->own);
     g_desk.handling_move = outer;
-    if (swallowed) return 1;
-    return CallNextHookEx(nullptr, code, wparam, lparam);
+    PutBack(record, code, answer);
+    return answer;
 }
 
 LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam) {
-    if (code != HC_ACTION) return CallNextHookEx(nullptr, code, wparam, lparam);
     const bool up = (lparam & (static_cast<LPARAM>(KF_UP) << 16)) != 0;
     const int general = GeneralKey(static_cast<int>(wparam));
-    bool own = false;
-    TakeRecord(FitsKey, up ? 1 : 0, general, &own);
-    if (AskKeyHook(general, lparam, own)) return 1;
-    return CallNextHookEx(nullptr, code, wparam, lparam);
+    if (ComesAgain(false, 0, general, up)) return 1;
+    const std::optional<Event> record = TakeRecord(FitsKey, up ? 1 : 0, general);
+    LookingNow look;
+    look->key = general;
+    look->up = up;
+    const LRESULT answer = AskKeyHook(code, general, lparam, record && record->own);
+    PutBack(record, code, answer);
+    return answer;
 }
 
 void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key), bool watch) {
     MSG message;
     if (watch) BeginWatch();
     while (IsWindow(main_window)) {
-        if (watch && !PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE)) Look();
+        // Without a look at the messages themselves, which the hooks would be asked about.
+        if (watch && HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0) Look();
         if (GetMessageA(&message, nullptr, 0, 0) <= 0) break;
         if (IsMouse(message.message))
             ReportMouseArrival(message.hwnd, message.message, message.wParam, message.pt);
@@ -155,27 +210,33 @@ void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key), bool watc
     if (watch) EndWatch();
 }
 
+static bool TakeMessage(MSG* message) {
+    if (g_desk.peeking && !PeekMessageA(message, nullptr, 0, 0, kWanted & ~PM_REMOVE)) return false;
+    return PeekMessageA(message, nullptr, 0, 0, kWanted);
+}
+
+void HandOutReal() {
+    MSG message;
+    while (TakeMessage(&message)) {
+        if (IsMouse(message.message)) {
+            // Without hooks nobody has taken the record yet.
+            if (!g_desk.mouse_hook) TakeRecord(FitsMouse, RecordMessage(message.message), 0);
+            ReportMouseArrival(message.hwnd, message.message, message.wParam, message.pt);
+        } else if (IsKey(message.message)) {
+            if (!g_desk.key_hook)
+                TakeRecord(FitsKey, (message.lParam >> 31) & 1 ? 1 : 0,
+                           static_cast<int>(message.wParam));
+            ReportKeyArrival(message.hwnd, message.message, message.wParam);
+        }
+        Dispatch(&message);
+        trace::NoteProgress();
+    }
+}
+
 void DrainReal() {
     if (g_desk.interactive) return;  // the user's own loop hands the events out
     for (;;) {
-        MSG message;
-        while (PeekMessageA(&message, nullptr, 0, 0, kWanted)) {
-            if (IsMouse(message.message)) {
-                // Without hooks nobody has taken the record yet.
-                bool own = false;
-                if (!g_desk.mouse_hook)
-                    TakeRecord(FitsMouse, ClientMessage(message.message), 0, &own);
-                ReportMouseArrival(message.hwnd, message.message, message.wParam, message.pt);
-            } else if (IsKey(message.message)) {
-                bool own = false;
-                if (!g_desk.key_hook)
-                    TakeRecord(FitsKey, (message.lParam >> 31) & 1 ? 1 : 0,
-                               static_cast<int>(message.wParam), &own);
-                ReportKeyArrival(message.hwnd, message.message, message.wParam);
-            }
-            Dispatch(&message);
-            trace::NoteProgress();
-        }
+        HandOutReal();
         if (g_desk.waiting.empty() || SystemIsSynchronous()) break;
         constexpr DWORD kLongestWait = 100;
         if (MsgWaitForMultipleObjects(0, nullptr, FALSE, kLongestWait, QS_ALLINPUT) == WAIT_TIMEOUT)

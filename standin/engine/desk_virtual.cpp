@@ -1,4 +1,7 @@
 // Virtual input: the desk plays the system. Nothing waits, nothing depends on another process.
+#include <cstdlib>
+#include <utility>
+
 #include "standin/engine/desk_internal.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
@@ -39,7 +42,57 @@ bool Activate(HWND window, int hit, UINT message) {
     return answer != MA_ACTIVATEANDEAT;
 }
 
-void DeliverMouse(const Event& event) {
+// As the system finds the second press of a double click: by the last press that it recorded,
+// whatever became of that one. The same keys and buttons have to be held, as Wine has it. What is
+// only looked at is not recorded.
+UINT WithDoubleClick(const Event& event, HWND window, int hit, bool records) {
+    if (!IsButtonDown(event.message)) return event.message;
+    const Press& last = g_desk.last_press;
+    const bool asked = hit != HTCLIENT || (GetClassLongPtrA(window, GCL_STYLE) & CS_DBLCLKS) != 0;
+    const bool again = asked && last.message == event.message && last.window == window &&
+                       last.flags == event.flags && event.time - last.time < GetDoubleClickTime() &&
+                       std::abs(event.at.x - last.at.x) < GetSystemMetrics(SM_CXDOUBLECLK) / 2 &&
+                       std::abs(event.at.y - last.at.y) < GetSystemMetrics(SM_CYDOUBLECLK) / 2;
+    if (records) {
+        g_desk.last_press = {};
+        if (!again) g_desk.last_press = {event.message, window, event.at, event.flags, event.time};
+    }
+    return again ? event.message + (WM_LBUTTONDBLCLK - WM_LBUTTONDOWN) : event.message;
+}
+
+}  // namespace
+
+// An event between the queue and its window. The thread's key state knows of it when the hooks are
+// through, or before when something behind it is handed out from inside of them.
+struct InHand {
+    const Event& event;
+    InHand* outer = nullptr;
+    bool delivered = false;
+
+    explicit InHand(const Event& one) : event(one), outer(g_desk.in_hand) { g_desk.in_hand = this; }
+    ~InHand() { g_desk.in_hand = outer; }
+    InHand(const InHand&) = delete;
+    InHand& operator=(const InHand&) = delete;
+
+    void Deliver() {
+        if (!std::exchange(delivered, true) && event.kind != EventKind::kMove)
+            g_desk.thread.Change(event.key, event.down, 0x80);
+    }
+};
+
+// All around it have had their turn already: what is in hand inside of another was handed out by a
+// pump.
+void NoteInHandDelivered() {
+    if (g_desk.in_hand) g_desk.in_hand->Deliver();
+}
+
+namespace {
+
+enum class End { kArrived, kSwallowed, kPeeked };
+
+// `code` tells a look from the taking; a look leaves the event where it is unless the hook keeps
+// it.
+End DeliverMouse(const Event& event, int code) {
     HWND window = Capture();
     const bool captured = window != nullptr;
     int hit = HTCLIENT;
@@ -50,29 +103,30 @@ void DeliverMouse(const Event& event) {
             window = nullptr;
         if (window) hit = static_cast<int>(SendMessageA(window, WM_NCHITTEST, 0, screen));
     }
-    const auto delivered = [&event] {
-        if (event.kind == EventKind::kButton) g_desk.thread.Change(event.key, event.down, 0x80);
-    };
+    InHand in_hand(event);
+    const bool takes = code == HC_ACTION;
     if (!window) {
-        delivered();
-        return;
+        if (takes) in_hand.Deliver();
+        return takes ? End::kArrived : End::kPeeked;
     }
 
-    UINT message = event.message;
+    UINT message = WithDoubleClick(event, window, hit, takes);
     if (hit != HTCLIENT) message += WM_NCMOUSEMOVE - WM_MOUSEMOVE;
     MOUSEHOOKSTRUCTEX hook{};
     hook.pt = event.at;
     hook.hwnd = window;
     hook.wHitTestCode = static_cast<UINT>(hit);
-    const bool swallowed = AskMouseHook(message, &hook, event.own);
-    delivered();
-    if (swallowed || !IsWindow(window)) return;
+    const bool swallowed = AskMouseHook(code, message, &hook, event.own) != 0;
+    if (swallowed || takes) in_hand.Deliver();
+    if (swallowed) return End::kSwallowed;
+    if (!takes) return End::kPeeked;
+    if (!IsWindow(window)) return End::kArrived;
 
     // Here the system would have the window set the cursor's shape; there is none to be seen.
-    if (hit == HTERROR || hit == HTNOWHERE) return;
+    if (hit == HTERROR || hit == HTNOWHERE) return End::kArrived;
     if (!captured && IsButtonDown(event.message)) {
         const bool eaten = !Activate(window, hit, message);
-        if (eaten || !IsWindow(window)) return;
+        if (eaten || !IsWindow(window)) return End::kArrived;
     }
     POINT client = event.at;
     ScreenToClient(window, &client);
@@ -84,15 +138,19 @@ void DeliverMouse(const Event& event) {
     arrived.pt = event.at;
     ReportMouseArrival(window, message, arrived.wParam, event.at);
     Dispatch(&arrived);
+    return End::kArrived;
 }
 
-void DeliverKey(const Event& event) {
+End DeliverKey(const Event& event, int code) {
     const int general = GeneralKey(event.key);
-    const bool swallowed = AskKeyHook(general, event.lparam, event.own);
-    g_desk.thread.Change(event.key, event.down, 0x80);
-    if (swallowed) return;
+    const bool takes = code == HC_ACTION;
+    InHand in_hand(event);
+    const bool swallowed = AskKeyHook(code, general, event.lparam, event.own) != 0;
+    if (swallowed || takes) in_hand.Deliver();
+    if (swallowed) return End::kSwallowed;
+    if (!takes) return End::kPeeked;
     const HWND window = Focus();
-    if (!window) return;
+    if (!window) return End::kArrived;
     MSG arrived{};
     arrived.hwnd = window;
     arrived.message = event.message;
@@ -101,21 +159,35 @@ void DeliverKey(const Event& event) {
     ReportKeyArrival(window, event.message, arrived.wParam);
     if (general != VK_TAB) {
         Dispatch(&arrived);
-        return;
+        return End::kArrived;
     }
     // The system's dialogs ask the system's own table whether Shift is down with Tab.
     ::SetKeyboardState(g_desk.thread.keys);
     Dispatch(&arrived);
     BYTE nothing_down[256] = {};
     ::SetKeyboardState(nothing_down);
+    return End::kArrived;
+}
+
+End Deliver(const Event& event, int code) {
+    const End end =
+        event.kind == EventKind::kKey ? DeliverKey(event, code) : DeliverMouse(event, code);
+    trace::NoteProgress();
+    return end;
 }
 
 }  // namespace
 
 void DrainVirtual() {
+    // Behind a message that a hook kept the system goes on to the next one in the same way: a call
+    // that takes does not look before.
+    bool takes = false;
     for (;;) {
         // The system hands out what was posted before it hands out input.
-        if (g_desk.posted) PumpPosted();
+        if (g_desk.posted) {
+            PumpPosted();
+            takes = false;
+        }
         if (g_desk.waiting.empty()) {
             // Asking the system takes longer than most events do. Without a dialog of the system's
             // controls nobody posts but those who say so.
@@ -125,11 +197,14 @@ void DrainVirtual() {
         }
         const Event event = g_desk.waiting.front();
         g_desk.waiting.pop_front();
-        if (event.kind == EventKind::kKey)
-            DeliverKey(event);
-        else
-            DeliverMouse(event);
-        trace::NoteProgress();
+        if (g_desk.peeking && !takes) {
+            if (Deliver(event, HC_NOREMOVE) == End::kPeeked) {
+                g_desk.waiting.push_front(event);
+                takes = true;
+            }
+            continue;
+        }
+        takes = Deliver(event, HC_ACTION) == End::kSwallowed;
     }
 }
 

@@ -17,13 +17,22 @@ std::string KeyName(int key) {
         case VK_SHIFT: return "shift";
         case VK_LSHIFT: return "lshift";
         case VK_RSHIFT: return "rshift";
+        case VK_LCONTROL: return "lctrl";
+        case VK_RCONTROL: return "rctrl";
+        case VK_LMENU: return "lalt";
+        case VK_RMENU: return "ralt";
         default: return Number(key);
     }
 }
 
 std::string RecordText(const INPUT& record) {
-    if (record.type == INPUT_KEYBOARD)
-        return KeyName(record.ki.wVk) + (record.ki.dwFlags & KEYEVENTF_KEYUP ? "-up" : "-down");
+    if (record.type == INPUT_KEYBOARD) {
+        int key = record.ki.wVk;
+        // The extended one of the two that share a general key is the right one.
+        if (record.ki.dwFlags & KEYEVENTF_EXTENDEDKEY)
+            key = key == VK_CONTROL ? VK_RCONTROL : key == VK_MENU ? VK_RMENU : key;
+        return KeyName(key) + (record.ki.dwFlags & KEYEVENTF_KEYUP ? "-up" : "-down");
+    }
     struct Name {
         DWORD flag;
         const char* text;
@@ -125,13 +134,15 @@ int WINAPI OnGetSystemMetrics(int index) {
     int value = 0;
     if (!Fails("GetSystemMetrics")) {
         const SIZE screen = desk::ScreenSize();
+        const RECT all = desk::WholeScreen();
         switch (index) {
-            case SM_CXSCREEN:
-            case SM_CXVIRTUALSCREEN: value = screen.cx; break;
-            case SM_CYSCREEN:
-            case SM_CYVIRTUALSCREEN: value = screen.cy; break;
-            case SM_XVIRTUALSCREEN:
-            case SM_YVIRTUALSCREEN: value = 0; break;
+            case SM_CXSCREEN: value = screen.cx; break;
+            case SM_CYSCREEN: value = screen.cy; break;
+            case SM_XVIRTUALSCREEN: value = all.left; break;
+            case SM_YVIRTUALSCREEN: value = all.top; break;
+            case SM_CXVIRTUALSCREEN: value = all.right - all.left; break;
+            case SM_CYVIRTUALSCREEN: value = all.bottom - all.top; break;
+            case SM_SWAPBUTTON: value = desk::ButtonsAreSwapped(); break;
             default: value = ::GetSystemMetrics(index);
         }
     }

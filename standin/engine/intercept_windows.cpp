@@ -47,6 +47,7 @@ LRESULT WINAPI OnSendMessageA(HWND window, UINT message, WPARAM wparam, LPARAM l
     if (Fails("SendMessageA")) return 0;
     const LRESULT answer = ::SendMessageA(window, message, wparam, lparam);
     desk::NoteSent(message);
+    desk::PumpWithin(window, message);
     return answer;
 }
 

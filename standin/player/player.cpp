@@ -312,11 +312,40 @@ private:
             }
             case Verb::kMouseDown: desk::InjectButton(ButtonKey(command.words[0]), true); return {};
             case Verb::kMouseUp: desk::InjectButton(ButtonKey(command.words[0]), false); return {};
+            case Verb::kDoubleClick:
+                desk::InjectButton(ButtonKey(command.words[0]), true, true);
+                desk::Drain();
+                desk::InjectButton(ButtonKey(command.words[0]), false);
+                return {};
+            case Verb::kBusy: desk::SetBusy(true); return {};
+            case Verb::kNoLongerBusy: desk::SetBusy(false); return {};
+            case Verb::kPeek:
+                peeks_ = command.on;
+                if (const std::string problem = PeekAndReenter(); !problem.empty()) return problem;
+                desk::SetPeeking(command.on);
+                return {};
+            case Verb::kCode: desk::SetNextCode(Number(command, 0)); return {};
+            case Verb::kSwap: desk::SetSwapped(command.on); return {};
+            case Verb::kReenter: {
+                const HWND window = world::Find(command.words[0]);
+                if (!window) return "the window " + command.words[0] + " is not open";
+                reenters_ = reenters_ || command.on;
+                if (const std::string problem = PeekAndReenter(); !problem.empty()) return problem;
+                desk::SetReenters(window, command.on);
+                return {};
+            }
             case Verb::kClock:
                 desk::AdvanceClock(static_cast<unsigned long>(command.numbers[0]));
                 return {};
             default: return kNotMine;
         }
+    }
+
+    // Wine hands a message that a hook is only looking at out to whoever pumps in there.
+    std::string PeekAndReenter() const {
+        return peeks_ && reenters_ && options_.input == desk::InputKind::kReal
+                   ? "peek and reenter together need virtual input"
+                   : "";
     }
 
     // What reaches the plug-in other than through the hooks.
@@ -371,8 +400,12 @@ private:
     std::string Click(const std::string& name) {
         const HWND control = world::Find(name);
         if (!control) return "the control " + name + " is not there";
+        if (!IsWindowEnabled(control) || !IsWindowEnabled(GetAncestor(control, GA_ROOT)))
+            return "the control " + name + " is disabled, a user's click does nothing there";
         trace::In("click " + name);
         SendMessageA(control, BM_CLICK, 0, 0);
+        // The system's controls take the capture from whoever has it, and give it up.
+        desk::FollowCapture();
         trace::Out("0");
         return {};
     }
@@ -418,6 +451,11 @@ private:
                 else
                     world::SetPolyShift(command.on);
                 break;
+            case Verb::kPolyToolsThere: world::LoadPolyTools(command.on); break;
+            case Verb::kScriptsTake:
+                world::SetScriptTime(static_cast<unsigned long>(command.numbers[0]));
+                break;
+            case Verb::kRebuildToolbar: world::RebuildToolbars(); break;
             case Verb::kOpen:
                 if (!world::OpenWindow(words[0])) return words[0] + " can not be opened";
                 break;
@@ -544,9 +582,9 @@ private:
                                 : wanted.starts_with("got ")  ? Reading::kArrivals
                                                               : Reading::kEffects;
         auto line = trace::NextLine(reading);
-        while (skip_ && line && !scenario::Matches(wanted, *line))
+        while (skip_ && line && !scenario::MatchesLine(wanted, *line))
             line = trace::NextLine(reading);
-        if (!line || !scenario::Matches(wanted, *line))
+        if (!line || !scenario::MatchesLine(wanted, *line))
             Differ(command, wanted, line ? *line : "nothing");
         skip_ = false;
     }
@@ -586,6 +624,8 @@ private:
     invariants::Checker checker_;
     int status_ = kGood;
     bool skip_ = false;
+    bool peeks_ = false;
+    bool reenters_ = false;
     int gesture_ = 0;
     unsigned long long allocations_ = 0;
 };
@@ -728,11 +768,12 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     world_options.visible = !options.shots.empty();
     world_options.config_dir = config_dir.Path() + (scenario.config_dir_slash ? "\\" : "");
     g_preparing = "opening the desktop";
-    const std::string problem = desk::Open(options.input, options.desktop,
-                                           world_options.screen_width, world_options.screen_height);
+    const std::string problem =
+        desk::Open(options.input, options.desktop, world_options.screen_width,
+                   world_options.screen_height, {scenario.screen_left, scenario.screen_top});
     if (options.ready) SetEvent(options.ready);
     if (!problem.empty()) {
-        Complain(0, problem);
+        Complain(scenario.screen_line, problem);
         return kUnreadable;
     }
     g_preparing = "loading the host";
@@ -758,6 +799,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     }
     g_preparing = nullptr;
     int status = player.Run();
+    desk::GiveBackSettings();
     player.CloseAccount();
     if (status != kUnreadable && status != kDisturbed)
         for (const std::string& leak : world::Leaks()) {

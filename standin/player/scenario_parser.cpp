@@ -206,6 +206,14 @@ private:
             {"move", &Reader::ReadMove},
             {"down", &Reader::ReadDown},
             {"up", &Reader::ReadUp},
+            {"doubleclick", &Reader::ReadDoubleClick},
+            {"busy", &Reader::ReadBusy},
+            {"peek", &Reader::ReadPeek},
+            {"code", &Reader::ReadCode},
+            {"reenter", &Reader::ReadReenter},
+            {"swap", &Reader::ReadSwap},
+            {"rebuild", &Reader::ReadRebuild},
+            {"scripts", &Reader::ReadScripts},
             {"command", &Reader::ReadCommand},
             {"accelerator", &Reader::ReadAccelerator},
             {"click", &Reader::ReadClick},
@@ -387,14 +395,34 @@ private:
         if (std::string problem = BeforeStart(); !problem.empty()) return problem;
         std::string word;
         if (std::string problem = Word(&word, "WIDTHxHEIGHT"); !problem.empty()) return problem;
+        result_->screen_line = line_->number;
+        if (word.find(',') != std::string::npos) {
+            if (std::string problem = ReadOrigin(word); !problem.empty()) return problem;
+            if (std::string problem = Word(&word, "WIDTHxHEIGHT"); !problem.empty()) return problem;
+        }
         const size_t x = word.find('x');
         const std::optional<long long> width = Number(word.substr(0, x));
         const std::optional<long long> height =
             x == std::string::npos ? std::nullopt : Number(word.substr(x + 1));
         if (!width || !height || *width < 320 || *height < 200 || *width > 16384 || *height > 16384)
             return "\"" + word + "\" is no screen size, write WIDTHxHEIGHT as in 1280x1024";
-        result_->screen_width = static_cast<int>(*width);
-        result_->screen_height = static_cast<int>(*height);
+        // The main monitor is what lies to the right of 0,0 and below it.
+        result_->screen_width = static_cast<int>(*width) + result_->screen_left;
+        result_->screen_height = static_cast<int>(*height) + result_->screen_top;
+        if (result_->screen_width < 320 || result_->screen_height < 200)
+            return "\"" + word + "\" leaves too little for the main monitor, which begins at 0,0";
+        return {};
+    }
+
+    std::string ReadOrigin(const std::string& word) {
+        const size_t comma = word.find(',');
+        const std::optional<long long> left = Number(word.substr(0, comma));
+        const std::optional<long long> top = Number(word.substr(comma + 1));
+        if (!left || !top || *left > 0 || *top > 0 || *left < -16384 || *top < -16384)
+            return "\"" + word +
+                   "\" is no beginning of a screen, write X,Y as in -1280,0; neither is above 0";
+        result_->screen_left = static_cast<int>(*left);
+        result_->screen_top = static_cast<int>(*top);
         return {};
     }
 
@@ -506,12 +534,15 @@ private:
     std::string ReadPolyTools() {
         command_.verb = Verb::kPolyTools;
         std::string word;
-        if (std::string problem = Word(&word, "sculpt, pd or shift"); !problem.empty())
-            return problem;
+        constexpr std::string_view kWhat = "sculpt, pd, shift, absent or present";
+        if (std::string problem = Word(&word, kWhat); !problem.empty()) return problem;
         command_.words.push_back(word);
         if (word == "shift") return OnOff();
         if (word == "sculpt" || word == "pd") return NumberWord("a tool's number");
-        return "\"" + word + "\" should be sculpt, pd or shift";
+        command_.verb = Verb::kPolyToolsThere;
+        command_.on = word == "present";
+        if (command_.on || word == "absent") return {};
+        return "\"" + word + "\" should be " + std::string(kWhat);
     }
 
     std::string OpenableWord() {
@@ -625,8 +656,8 @@ private:
         const int key = KeyByName(word);
         if (key == 0)
             return "there is no key \"" + word +
-                   "\", write alt, ctrl, shift, lshift, rshift, a letter, a digit, f1 to f24, "
-                   "left, right, up, down, tab, enter, escape or space";
+                   "\", write alt, ctrl, shift, one of these with l or r before it, a letter, a "
+                   "digit, f1 to f24, left, right, up, down, tab, enter, escape or space";
         command_.words.push_back(word);
         command_.numbers.push_back(key);
         return {};
@@ -664,6 +695,54 @@ private:
     std::string ReadUp() {
         command_.verb = Verb::kMouseUp;
         return MouseButton();
+    }
+
+    std::string ReadDoubleClick() {
+        command_.verb = Verb::kDoubleClick;
+        return MouseButton();
+    }
+
+    std::string ReadBusy() {
+        const std::string problem = OnOff();
+        command_.verb = command_.on ? Verb::kBusy : Verb::kNoLongerBusy;
+        return problem;
+    }
+
+    std::string ReadPeek() {
+        command_.verb = Verb::kPeek;
+        return OnOff();
+    }
+
+    std::string ReadCode() {
+        command_.verb = Verb::kCode;
+        return NumberWord("a hook code");
+    }
+
+    std::string ReadReenter() {
+        command_.verb = Verb::kReenter;
+        if (std::string problem = WindowWord(); !problem.empty()) return problem;
+        return OnOff();
+    }
+
+    std::string ReadSwap() {
+        command_.verb = Verb::kSwap;
+        return OnOff();
+    }
+
+    std::string ReadRebuild() {
+        command_.verb = Verb::kRebuildToolbar;
+        std::string word;
+        if (std::string problem = Word(&word, "toolbar"); !problem.empty()) return problem;
+        return word == "toolbar" ? "" : "\"" + word + "\" can not be rebuilt, write toolbar";
+    }
+
+    std::string ReadScripts() {
+        command_.verb = Verb::kScriptsTake;
+        std::string word;
+        if (std::string problem = Word(&word, "take"); !problem.empty()) return problem;
+        if (word != "take") return "\"" + word + "\" should be take and milliseconds";
+        if (std::string problem = NumberWord("milliseconds"); !problem.empty()) return problem;
+        return command_.numbers[0] >= 0 ? "" : "a script takes no less than 0 milliseconds";
     }
 
     std::string ReadCommand() {
@@ -819,6 +898,8 @@ bool IsEvent(Verb verb) {
         case Verb::kMoveBy:
         case Verb::kMouseDown:
         case Verb::kMouseUp:
+        case Verb::kDoubleClick:
+        case Verb::kNoLongerBusy:
         case Verb::kCommand:
         case Verb::kAccelerator:
         case Verb::kClick:
@@ -856,6 +937,55 @@ bool Matches(std::string_view expected, std::string_view got) {
     return e == expected.size();
 }
 
+// The blanks inside of quotes do not part words.
+static std::vector<std::string_view> WordsOf(std::string_view line) {
+    std::vector<std::string_view> words;
+    size_t begin = 0;
+    bool in_quotes = false;
+    for (size_t i = 0; i <= line.size(); ++i) {
+        if (i < line.size() && in_quotes && line[i] == '\\' && i + 1 < line.size()) {
+            ++i;
+            continue;
+        }
+        if (i < line.size() && line[i] == '"') in_quotes = !in_quotes;
+        if (i < line.size() && (in_quotes || !IsBlank(line[i]))) continue;
+        if (i > begin) words.push_back(line.substr(begin, i - begin));
+        begin = i + 1;
+    }
+    return words;
+}
+
+// The NAME of a word NAME=VALUE, else empty.
+static std::string_view NameIn(std::string_view word) {
+    const size_t equals = word.find('=');
+    const bool is_name = equals != std::string_view::npos &&
+                         std::all_of(word.begin(), word.begin() + static_cast<long>(equals),
+                                     [](char c) { return c >= 'a' && c <= 'z'; });
+    return is_name ? word.substr(0, equals) : std::string_view();
+}
+
+bool MatchesLine(std::string_view expected, std::string_view got) {
+    if (Matches(expected, got)) return true;
+    constexpr std::string_view kWithMore[] = {"win MessageBoxA ",    "win ShellExecuteA ",
+                                              "win PropertySheetA ", "win SetWindowsHookExA ",
+                                              "sdk RegisterMenu ",   "out "};
+    if (std::none_of(std::begin(kWithMore), std::end(kWithMore),
+                     [got](std::string_view begin) { return got.starts_with(begin); }))
+        return false;
+    const std::vector<std::string_view> wanted = WordsOf(expected);
+    std::vector<std::string_view> words = WordsOf(got);
+    std::string more;
+    while (!words.empty() && !NameIn(words.back()).empty()) {
+        const std::string_view word = words.back();
+        words.pop_back();
+        got = got.substr(0, static_cast<size_t>(word.data() - got.data()) - 1);
+        if (std::any_of(wanted.begin(), wanted.end(),
+                        [word](std::string_view asked) { return NameIn(asked) == NameIn(word); }))
+            more = ' ' + std::string(word) + more;
+    }
+    return Matches(expected, std::string(got) + more);
+}
+
 bool IsAnyLines(std::string_view expected) {
     return expected == "\xE2\x80\xA6" || expected == "...";
 }
@@ -866,9 +996,10 @@ int KeyByName(std::string_view name) {
         int key;
     };
     static constexpr Row kRows[] = {
-        {"alt", 18},   {"ctrl", 17},   {"shift", 16}, {"lshift", 160}, {"rshift", 161},
-        {"left", 37},  {"up", 38},     {"right", 39}, {"down", 40},    {"tab", 9},
-        {"enter", 13}, {"escape", 27}, {"space", 32},
+        {"alt", 18},    {"ctrl", 17},   {"shift", 16}, {"lshift", 160}, {"rshift", 161},
+        {"lctrl", 162}, {"rctrl", 163}, {"lalt", 164}, {"ralt", 165},   {"left", 37},
+        {"up", 38},     {"right", 39},  {"down", 40},  {"tab", 9},      {"enter", 13},
+        {"escape", 27}, {"space", 32},
     };
     for (const Row& row : kRows)
         if (row.name == name) return row.key;

@@ -30,6 +30,15 @@ enum class Verb {
     kBrush,
     kPaint,
     kPolyTools,
+    kPolyToolsThere,
+    kScriptsTake,
+    kRebuildToolbar,
+    kBusy,
+    kNoLongerBusy,
+    kPeek,
+    kCode,
+    kReenter,
+    kSwap,
     kOpen,
     kClose,
     kDestroy,
@@ -47,6 +56,7 @@ enum class Verb {
     kMoveBy,
     kMouseDown,
     kMouseUp,
+    kDoubleClick,
     kCommand,
     kAccelerator,
     kClick,
@@ -78,9 +88,12 @@ struct Scenario {
     std::vector<Command> commands;
     // The caption of a scenario of the tour: its first comment line, without the `#`.
     std::string caption;
-    int release = 0;  // 0: as the command line says
-    int screen_width = 0;
+    int release = 0;       // 0: as the command line says
+    int screen_width = 0;  // of the main monitor, which begins at 0,0
     int screen_height = 0;
+    int screen_left = 0;  // where the whole screen begins
+    int screen_top = 0;
+    int screen_line = 0;
     bool config_dir_slash = false;
     std::vector<std::string> ini;  // KEY=TEXT in order; only where there_is_ini
     bool has_ini = false;
@@ -104,6 +117,10 @@ bool Parse(std::string_view text, const Vocabulary& vocabulary, Scenario* result
 
 // Whether the line `got` is what an `expect` asks for: `*` stands for any text.
 bool Matches(std::string_view expected, std::string_view got);
+
+// The same for a whole trace line. Words of the form NAME=VALUE at the end of some lines tell what
+// most expectations do not care about: those that the expectation leaves out are not compared.
+bool MatchesLine(std::string_view expected, std::string_view got);
 
 // `…` (or `...`) alone: any number of lines.
 bool IsAnyLines(std::string_view expected);

@@ -4,9 +4,12 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "standin/engine/desk_control.h"
 #include "standin/engine/desk_internal.h"
+#include "standin/engine/trace.h"
+#include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
 namespace {
@@ -95,6 +98,182 @@ TEST_F(RealInputTest, events_over_no_window_of_ours_may_go_elsewhere) {
     desk::InjectMove({300, 300});
     desk::Drain();
     EXPECT_EQ(desk::Disturbance(), "");
+}
+
+// --- hooks of other programs in the same thread, around the plug-in's ---
+
+std::vector<std::string> g_calls;
+LRESULT g_last_answer = 0;   // of the hook that is asked last
+LRESULT g_handed_back = -1;  // what the one in the middle got for passing on
+
+void NoteCall(const char* who, int code, WPARAM message) {
+    if (message == WM_MOUSEMOVE) return;
+    g_calls.push_back(std::string(who) + " " + std::to_string(code) + " " +
+                      std::to_string(message));
+}
+
+LRESULT CALLBACK AskedFirst(int code, WPARAM message, LPARAM details) {
+    NoteCall("first", code, message);
+    return CallNextHookEx(nullptr, code, message, details);
+}
+
+LRESULT CALLBACK AskedLast(int code, WPARAM message, LPARAM) {
+    NoteCall("last", code, message);
+    return message == WM_MOUSEMOVE ? 0 : g_last_answer;
+}
+
+LRESULT CALLBACK InTheMiddle(int code, WPARAM message, LPARAM details) {
+    NoteCall("ours", code, message);
+    const LRESULT answer = desk::PassOn(code, message, details);
+    if (message != WM_MOUSEMOVE) g_handed_back = answer;
+    return answer;
+}
+
+class HookChain : public RealInputTest {
+protected:
+    void SetUp() override {
+        RealInputTest::SetUp();
+        const DWORD thread = GetCurrentThreadId();
+        last_ = SetWindowsHookExA(WH_MOUSE, AskedLast, nullptr, thread);
+        ours_ = desk::InstallHook(WH_MOUSE, InTheMiddle);
+        first_ = SetWindowsHookExA(WH_MOUSE, AskedFirst, nullptr, thread);
+        g_last_answer = 0;
+        g_handed_back = -1;
+        desk::InjectMove(InView(30, 40));
+        desk::Drain();
+        g_calls.clear();
+        swallowed_ = desk::CountsSoFar().swallowed;
+    }
+    void TearDown() override {
+        desk::SetPeeking(false);
+        for (const HHOOK hook : {last_, ours_, first_})
+            UnhookWindowsHookEx(hook);
+        desk::g_desk.mouse_hook = nullptr;
+        desk::g_desk.system_mouse_hook = nullptr;
+        if (desk::AsyncDown(VK_MBUTTON)) desk::InjectButton(VK_MBUTTON, false);
+        desk::Drain();
+        RealInputTest::TearDown();
+    }
+    static void PressMiddle() {
+        desk::InjectButton(VK_MBUTTON, true);
+        desk::Drain();
+    }
+
+    unsigned long long swallowed_ = 0;
+
+private:
+    HHOOK last_ = nullptr;
+    HHOOK ours_ = nullptr;
+    HHOOK first_ = nullptr;
+};
+
+const std::string kMiddle = " " + std::to_string(WM_MBUTTONDOWN);
+
+TEST_F(HookChain, OthersSeeWhatIsPassedOnWithItsCode) {
+    desk::SetPeeking(true);
+    PressMiddle();
+    EXPECT_EQ(g_calls, (std::vector<std::string>{"first 3" + kMiddle, "ours 3" + kMiddle,
+                                                 "last 3" + kMiddle, "first 0" + kMiddle,
+                                                 "ours 0" + kMiddle, "last 0" + kMiddle}));
+    EXPECT_EQ(desk::Capture(), world::Find("viewport.persp"));
+}
+
+TEST_F(HookChain, ACodeOfItsOwnIsPassedOnAsItIs) {
+    desk::SetNextCode(-1);
+    PressMiddle();
+    EXPECT_EQ(g_calls, (std::vector<std::string>{"first 0" + kMiddle, "ours -1" + kMiddle,
+                                                 "last -1" + kMiddle}));
+    EXPECT_EQ(desk::Capture(), world::Find("viewport.persp"));
+}
+
+TEST_F(HookChain, TheAnswerOfOthersIsHandedBack) {
+    g_last_answer = 1;
+    PressMiddle();
+    EXPECT_EQ(g_handed_back, 1);
+    EXPECT_EQ(desk::Capture(), nullptr) << "the other program keeps the press";
+    EXPECT_EQ(desk::CountsSoFar().swallowed, swallowed_) << "the plug-in did not";
+}
+
+// --- keys that the system does not tell of as Windows does ---
+
+TEST_F(RealInputTest, the_general_keys_tell_of_each_press) {
+    const auto asked = [](int key) {
+        return static_cast<unsigned short>(desk::AsyncKeyState(key));
+    };
+    asked(VK_CONTROL);
+    desk::InjectKey(VK_RCONTROL, true);
+    desk::Drain();
+    EXPECT_EQ(asked(VK_CONTROL), 0x8001);
+    EXPECT_EQ(asked(VK_CONTROL), 0x8000);
+    desk::InjectKey(VK_CONTROL, true);
+    desk::InjectKey(VK_CONTROL, false);
+    desk::Drain();
+    EXPECT_EQ(asked(VK_CONTROL), 0x8001);
+    desk::InjectKey(VK_RCONTROL, false);
+    desk::Drain();
+    EXPECT_EQ(asked(VK_CONTROL), 0);
+}
+
+TEST_F(RealInputTest, swapped_buttons_arrive_exchanged) {
+    desk::SetSwapped(true);
+    desk::InjectMove(InView(30, 40));
+    desk::InjectButton(VK_LBUTTON, true);
+    desk::Drain();
+    EXPECT_LT(GetKeyState(VK_LBUTTON), 0);
+    EXPECT_GE(desk::AsyncKeyState(VK_LBUTTON), 0);
+    EXPECT_LT(desk::AsyncKeyState(VK_RBUTTON), 0);
+    desk::InjectButton(VK_LBUTTON, false);
+    desk::Drain();
+    desk::GiveBackSettings();
+    EXPECT_FALSE(desk::ButtonsAreSwapped());
+    EXPECT_EQ(desk::Disturbance(), "");
+}
+
+// What our own bookkeeping of the menu keys says, against what the system does with the same
+// messages in a window of nobody's.
+TEST_F(RealInputTest, the_menu_command_comes_where_the_system_sends_it) {
+    static int commands = 0;
+    WNDCLASSA window_class{};
+    window_class.lpszClassName = "MenuKeyTest";
+    window_class.lpfnWndProc = [](HWND window, UINT message, WPARAM wparam,
+                                  LPARAM lparam) -> LRESULT {
+        if (message == WM_SYSCOMMAND && (wparam & 0xFFF0) == SC_KEYMENU) return ++commands, 0;
+        return DefWindowProcA(window, message, wparam, lparam);
+    };
+    RegisterClassA(&window_class);
+    const HWND window = CreateWindowExA(0, "MenuKeyTest", "", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
+                                        nullptr, nullptr, nullptr, nullptr);
+    // Each letter is a press, each small one a release: A for Alt, F for F10, K for another key.
+    for (const std::string keys :
+         {"Aa", "AKka", "Ff", "AaAa", "KAka", "FKkf", "AAa", "FFf", "KkAa"}) {
+        trace::BeginCommand(true);
+        commands = 0;
+        desk::SetFocus(world::Find("main"));
+        int told = 0;
+        for (const HWND focus : {world::Find("main"), window}) {
+            desk::SetFocus(focus);
+            for (const char c : keys) {
+                const char key = static_cast<char>(c & ~0x20);
+                desk::InjectKey(key == 'A' ? VK_MENU : key == 'F' ? VK_F10 : 'K', c == key);
+                if (focus != window) {
+                    desk::Drain();
+                    continue;
+                }
+                MSG message;
+                while (PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE))
+                    DispatchMessageA(&message);
+                desk::g_desk.waiting.clear();
+            }
+            if (focus == window) break;
+            while (const auto line = trace::NextLine(trace::Reading::kArrivals))
+                told += *line == "got main WM_SYSCOMMAND SC_KEYMENU 0,0";
+        }
+        EXPECT_EQ(told, commands) << keys;
+        EXPECT_EQ(commands > 0, keys != "AKka" && keys != "FKkf" && keys != "KAka" && keys != "AAa")
+            << keys;
+    }
+    DestroyWindow(window);
+    UnregisterClassA("MenuKeyTest", nullptr);
 }
 
 }  // namespace

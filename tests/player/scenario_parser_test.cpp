@@ -179,6 +179,27 @@ constexpr Bad kBad[] = {
 };
 INSTANTIATE_TEST_SUITE_P(All, BadLines, testing::ValuesIn(kBad));
 
+TEST(MatchesLine, LeavesOutWhatIsNotAskedFor) {
+    const char* const box = "win MessageBoxA \"a\" \"b c=d\" owner=main type=0x40";
+    EXPECT_TRUE(scenario::MatchesLine(box, box));
+    EXPECT_TRUE(scenario::MatchesLine("win MessageBoxA \"a\" \"b c=d\"", box));
+    EXPECT_TRUE(scenario::MatchesLine("win MessageBoxA \"a\" *", box));
+    EXPECT_TRUE(scenario::MatchesLine("win MessageBoxA \"a\" \"b c=d\" type=0x40", box));
+    EXPECT_TRUE(scenario::MatchesLine("win MessageBoxA \"a\" \"b c=d\" owner=*", box));
+    EXPECT_FALSE(scenario::MatchesLine("win MessageBoxA \"a\" \"b c=d\" type=0x30", box));
+    EXPECT_FALSE(scenario::MatchesLine("win MessageBoxA \"a\"", box));
+    EXPECT_FALSE(scenario::MatchesLine("win MessageBoxA \"a\" \"b c=d\" icon=1", box));
+    EXPECT_TRUE(scenario::MatchesLine("win ShellExecuteA open u",
+                                      "win ShellExecuteA open u parameters=\"x y=z\" show=5"));
+    EXPECT_TRUE(scenario::MatchesLine("out 0", "out 0 passed=yes"));
+    EXPECT_FALSE(scenario::MatchesLine("out 0 passed=no", "out 0 passed=yes"));
+    EXPECT_FALSE(scenario::MatchesLine("out 1", "out 0 passed=yes"));
+    // Everywhere else a word more is another line.
+    EXPECT_FALSE(scenario::MatchesLine("win SetKeyboardState", "win SetKeyboardState a=0"));
+    EXPECT_FALSE(scenario::MatchesLine("sdk RegisterMenuBarContext 5 \"a\"",
+                                       "sdk RegisterMenuBarContext 5 \"a\" flags=0"));
+}
+
 TEST(Matches, TakesAStarForAnyText) {
     EXPECT_TRUE(scenario::Matches("out pass", "out pass"));
     EXPECT_FALSE(scenario::Matches("out pass", "out swallow"));
