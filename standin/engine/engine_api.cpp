@@ -640,8 +640,8 @@ void eng_item_set_submenu(eng_item* item, eng_menu* menu) {
     item->submenu = menu;
 }
 
-int eng_register_menu(eng_menu* menu) {
-    trace::Sdk("RegisterMenu " + MenuName(menu));
+int eng_register_menu(eng_menu* menu, unsigned long flags) {
+    trace::Sdk("RegisterMenu " + MenuName(menu) + " flags=" + std::to_string(flags));
     if (!menu || menu->registered || world::Fails("RegisterMenu")) return 0;
     menu->registered = true;
     return 1;

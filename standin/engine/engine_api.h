@@ -192,7 +192,7 @@ ENGINE_API void eng_item_set_title(struct eng_item* item, const char* title);
 ENGINE_API void eng_item_separator(struct eng_item* item);
 ENGINE_API void eng_item_set_action(struct eng_item* item, unsigned long table, int id);
 ENGINE_API void eng_item_set_submenu(struct eng_item* item, struct eng_menu* menu);
-ENGINE_API int eng_register_menu(struct eng_menu* menu);
+ENGINE_API int eng_register_menu(struct eng_menu* menu, unsigned long flags);
 ENGINE_API int eng_register_menu_context(int id, const char* name);  // 0: known already
 ENGINE_API struct eng_menu* eng_main_menu(void);
 ENGINE_API void eng_update_menu_bar(void);

@@ -6,6 +6,7 @@
 
 #include "standin/engine/faults.h"
 #include "standin/engine/intercept_internal.h"
+#include "standin/engine/plugin_loader.h"
 #include "standin/engine/world.h"
 
 namespace intercept {
@@ -146,7 +147,7 @@ std::vector<std::string> FaultNames() {
     std::vector<std::string> names = {std::string(kSettingsFolder), "malloc", "realloc"};
     for (const std::span<const Row> rows : {InputCalls(), WindowCalls(), ResourceCalls()})
         for (const Row& row : rows)
-            names.emplace_back(row.name);
+            if (row.can_fail) names.emplace_back(row.name);
     return names;
 }
 
@@ -187,6 +188,15 @@ std::string ArgumentText(LONG_PTR value) {
         if (resource != g_resources.end()) return resource->second;
     }
     return Number(value);
+}
+
+std::string ModuleText(HMODULE module) {
+    if (!module) return "none";
+    if (plugin::IsItsCode(reinterpret_cast<const void*>(module))) return "plugin";
+    char path[MAX_PATH] = "";
+    GetModuleFileNameA(module, path, sizeof path);
+    const std::string name = path;
+    return name.substr(name.find_last_of('\\') + 1);
 }
 
 std::string ResourceText(const void* handle) {

@@ -184,8 +184,13 @@ HWND WINAPI OnWindowFromPoint(POINT point) {
     return window;
 }
 
-HHOOK WINAPI OnSetWindowsHookExA(int type, HOOKPROC procedure, HINSTANCE, DWORD) {
-    trace::Win("SetWindowsHookExA " + Number(type));
+std::string ThreadText(DWORD thread) {
+    return thread == 0 ? "all" : thread == GetCurrentThreadId() ? "ui" : "other";
+}
+
+HHOOK WINAPI OnSetWindowsHookExA(int type, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
+    trace::Win("SetWindowsHookExA " + Number(type) + " module=" + ModuleText(module) +
+               " thread=" + ThreadText(thread));
     if (Fails("SetWindowsHookExA")) return nullptr;
     return desk::InstallHook(type, procedure);
 }

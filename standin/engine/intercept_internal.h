@@ -12,6 +12,7 @@ namespace intercept {
 struct Row {
     const char* name;
     void* wrapper;
+    bool can_fail = true;
 };
 
 std::span<const Row> InputCalls();
@@ -33,6 +34,8 @@ std::string Number(long long value);
 std::string PointText(LONG x, LONG y);
 // A message's argument: the name of a window or resource that it is a handle of, else the number.
 std::string ArgumentText(LONG_PTR value);
+// "none", "plugin", or the name of another module's file.
+std::string ModuleText(HMODULE module);
 // The number of a resource that the plug-in loaded, `arrow` for the system's, `none` for null.
 std::string ResourceText(const void* handle);
 void NoteResource(const void* handle, const std::string& name);

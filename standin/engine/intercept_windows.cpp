@@ -5,8 +5,10 @@
 #include <prsht.h>
 #include <shellapi.h>
 
+#include <cstdio>
 #include <cstring>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "standin/engine/desk_control.h"
@@ -58,6 +60,12 @@ BOOL WINAPI OnPostMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lpar
     return ::PostMessageA(window, message, wparam, lparam);
 }
 
+std::string HexText(UINT value) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%X", value);
+    return text;
+}
+
 std::string ControlText(HWND dialog, int id) {
     const HWND control = ::GetDlgItem(dialog, id);
     return control ? world::Of(control) : world::Of(dialog) + "." + Number(id);
@@ -74,6 +82,7 @@ LRESULT WINAPI OnSendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM w
 // --- subclassed windows ---
 
 std::map<HWND, WNDPROC> g_subclassed;
+bool g_went_on = false;  // the procedure that is running called the one before it
 
 // What one of the plug-in's procedures is there for: shortcut commands of the main window, arrow
 // keys of viewports. Everything else only travels through.
@@ -91,9 +100,19 @@ LRESULT CALLBACK SubclassProcedure(HWND window, UINT message, WPARAM wparam, LPA
     trace::SetEventWindow(window);
     trace::In("message " + world::Of(window) + ' ' + names::Message(message) + ' ' +
               Number(static_cast<long long>(wparam)) + ' ' + ArgumentText(lparam));
+    const bool outer = std::exchange(g_went_on, false);
     const LRESULT answer = procedure(window, message, wparam, lparam);
-    trace::Out(Number(answer));
+    // What a filter of keys drops and what it lets through have the same answer.
+    const bool filtered = message != WM_COMMAND;
+    trace::Out(Number(answer) + (!filtered ? "" : g_went_on ? " passed=yes" : " passed=no"));
+    g_went_on = outer;
     return answer;
+}
+
+LRESULT WINAPI OnCallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wparam,
+                                 LPARAM lparam) {
+    g_went_on = true;
+    return ::CallWindowProcA(procedure, window, message, wparam, lparam);
 }
 
 LONG_PTR WINAPI OnSetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
@@ -120,11 +139,71 @@ struct Birth {
 };
 Birth g_birth;
 
+struct Dialog {
+    DLGPROC procedure = nullptr;
+    std::string name;
+};
+std::map<HWND, Dialog> g_dialogs;
+
+// What the plug-in's dialogs are there for; all else only travels through.
+bool IsDialogs(UINT message) {
+    switch (message) {
+        case WM_INITDIALOG:
+        case WM_COMMAND:
+        case WM_NOTIFY:
+        case WM_CLOSE:
+        case WM_DESTROY:
+        case WM_USER + 1: return true;
+        default: return false;
+    }
+}
+
+std::string NotificationText(const NMHDR& header) {
+    struct Name {
+        UINT code;
+        const char* text;
+    };
+    static constexpr Name kNames[] = {
+        {PSN_SETACTIVE, "PSN_SETACTIVE"},
+        {PSN_KILLACTIVE, "PSN_KILLACTIVE"},
+        {PSN_APPLY, "PSN_APPLY"},
+        {PSN_RESET, "PSN_RESET"},
+        {PSN_QUERYCANCEL, "PSN_QUERYCANCEL"},
+        {PSN_QUERYINITIALFOCUS, "PSN_QUERYINITIALFOCUS"},
+    };
+    for (const Name& name : kNames)
+        if (name.code == header.code) return name.text;
+    return Number(static_cast<int>(header.code));
+}
+
+// Addresses are nobody's business: they differ from play to play.
+std::string DialogMessageText(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_NOTIFY)
+        return Number(static_cast<long long>(wparam)) + ' ' +
+               NotificationText(*reinterpret_cast<const NMHDR*>(lparam));
+    return ArgumentText(static_cast<LONG_PTR>(wparam)) + ' ' +
+           (message == WM_INITDIALOG ? "0" : ArgumentText(lparam));
+}
+
+INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    const auto found = g_dialogs.find(window);
+    if (found == g_dialogs.end()) return FALSE;
+    const Dialog dialog = found->second;
+    if (message == WM_NCDESTROY) g_dialogs.erase(found);
+    if (!IsDialogs(message)) return dialog.procedure(window, message, wparam, lparam);
+    trace::InAside("message " + dialog.name + ' ' + names::Message(message) + ' ' +
+                   DialogMessageText(message, wparam, lparam));
+    const INT_PTR answer = dialog.procedure(window, message, wparam, lparam);
+    trace::OutAside(Number(answer));
+    return answer;
+}
+
 INT_PTR CALLBACK FirstMessage(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) {
     const Birth birth = g_birth;
     if (birth.name) world::NameDialog(birth.name, birth.names_parent ? GetParent(dialog) : dialog);
-    ::SetWindowLongPtrA(dialog, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(birth.procedure));
-    return birth.procedure(dialog, message, wparam, lparam);
+    g_dialogs[dialog] = {birth.procedure, birth.name ? birth.name : world::Of(dialog)};
+    ::SetWindowLongPtrA(dialog, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(DialogProcedure));
+    return DialogProcedure(dialog, message, wparam, lparam);
 }
 
 HWND WINAPI OnCreateDialogParamA(HINSTANCE module, const char* name, HWND owner, DLGPROC procedure,
@@ -139,9 +218,10 @@ HWND WINAPI OnCreateDialogParamA(HINSTANCE module, const char* name, HWND owner,
 }
 
 INT_PTR WINAPI OnPropertySheetA(const PROPSHEETHEADERA* header) {
-    trace::Win("PropertySheetA " + (IS_INTRESOURCE(header->pszCaption)
-                                        ? std::string("none")
-                                        : trace::Quoted(header->pszCaption)));
+    trace::Win("PropertySheetA " +
+               (IS_INTRESOURCE(header->pszCaption) ? std::string("none")
+                                                   : trace::Quoted(header->pszCaption)) +
+               " flags=" + HexText(header->dwFlags));
     if (Fails("PropertySheetA")) return -1;
     if ((header->dwFlags & PSH_PROPSHEETPAGE) == 0 || header->nPages != 1)
         return ::PropertySheetA(header);
@@ -159,7 +239,8 @@ INT_PTR WINAPI OnPropertySheetA(const PROPSHEETHEADERA* header) {
 
 int WINAPI OnMessageBoxA(HWND owner, const char* text, const char* caption, UINT type) {
     trace::Win("MessageBoxA " + trace::Quoted(caption ? caption : "") + ' ' +
-               trace::Quoted(text ? text : ""));
+               trace::Quoted(text ? text : "") + " owner=" + world::Of(owner) +
+               " type=" + HexText(type));
     if (Fails("MessageBoxA")) return 0;
     // It would wait for its answer; a scenario has nobody to give one.
     if (!desk::IsInteractive()) return IDOK;
@@ -167,9 +248,17 @@ int WINAPI OnMessageBoxA(HWND owner, const char* text, const char* caption, UINT
     return ::MessageBoxA(owner, text, caption, type);
 }
 
-HINSTANCE WINAPI OnShellExecuteA(HWND, const char* verb, const char* file, const char*, const char*,
-                                 int) {
-    trace::Win(std::string("ShellExecuteA ") + (verb ? verb : "none") + ' ' + (file ? file : ""));
+std::string TextOrNone(const char* text) {
+    if (!text) return "none";
+    return IS_INTRESOURCE(text) ? Number(LOWORD(reinterpret_cast<ULONG_PTR>(text)))
+                                : trace::Quoted(text);
+}
+
+HINSTANCE WINAPI OnShellExecuteA(HWND owner, const char* verb, const char* file,
+                                 const char* parameters, const char* directory, int show) {
+    trace::Win(std::string("ShellExecuteA ") + (verb ? verb : "none") + ' ' + (file ? file : "") +
+               " owner=" + world::Of(owner) + " parameters=" + TextOrNone(parameters) +
+               " directory=" + TextOrNone(directory) + " show=" + Number(show));
     constexpr LONG_PTR kDone = 33;
     constexpr LONG_PTR kNoFile = 2;
     return reinterpret_cast<HINSTANCE>(Fails("ShellExecuteA") ? kNoFile : kDone);
@@ -283,12 +372,6 @@ BOOL WINAPI OnClientToScreen(HWND window, POINT* point) {
     return done;
 }
 
-std::string TextOrNone(const char* text) {
-    if (!text) return "none";
-    return IS_INTRESOURCE(text) ? Number(LOWORD(reinterpret_cast<ULONG_PTR>(text)))
-                                : trace::Quoted(text);
-}
-
 HWND WINAPI OnFindWindowExA(HWND parent, HWND after, const char* class_name, const char* title) {
     const HWND window =
         Fails("FindWindowExA") ? nullptr : ::FindWindowExA(parent, after, class_name, title);
@@ -336,6 +419,7 @@ const Row kRows[] = {
     {"SendMessageA", Address(OnSendMessageA)},
     {"PostMessageA", Address(OnPostMessageA)},
     {"SendDlgItemMessageA", Address(OnSendDlgItemMessageA)},
+    {"CallWindowProcA", Address(OnCallWindowProcA), false},
     {"SetWindowLongPtrA", Address(OnSetWindowLongPtrA)},
     {"CreateDialogParamA", Address(OnCreateDialogParamA)},
     {"PropertySheetA", Address(OnPropertySheetA)},
@@ -371,6 +455,7 @@ std::span<const Row> WindowCalls() {
 
 void ForgetSubclasses() {
     g_subclassed.clear();
+    g_dialogs.clear();
 }
 
 }  // namespace intercept

@@ -138,6 +138,19 @@ void Out(std::string_view verdict) {
     }
 }
 
+static void Aside(std::string_view kind, std::string_view text) {
+    const Guard guard;
+    WriteLine(std::max(g_journal.depth, 1), kind, text);
+}
+
+void InAside(std::string_view text) {
+    Aside("in", text);
+}
+
+void OutAside(std::string_view answer) {
+    Aside("out", answer);
+}
+
 void Win(std::string_view text) {
     Effect("win", text);
 }

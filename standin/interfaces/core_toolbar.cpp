@@ -26,8 +26,8 @@ HostToolbars g_toolbars;
 
 class HostManagerOfMenus final : public Published<IMenuManager> {
 public:
-    bool RegisterMenu(IMenu* menu, DWORD) override {
-        return eng_register_menu(static_cast<HostMenu*>(menu)->Handle()) != 0;
+    bool RegisterMenu(IMenu* menu, DWORD flags) override {
+        return eng_register_menu(static_cast<HostMenu*>(menu)->Handle(), flags) != 0;
     }
     bool RegisterMenuBarContext(MenuContextId id, const MCHAR* name) override {
         return eng_register_menu_context(id, Narrow(name)) != 0;

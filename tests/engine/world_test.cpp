@@ -650,6 +650,36 @@ TEST_F(WorldTest, ABrushThatOnlyReportsCheckedStaysSo) {
     EXPECT_TRUE(world::FindButton(4186)->checked);
 }
 
+TEST_F(WorldTest, ARebuiltToolbarHasOtherWindows) {
+    const std::string names[] = {"button.59231", "button.40074", "button.50016"};
+    std::vector<HWND> before;
+    std::vector<RECT> places;
+    for (const std::string& name : names) {
+        before.push_back(world::Find(name));
+        places.emplace_back();
+        GetWindowRect(before.back(), &places.back());
+    }
+    const HWND view = world::Find("viewport.persp");
+    world::CheckButton(40074, true);
+    world::RebuildToolbars();
+    for (size_t i = 0; i < before.size(); ++i) {
+        EXPECT_FALSE(IsWindow(before[i])) << names[i];
+        const HWND now = world::Find(names[i]);
+        ASSERT_TRUE(IsWindow(now)) << names[i];
+        RECT place{};
+        GetWindowRect(now, &place);
+        EXPECT_TRUE(EqualRect(&place, &places[i])) << names[i];
+        EXPECT_TRUE(IsChild(world::Find("main"), now)) << names[i];
+    }
+    EXPECT_TRUE(world::FindButton(40074)->checked);
+    EXPECT_EQ(world::Find("viewport.persp"), view);
+    // The host's own access to toolbars knows the new ones.
+    eng_button* const button = eng_toolbar_button(40074);
+    ASSERT_NE(button, nullptr);
+    eng_release_button(button);
+    EXPECT_EQ(world::MissingWindow(), "");
+}
+
 TEST_F(WorldTest, TheFlyoutRunsTheChosenEntryWhenNotified) {
     world::Select({"Torus001"});
     const eng_view::Camera top = View("viewport.top").camera;
@@ -1035,8 +1065,8 @@ TEST_F(WorldTest, AMenuOfThePluginStandsInTheBarAndWorks) {
 
     eng_menu* menu = eng_new_menu();
     eng_menu_set_title(menu, "Flinder");
-    EXPECT_EQ(eng_register_menu(menu), 1);
-    EXPECT_EQ(eng_register_menu(menu), 0);
+    EXPECT_EQ(eng_register_menu(menu, 0), 1);
+    EXPECT_EQ(eng_register_menu(menu, 0), 0);
     for (const int id : {8, 5}) {
         eng_item* item = eng_new_item();
         eng_item_set_action(item, 77, id);
