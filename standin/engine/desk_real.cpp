@@ -155,7 +155,13 @@ void MoveCursorForReal(POINT screen) {
     ::SetCursorPos(screen.x, screen.y);
 }
 
+// The watch of interactive use looks at messages as no host does.
+static bool IsOwnLook(int code) {
+    return g_desk.interactive && code == HC_NOREMOVE;
+}
+
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
+    if (IsOwnLook(code)) return CallNextHookEx(nullptr, code, wparam, lparam);
     const UINT message = static_cast<UINT>(wparam);
     if (message == WM_MOUSEWHEEL &&
         reinterpret_cast<MOUSEHOOKSTRUCTEX*>(lparam)->dwExtraInfo == kSeparator)
@@ -177,6 +183,7 @@ LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
 }
 
 LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam) {
+    if (IsOwnLook(code)) return CallNextHookEx(nullptr, code, wparam, lparam);
     const bool up = (lparam & (static_cast<LPARAM>(KF_UP) << 16)) != 0;
     const int general = GeneralKey(static_cast<int>(wparam));
     if (ComesAgain(false, 0, general, up)) return 1;
@@ -193,8 +200,7 @@ void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key), bool watc
     MSG message;
     if (watch) BeginWatch();
     while (IsWindow(main_window)) {
-        // Without a look at the messages themselves, which the hooks would be asked about.
-        if (watch && HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0) Look();
+        if (watch && !PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE)) Look();
         if (GetMessageA(&message, nullptr, 0, 0) <= 0) break;
         if (IsMouse(message.message))
             ReportMouseArrival(message.hwnd, message.message, message.wParam, message.pt);

@@ -66,6 +66,8 @@ UINT WithDoubleClick(const Event& event, HWND window, int hit, bool records) {
 // through, or before when something behind it is handed out from inside of them.
 struct InHand {
     const Event& event;
+    HWND window = nullptr;  // mouse
+    int hit = HTCLIENT;
     InHand* outer = nullptr;
     bool delivered = false;
 
@@ -83,7 +85,11 @@ struct InHand {
 // All around it have had their turn already: what is in hand inside of another was handed out by a
 // pump.
 void NoteInHandDelivered() {
-    if (g_desk.in_hand) g_desk.in_hand->Deliver();
+    InHand* const in_hand = g_desk.in_hand;
+    if (!in_hand || in_hand->delivered) return;
+    // Wine comes upon the press once more then, before it lets it go, and takes it for two.
+    if (in_hand->window) WithDoubleClick(in_hand->event, in_hand->window, in_hand->hit, true);
+    in_hand->Deliver();
 }
 
 namespace {
@@ -110,6 +116,8 @@ End DeliverMouse(const Event& event, int code) {
         return takes ? End::kArrived : End::kPeeked;
     }
 
+    in_hand.window = window;
+    in_hand.hit = hit;
     UINT message = WithDoubleClick(event, window, hit, takes);
     if (hit != HTCLIENT) message += WM_NCMOUSEMOVE - WM_MOUSEMOVE;
     MOUSEHOOKSTRUCTEX hook{};
