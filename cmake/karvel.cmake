@@ -23,8 +23,10 @@ foreach(abi gnu msvc native)
         set(KARVEL_${upper} FALSE)
     endif()
 endforeach()
-# On Windows the msvc build is Visual Studio's clang with the real SDK; there is no stand-in there.
-if(KARVEL_MSVC AND CMAKE_HOST_WIN32)
+# On Windows the msvc build is Visual C++ with the real SDK; there is no stand-in there. A test has it
+# configured elsewhere, with clang-cl, which reads the same options.
+option(KARVEL_LIKE_VISUAL_STUDIO "Configure as on Windows (the test of that build alone)" OFF)
+if(KARVEL_MSVC AND (CMAKE_HOST_WIN32 OR KARVEL_LIKE_VISUAL_STUDIO))
     set(KARVEL_VISUAL_STUDIO TRUE)
     if(NOT MAXSDK)
         message(FATAL_ERROR "MAXSDK is empty; set it to the folder of the SDK, with include/ in it")
@@ -70,7 +72,7 @@ set(KARVEL_HOST_DLLS core maxutil MAXScrpt gup ParamBlk2 menus)
 configure_file(${CMAKE_SOURCE_DIR}/cmake/karvel_version.h.in
                ${KARVEL_GENERATED_DIR}/karvel_version.h @ONLY)
 
-if(KARVEL_MSVC)
+if(KARVEL_MSVC AND NOT KARVEL_VISUAL_STUDIO)
     # CMake takes this clang for the Microsoft compiler and so does not know how it is told that a
     # folder holds the headers of somebody else, nor how it is asked which headers it has read.
     set(CMAKE_INCLUDE_SYSTEM_FLAG_CXX "-isystem ")
@@ -81,11 +83,20 @@ endif()
 
 add_library(karvel_options INTERFACE)
 target_include_directories(karvel_options INTERFACE ${CMAKE_SOURCE_DIR} ${KARVEL_GENERATED_DIR})
-target_compile_options(karvel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
+if(KARVEL_VISUAL_STUDIO)
+    # The real SDK's headers are not free of warnings, so none is an error here; the other builds see
+    # to our own sources.
+    target_compile_options(karvel_options INTERFACE /W3)
+else()
+    target_compile_options(karvel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
+endif()
 if(KARVEL_ON_WINDOWS)
     # ANSI forms throughout, the Windows 7 interface.
-    target_compile_definitions(karvel_options INTERFACE
-        WINVER=0x0601 _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX)
+    target_compile_definitions(karvel_options INTERFACE WINVER=0x0601 _WIN32_WINNT=0x0601)
+endif()
+if(KARVEL_ON_WINDOWS AND NOT KARVEL_VISUAL_STUDIO)
+    # The real SDK's headers use what these two keep away, min and max among it.
+    target_compile_definitions(karvel_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX)
 endif()
 if(KARVEL_GNU)
     # Runtime libraries go into each file, so that nothing but Windows is needed beside it; and no
@@ -105,14 +116,15 @@ endif()
 # without locks (there is one thread).
 add_library(karvel_host_side_options INTERFACE)
 target_link_libraries(karvel_host_side_options INTERFACE karvel_options)
-target_compile_options(karvel_host_side_options INTERFACE
-    -fno-threadsafe-statics -ffunction-sections -fdata-sections)
-# The host's heap answers null when it is empty, and nothing is made there then: without this the
-# compiler takes for granted that an operator new never does.
-target_compile_options(karvel_host_side_options INTERFACE -fcheck-new)
-if(NOT KARVEL_VISUAL_STUDIO)
-    # Inline functions of the real headers throw, so there the language feature stays on.
-    target_compile_options(karvel_host_side_options INTERFACE -fno-exceptions)
+if(KARVEL_VISUAL_STUDIO)
+    # Inline functions of the real headers throw, so here the language feature stays on. That an
+    # operator new may answer null is this compiler's rule unless it is told otherwise.
+    target_compile_options(karvel_host_side_options INTERFACE /GR /EHsc /Gy /Zc:threadSafeInit-)
+else()
+    # The host's heap answers null when it is empty, and nothing is made there then: without
+    # -fcheck-new the compiler takes for granted that an operator new never does.
+    target_compile_options(karvel_host_side_options INTERFACE
+        -fno-threadsafe-statics -ffunction-sections -fdata-sections -fcheck-new -fno-exceptions)
 endif()
 
 if(KARVEL_VISUAL_STUDIO)
@@ -259,12 +271,12 @@ endfunction()
 define_property(GLOBAL PROPERTY KARVEL_PURE_SOURCES)
 define_property(GLOBAL PROPERTY KARVEL_PLATFORM_SOURCES)
 
-# karvel_plugin_sources([PURE FILE...] [PLATFORM FILE...]): sources of the plug-in. PURE ones need
-# neither Windows nor the host; they are also built for Linux and linked into unit tests as
-# karvel_pure.
+# karvel_plugin_sources([PURE FILE...] [PLATFORM FILE...] [SEES_SDK FILE...]): sources of the plug-in.
+# PURE ones need neither Windows nor the host; they are also built for Linux and linked into unit
+# tests as karvel_pure. Those of the PLATFORM ones that read headers of the SDK are named once more.
 function(karvel_plugin_sources)
-    cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "PURE;PLATFORM")
-    foreach(kind PURE PLATFORM)
+    cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "PURE;PLATFORM;SEES_SDK")
+    foreach(kind PURE PLATFORM SEES_SDK)
         foreach(source ${arg_${kind}})
             get_filename_component(path ${source} ABSOLUTE)
             set_property(GLOBAL APPEND PROPERTY KARVEL_${kind}_SOURCES ${path})
@@ -347,6 +359,15 @@ function(karvel_plugin)
         return()
     endif()
 
+    if(KARVEL_VISUAL_STUDIO)
+        # The real SDK's headers are older than C++20, which takes back what they rely on.
+        get_property(sees_sdk GLOBAL PROPERTY KARVEL_SEES_SDK_SOURCES)
+        list(REMOVE_ITEM platform ${sees_sdk})
+        add_library(karvel_sdk_side OBJECT ${sees_sdk})
+        target_link_libraries(karvel_sdk_side PRIVATE karvel_host_side_options karvel_sdk_headers)
+        set_target_properties(karvel_sdk_side PROPERTIES CXX_STANDARD 17)
+        list(APPEND platform $<TARGET_OBJECTS:karvel_sdk_side>)
+    endif()
     add_library(KarvelMax MODULE ${pure} ${platform})
     target_link_libraries(KarvelMax PRIVATE
         karvel_host_side_options karvel_sdk_headers karvel_sdk_libraries)
@@ -366,8 +387,7 @@ function(karvel_plugin)
     if(KARVEL_VISUAL_STUDIO)
         target_link_libraries(KarvelMax PRIVATE user32 gdi32 comctl32 shell32)
         set_target_properties(KarvelMax PROPERTIES OUTPUT_NAME KarvelMax SUFFIX ".gup")
-        target_link_options(KarvelMax PRIVATE
-            LINKER:/def:${exports} LINKER:/map:${map} ${compiled})
+        target_link_options(KarvelMax PRIVATE /DEF:${exports} /MAP:${map} ${compiled})
     elseif(KARVEL_MSVC)
         target_link_libraries(KarvelMax PRIVATE karvel_msvc_runtime)
         set_target_properties(KarvelMax PROPERTIES

@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""The build of Visual C++ with the real SDK, as far as it can be tried without either.
+
+clang-cl stands for the compiler: it reads the same options. The headers of sdk/ stand for the real
+ones, mingw-w64's for the system's. The build is configured like on Windows and each of its sources
+is compiled, without making anything, by the very command that it has there.
+"""
+
+import concurrent.futures
+import json
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+
+def run(command, **options):
+    return subprocess.run([str(word) for word in command], capture_output=True, text=True,
+                          check=False, **options)
+
+
+def system_headers():
+    """What the real compiler would find by itself."""
+    headers = run(["x86_64-w64-mingw32-g++-posix", "-print-file-name=include/c++"]).stdout.strip()
+    folders = [headers, f"{headers}/x86_64-w64-mingw32", "/usr/x86_64-w64-mingw32/include"]
+    return ["--target=x86_64-pc-windows-msvc", "/clang:-fgnuc-version=12.2.0", "/X",
+            "-D__declspec=__declspec", "-D__STRICT_ANSI__",
+            *[f"/imsvc{pathlib.Path(folder).resolve()}" for folder in folders]]
+
+
+class VisualStudio(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        directory = tempfile.TemporaryDirectory(prefix="karvel-test-")
+        cls.addClassCleanup(directory.cleanup)
+        folder = pathlib.Path(directory.name)
+        (folder / "maxsdk").mkdir()
+        (folder / "maxsdk" / "include").symlink_to(ROOT / "sdk" / "include")
+        cls.build = folder / "build"
+        # Clang takes its options from its name.
+        compiler = folder / "clang-cl"
+        compiler.symlink_to(shutil.which("clang-19"))
+        with open(ROOT / "CMakePresets.json", encoding="utf-8") as file:
+            preset = next(each for each in json.load(file)["configurePresets"]
+                          if each["name"] == "windows-sdk")
+        values = dict(preset["cacheVariables"], CMAKE_CXX_COMPILER=compiler,
+                      MAXSDK=folder / "maxsdk", KARVEL_LIKE_VISUAL_STUDIO="ON",
+                      CMAKE_SYSTEM_NAME="Windows", CMAKE_CXX_COMPILER_WORKS="ON",
+                      CMAKE_LINKER="lld-link-19", CMAKE_MT="llvm-mt-19",
+                      CMAKE_TRY_COMPILE_TARGET_TYPE="STATIC_LIBRARY",
+                      CMAKE_AR="llvm-lib-19", CMAKE_EXPORT_COMPILE_COMMANDS="ON",
+                      CMAKE_CXX_FLAGS=" ".join(system_headers()))
+        result = run(["cmake", "-S", ROOT, "-B", cls.build, "-G", "Ninja",
+                      *[f"-D{name}={value}" for name, value in values.items()]])
+        cls.configured = result.returncode, result.stdout + result.stderr
+        cls.commands = {}
+        listed = cls.build / "compile_commands.json"
+        if listed.exists():
+            with open(listed, encoding="utf-8") as file:
+                cls.commands = {str(pathlib.Path(entry["file"]).relative_to(ROOT)): entry["command"]
+                                for entry in json.load(file)}
+
+    def test_is_configured(self):
+        self.assertEqual(0, self.configured[0], self.configured[1])
+        self.assertGreater(len(self.commands), 30)
+
+    def test_no_option_of_another_compiler(self):
+        for source, command in self.commands.items():
+            own = [word for word in shlex.split(command)[1:]
+                   if word not in system_headers() and not word.startswith("/Fo")]
+            self.assertEqual([], [word for word in own if re.match(r"-[fWO]|/WX", word)], source)
+            self.assertIn("/W3", own)
+
+    def test_sources_that_see_the_sdk_are_compiled_as_it_wants(self):
+        page = (ROOT / "docs" / "sdk-usage.md").read_text(encoding="utf-8")
+        see = {name for name in re.findall(r"^## (\S+\.cpp)", page, re.MULTILINE)}
+        self.assertGreater(len(see), 10)
+        for source, command in self.commands.items():
+            self.assertNotIn("NOMINMAX", command)
+            older = "-std:c++17" in command
+            self.assertTrue(older or "-std:c++20" in command, command)
+            if source in see:
+                self.assertTrue(older, source)
+
+    def test_every_source_compiles(self):
+        def compile_one(item):
+            source, command = item
+            words = [word for word in shlex.split(command) if not word.startswith("/Fo")]
+            result = run([words[0], "/Zs", *words[1:]], cwd=self.build)
+            return None if result.returncode == 0 else f"{source}:\n{result.stdout}{result.stderr}"
+        self.assertTrue(self.commands)
+        with concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
+            problems = [each for each in pool.map(compile_one, sorted(self.commands.items()))
+                        if each]
+        self.assertEqual([], problems)
+
+
+if __name__ == "__main__":
+    unittest.main()
