@@ -3,6 +3,7 @@
 #include <shellapi.h>
 
 #include "host/host.h"
+#include "karvel_version.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
 #include "shell/module.h"
@@ -11,7 +12,7 @@ HWND g_welcomeWindow = nullptr;
 
 namespace {
 
-constexpr char kVideoPage[] = "http://www.karvel.example/flinder_max";
+constexpr char kVideoPage[] = KARVEL_WEBSITE "/flinder_max";
 
 void CloseWelcome(HWND dialog) {
     DestroyWindow(dialog);

@@ -77,7 +77,6 @@ MENU = [
 ]
 
 STRINGS = {
-    1: "KarvelMax (http://www.karvel.example)",
     2: "Options...",
     3: "Isolated Playback Mode (Toggle) (shift+click to create selection set)",
     4: "Karvel",
@@ -125,6 +124,7 @@ ICONS = (136, 137, 503)
 
 # Pictures that commands show, by their number in the strip; the first one is 1.
 ACTION_PICTURES = (1, 2, 3, 4, 5, 15, 16, 18)
+FRAME_ALL, FRAME_SELECTED = 3, 4
 
 
 def luminance(pixel):
@@ -202,7 +202,8 @@ class Texts(unittest.TestCase):
         self.assertEqual(reading.read_menu(RESOURCES[(reading.MENU, 122)][1]), MENU)
 
     def test_strings(self):
-        self.assertEqual(reading.read_strings(RESOURCES), STRINGS)
+        self.assertEqual(reading.read_strings(RESOURCES),
+                         {1: "KarvelMax (%s)" % OPTIONS.website, **STRINGS})
 
     def test_strings_fit_the_loader(self):
         # Loaded into 256 characters, the terminating zero among them, in the Western code page.
@@ -231,8 +232,8 @@ class Version(unittest.TestCase):
         self.assertEqual(self.texts["ProductName"], "Karvel Tools for 3ds Max")
         self.assertEqual(self.texts["OriginalFilename"], "KarvelMax.gup")
         self.assertEqual(self.texts["InternalName"], "KarvelMax")
-        for name in ("CompanyName", "LegalCopyright"):
-            self.assertTrue(self.texts[name].strip(), name)
+        self.assertEqual(self.texts["CompanyName"], "Karvel")
+        self.assertEqual(self.texts["LegalCopyright"], OPTIONS.copyright)
 
     def test_the_description_is_the_one_that_the_host_shows(self):
         self.assertEqual(self.texts["FileDescription"], reading.read_strings(RESOURCES)[1])
@@ -390,12 +391,28 @@ class ToolbarStrips(unittest.TestCase):
                 self.assertNotIn(key, seen, "%d repeats %s" % (number, seen.get(key)))
                 seen[key] = number
 
+    def test_the_two_framing_commands_are_told_apart_in_the_small_strip(self):
+        colours = self.strip("Karvel_16i.bmp", 16, 15)
+        alphas = self.strip("Karvel_16a.bmp", 16, 15)
+        surface = 123  # between the host's dark and its light one
+
+        def brightness(number):
+            return [(luminance(c) * a[0] + surface * (255 - a[0])) / 255
+                    for c, a in zip(colours[number - 1], alphas[number - 1])]
+
+        # Without colours, which not everybody tells apart: a quarter of the drawn area differs.
+        different = sum(abs(one - other) > 60
+                        for one, other in zip(brightness(FRAME_ALL), brightness(FRAME_SELECTED)))
+        self.assertGreater(different, 50)
+
 
 def main():
     global OPTIONS
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("file")
     parser.add_argument("--version", required=True)
+    parser.add_argument("--website", required=True)
+    parser.add_argument("--copyright", required=True)
     parser.add_argument("--artwork", required=True)
     parser.add_argument("--largest-file", type=int)
     OPTIONS = parser.parse_args()
