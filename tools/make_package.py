@@ -3,6 +3,8 @@
 
 usage: make_package.py --build DIRECTORY --output FILE.zip
 
+The pages beside the plug-in are made from the Markdown of the repository (packages python3-markdown
+and weasyprint).
 The same input gives the same bytes: entries are sorted and carry one fixed time.
 """
 
@@ -13,19 +15,27 @@ import struct
 import sys
 import zipfile
 
-ROOT = "KarvelMax.bundle"
+# No compiled copies between the sources.
+sys.dont_write_bytecode = True
+
+import user_pages  # noqa: E402
+
+ROOT = "KarvelMax"
 # The oldest time that the format knows.
 FIXED_TIME = (1980, 1, 1, 0, 0, 0)
 
-# Place in the bundle -> place in the build directory.
+PLUGIN = "KarvelMax.gup"
+
+# Place in the archive -> place in the build directory. 3ds Max reads bundles from 2014 on, so the
+# archive for 2012 is no bundle.
 CONTENTS = {
-    "PackageContents.xml": "package/PackageContents.xml",
+    PLUGIN: "plugin/KarvelMax.gup",
     "INSTALL.txt": "package/INSTALL.txt",
-    "Contents/plugins/KarvelMax.gup": "plugin/KarvelMax.gup",
-    "Contents/icons/Karvel_16i.bmp": "artwork/Karvel_16i.bmp",
-    "Contents/icons/Karvel_16a.bmp": "artwork/Karvel_16a.bmp",
-    "Contents/icons/Karvel_24i.bmp": "artwork/Karvel_24i.bmp",
-    "Contents/icons/Karvel_24a.bmp": "artwork/Karvel_24a.bmp",
+    "NOTICE.txt": "package/NOTICE.txt",
+    "icons/Karvel_16i.bmp": "artwork/Karvel_16i.bmp",
+    "icons/Karvel_16a.bmp": "artwork/Karvel_16a.bmp",
+    "icons/Karvel_24i.bmp": "artwork/Karvel_24i.bmp",
+    "icons/Karvel_24a.bmp": "artwork/Karvel_24a.bmp",
 }
 
 
@@ -101,10 +111,13 @@ def make(build, output):
         except OSError as error:
             raise PackageError(f"{path}:0: {error.strerror}, build it with ./dev build msvc") from None
     try:
-        check_plugin(files["Contents/plugins/KarvelMax.gup"])
+        check_plugin(files[PLUGIN])
     except PackageError as error:
-        path = os.path.join(build, CONTENTS["Contents/plugins/KarvelMax.gup"])
+        path = os.path.join(build, CONTENTS[PLUGIN])
         raise PackageError(f"{path}:0: {error}") from None
+
+    # The line of the notice that says whose this is stands below each page.
+    files.update(user_pages.make(files["NOTICE.txt"].decode("ascii").splitlines()[1]))
 
     sums = "".join(f"{hashlib.sha256(files[name]).hexdigest()}  {name}\n" for name in sorted(files))
     files["SHA256SUMS"] = sums.encode("ascii")
@@ -128,7 +141,7 @@ def main():
     options = parser.parse_args()
     try:
         make(options.build, options.output)
-    except PackageError as error:
+    except (PackageError, user_pages.PageError) as error:
         print(error, file=sys.stderr)
         return 1
     return 0

@@ -6,29 +6,69 @@ usage: archive_test.py MAKE_PACKAGE BUILD_ROOT
 """
 
 import hashlib
+import html.parser
 import os
+import re
 import shutil
 import subprocess
 import sys
 import tempfile
 import unittest
-import xml.etree.ElementTree
 import zipfile
 
 MAKE_PACKAGE, BUILD_ROOT = sys.argv[1:3]
 MSVC = os.path.join(BUILD_ROOT, "msvc")
 GNU = os.path.join(BUILD_ROOT, "gnu")
 
-EXPECTED_NAMES = [
-    "KarvelMax.bundle/Contents/icons/Karvel_16a.bmp",
-    "KarvelMax.bundle/Contents/icons/Karvel_16i.bmp",
-    "KarvelMax.bundle/Contents/icons/Karvel_24a.bmp",
-    "KarvelMax.bundle/Contents/icons/Karvel_24i.bmp",
-    "KarvelMax.bundle/Contents/plugins/KarvelMax.gup",
-    "KarvelMax.bundle/INSTALL.txt",
-    "KarvelMax.bundle/PackageContents.xml",
-    "KarvelMax.bundle/SHA256SUMS",
-]
+PAGES = ["CHANGELOG.html", "cheat-sheet.html", "user-guide.html"]
+FILES = [
+    "INSTALL.txt",
+    "KarvelMax.gup",
+    "NOTICE.txt",
+    "SHA256SUMS",
+    "cheat-sheet.pdf",
+    "icons/Karvel_16a.bmp",
+    "icons/Karvel_16i.bmp",
+    "icons/Karvel_24a.bmp",
+    "icons/Karvel_24i.bmp",
+] + PAGES
+
+
+def source(path):
+    """A text of the repository."""
+    with open(os.path.join(os.path.dirname(BUILD_ROOT), path), encoding="utf-8") as file:
+        return file.read()
+
+
+class Page(html.parser.HTMLParser):
+    """What a browser finds in a page: its text, where it leads, what it shows."""
+
+    def __init__(self, text):
+        super().__init__()
+        self.anchors, self.links, self.pictures, self.text, self.open = set(), [], [], "", []
+        self.rows = 0
+        self.feed(text)
+        self.close()
+
+    def handle_starttag(self, tag, attributes):
+        attributes = dict(attributes)
+        if "id" in attributes:
+            self.anchors.add(attributes["id"])
+        if tag == "a":
+            self.links.append(attributes["href"])
+        if tag == "img":
+            self.pictures.append((attributes["src"], attributes["alt"]))
+        if tag == "tr":
+            self.rows += 1
+        self.open.append(tag)
+
+    def handle_endtag(self, tag):
+        while self.open and self.open.pop() != tag:
+            pass
+
+    def handle_data(self, data):
+        if "style" not in self.open:
+            self.text += data
 
 
 class ArchiveTest(unittest.TestCase):
@@ -53,20 +93,94 @@ class ArchiveTest(unittest.TestCase):
             shutil.copytree(os.path.join(MSVC, part), os.path.join(build, part))
         return build
 
-    def test_holds_exactly_the_files_that_the_instructions_name(self):
+    found = None
+
+    def contents(self):
+        """Place in the folder of the archive -> bytes."""
+        if ArchiveTest.found is None:
+            ArchiveTest.found = self.read_contents()
+        return dict(ArchiveTest.found)
+
+    def read_contents(self):
         with zipfile.ZipFile(self.made()) as archive:
-            self.assertEqual(archive.namelist(), EXPECTED_NAMES)
             self.assertIsNone(archive.testzip())
+            names = archive.namelist()
+            self.assertEqual(names, sorted(names))
+            self.assertTrue(all(name.startswith("KarvelMax/") for name in names))
+            return {name.split("/", 1)[1]: archive.read(name) for name in names}
+
+    def test_holds_what_the_instructions_name_and_the_pictures_of_its_pages(self):
+        contents = self.contents()
+        shown = {picture for page in PAGES
+                 for picture, _ in Page(contents[page].decode("utf-8")).pictures}
+        self.assertGreater(len(shown), 10)
+        self.assertEqual(sorted(contents), sorted(FILES + list(shown)))
+        instructions = contents["INSTALL.txt"].decode("ascii")
+        listed = re.search(r"What is in the download\r\n-+\r\n\r\n(.*?)\r\n\r\n", instructions,
+                           re.S).group(1)
+        names = [line.split()[0].replace("\\", "/") for line in listed.split("\r\n")]
+        self.assertEqual(sorted(names), sorted(FILES + ["images"]))
+
+    def test_pages_are_the_repository_s_own(self):
+        contents = self.contents()
+        pages = {name: Page(contents[name].decode("utf-8")) for name in PAGES}
+        guide = source("docs/user-guide.md")
+        for heading in re.findall(r"^#+ (.*)$", guide, re.M):
+            self.assertIn(heading.replace("`", ""), pages["user-guide.html"].text)
+        # Every line of every table but the ruled one under its heads.
+        self.assertEqual(pages["user-guide.html"].rows,
+                         len(re.findall(r"^\|", guide, re.M)) -
+                         len(re.findall(r"^\|[-|]+\|$", guide, re.M)))
+        self.assertGreaterEqual(pages["cheat-sheet.html"].rows, 12)
+        self.assertIn(("images/gestures.png",
+                       "Alt drags orbit, pan and zoom; the middle button transforms and clones; "
+                       "Shift, Ctrl and Ctrl+Shift clicks select"),
+                      pages["cheat-sheet.html"].pictures)
+        self.assertIn("1.5.0", pages["CHANGELOG.html"].text)
+        # What Markdown left over would stand in the text.
+        for name, page in pages.items():
+            for left in ("](", "|---", "<!--", "**", "\n## ", "\n| "):
+                self.assertNotIn(left, page.text, name)
+
+    def test_links_stay_in_the_archive(self):
+        contents = self.contents()
+        pages = {name: Page(contents[name].decode("utf-8")) for name in PAGES}
+        followed = 0
+        for name, page in pages.items():
+            for link in page.links:
+                if link.startswith("https://"):
+                    continue
+                target, _, anchor = link.partition("#")
+                self.assertIn(target or name, pages, f"{name}: {link}")
+                if anchor:
+                    self.assertIn(anchor, pages[target or name].anchors, f"{name}: {link}")
+                followed += 1
+        self.assertGreater(followed, 10)
+
+    def test_the_printed_sheet_is_one_page(self):
+        sheet = self.contents()["cheat-sheet.pdf"]
+        self.assertTrue(sheet.startswith(b"%PDF-"))
+        self.assertEqual(len(re.findall(rb"/Type /Page\b(?!s)", sheet)), 1)
+        self.assertIn(b"/Subtype /Image", sheet)
+        self.assertNotIn(b"/URI", sheet)
+
+    def test_no_file_that_this_host_does_not_read(self):
+        self.assertNotIn("PackageContents.xml", {os.path.basename(name)
+                                                 for name in self.contents()})
+
+    def test_says_whose_it_is(self):
+        contents = self.contents()
+        for name in PAGES + ["INSTALL.txt", "NOTICE.txt"]:
+            self.assertIn("Copyright (C) the Karvel developers", contents[name].decode("utf-8"))
+        self.assertIn("trademarks", contents["NOTICE.txt"].decode("ascii"))
+        self.assertNotRegex(contents["NOTICE.txt"].decode("ascii"), r"@\w+@")
 
     def test_checksums_cover_every_other_file(self):
-        with zipfile.ZipFile(self.made()) as archive:
-            lines = archive.read("KarvelMax.bundle/SHA256SUMS").decode("ascii").splitlines()
-            sums = {name: checksum for checksum, name in (line.split("  ") for line in lines)}
-            others = [name for name in EXPECTED_NAMES if not name.endswith("SHA256SUMS")]
-            self.assertEqual(sorted(sums), [name.split("/", 1)[1] for name in others])
-            for name, checksum in sums.items():
-                data = archive.read("KarvelMax.bundle/" + name)
-                self.assertEqual(hashlib.sha256(data).hexdigest(), checksum, name)
+        contents = self.contents()
+        lines = contents.pop("SHA256SUMS").decode("ascii").splitlines()
+        sums = {name: checksum for checksum, name in (line.split("  ") for line in lines)}
+        self.assertEqual(sums, {name: hashlib.sha256(data).hexdigest()
+                                for name, data in contents.items()})
 
     def test_same_input_gives_the_same_bytes(self):
         first = self.made("first.zip")
@@ -78,17 +192,6 @@ class ArchiveTest(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stderr)
         with open(first, "rb") as one, open(second, "rb") as other:
             self.assertEqual(one.read(), other.read())
-
-    def test_description_names_files_of_the_archive(self):
-        with zipfile.ZipFile(self.made()) as archive:
-            document = xml.etree.ElementTree.fromstring(
-                archive.read("KarvelMax.bundle/PackageContents.xml"))
-            modules = [entry.get("ModuleName") for entry in document.iter("ComponentEntry")]
-        self.assertIn("./Contents/plugins/KarvelMax.gup", modules)
-        for module in modules:
-            place = "KarvelMax.bundle/" + module.removeprefix("./")
-            self.assertTrue(any(name == place or name.startswith(place + "/")
-                                for name in EXPECTED_NAMES), module)
 
     def test_refuses_the_gnu_file(self):
         build = self.copy_of_build()

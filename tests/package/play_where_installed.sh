@@ -11,9 +11,9 @@ cd "$directory" || exit 1
 python3 "$karvel_root/tools/make_package.py" --build "$karvel_root/build/msvc" \
     --output package.zip || exit 1
 python3 -m zipfile -e package.zip unpacked || exit 1
-(cd unpacked/KarvelMax.bundle && sha256sum --quiet -c SHA256SUMS) || exit 1
+(cd unpacked/KarvelMax && sha256sum --quiet -c SHA256SUMS) || exit 1
 mkdir -p host/plugins
-cp unpacked/KarvelMax.bundle/Contents/plugins/KarvelMax.gup host/plugins/
+cp unpacked/KarvelMax/KarvelMax.gup host/plugins/
 cp "$karvel_root"/build/msvc/host/*.dll host/
 
 wine_session_begin null || exit 1
