@@ -171,7 +171,7 @@ private:
 
     std::string Unknown() const {
         return "unknown command \"" + line_->words[0].text +
-               "\", write one of those in docs/trace.md and the scenario language";
+               "\", write one of those in docs/scenarios.md";
     }
 
     std::string ReadVerb(std::string_view word) {

@@ -6,7 +6,10 @@
 
 import pathlib
 import re
+import shutil
+import subprocess
 import sys
+import tempfile
 import unittest
 
 ROOT = None
@@ -92,6 +95,41 @@ def link_problems(page, text):
                 if anchor not in known:
                     problems.append(f"{page}:{number}: no heading makes the anchor of {target}")
     return problems
+
+
+# What may be written where a copyright is claimed: the one form, and its stand-ins in templates.
+COPYRIGHT = ("Copyright (C) the Karvel developers", "@KARVEL_COPYRIGHT@", "KARVEL_COPYRIGHT")
+
+
+def texts_of_the_product():
+    """Sources and texts that users or developers read; what tests expect is no statement."""
+    for path in sorted(ROOT.rglob("*")):
+        parts = path.relative_to(ROOT).parts
+        if parts[0] in ("build", ".git", "tests", "tools") or path.suffix in (".png", ".gif"):
+            continue
+        if path.is_file():
+            yield path, path.read_text(encoding="utf-8")
+
+
+def other_copyrights(text):
+    """Lines that claim a copyright in another form."""
+    return [line for line in text.split("\n")
+            if re.search(r"Copyright (\(C\)|©|by|[0-9])|©", line)
+            and not any(form in line for form in COPYRIGHT)]
+
+
+def steps_of_a_release():
+    """Step -> command, from docs/releasing.md."""
+    return dict(re.findall(r"^\| ([^|]+) \| `([^`]+)` \|$", read("docs/releasing.md"), re.M))
+
+
+def passes(command, folder):
+    return subprocess.run(["bash", "-c", command], cwd=folder, check=False).returncode == 0
+
+
+def commands_of_scenarios(source):
+    body = re.search(r"VerbRow kRows\[\] = \{(.*?)\n\s*\};", source, re.S).group(1)
+    return re.findall(r'\{"(\w+)", &Reader', body)
 
 
 def marked_tables(text):
@@ -288,6 +326,59 @@ class Documents(unittest.TestCase):
         self.assertEqual([], unknown_words(names, page))
 
 
+    def test_copyright_has_one_form(self):
+        found = 0
+        for path, text in texts_of_the_product():
+            self.assertEqual([], other_copyrights(text), path)
+            found += any(form in text for form in COPYRIGHT)
+        self.assertGreaterEqual(found, 7)
+
+    def test_the_web_address_stands_in_one_place(self):
+        places = [str(path.relative_to(ROOT)) for path, text in texts_of_the_product()
+                  if re.search(r"https?://[\w.]*\.example", text)]
+        self.assertLessEqual(set(places), {"CMakeLists.txt"})
+
+    def test_names_are_explained(self):
+        for page in ("README.md", "docs/user-guide.md", "package/INSTALL.txt.in"):
+            # One paragraph with all three.
+            self.assertTrue(any(all(re.search(rf"\b{name}\b", paragraph)
+                                    for name in ("KarvelMax", "Karvel", "Flinder"))
+                                for paragraph in read(page).split("\n\n")), page)
+
+    def test_no_release_with_a_placeholder_or_without_a_licence(self):
+        steps = steps_of_a_release()
+        address = steps["The web address is no placeholder"]
+        licence = steps["The owner has chosen a licence"]
+        with tempfile.TemporaryDirectory() as folder:
+            build = pathlib.Path(folder) / "CMakeLists.txt"
+            shutil.copy(ROOT / "CMakeLists.txt", build)
+            text = build.read_text(encoding="utf-8")
+            changed = re.sub(r'(set\(KARVEL_WEBSITE )"[^"]*"', r'\1"http://www.karvel.example"', text)
+            build.write_text(changed, encoding="utf-8")
+            self.assertFalse(passes(address, folder))
+            self.assertFalse(passes(licence, folder))
+            build.write_text(changed.replace("www.karvel.example", "karvel.org"), encoding="utf-8")
+            (build.parent / "LICENSE").write_text("A licence\n", encoding="utf-8")
+            self.assertTrue(passes(address, folder))
+            self.assertTrue(passes(licence, folder))
+        if not passes(licence, ROOT):
+            self.assertRegex(read("README.md"), r"## Licence\n\nNo licence has been chosen")
+
+    def test_ways_to_a_report(self):
+        form = re.search(r"## Reporting a bug\n(.*?)\n## ", read("docs/user-guide.md"), re.S).group(1)
+        self.assertEqual(5, len(re.findall(r"^    \w[^:]*:", form, re.M)))
+        # The form stands before the scenario.
+        self.assertLess(form.index("Version:"), form.index("scenario"))
+        for page in ("README.md", "docs/troubleshooting.md"):
+            self.assertRegex(read(page), r"\(\S*user-guide\.md#reporting-a-bug\)", page)
+
+    def test_every_command_of_scenarios_is_described(self):
+        commands = commands_of_scenarios(read("standin/player/scenario_parser.cpp"))
+        self.assertGreater(len(commands), 40)
+        spans = [span.split()[0] for span in re.findall(r"`([^`]+)`", read("docs/scenarios.md"))]
+        self.assertEqual([], sorted(set(commands) - set(spans)))
+
+
 class TheChecksThemselves(unittest.TestCase):
     """Each check finds the difference that it is there for."""
 
@@ -314,6 +405,10 @@ class TheChecksThemselves(unittest.TestCase):
         changed = source.replace('"slowZooming",            1', '"slowZooming",            0')
         self.assertNotEqual(source, changed)
         self.assertNotEqual(settings_of(source), settings_of(changed))
+
+    def test_copyrights(self):
+        self.assertEqual([], other_copyrights("Copyright (C) the Karvel developers.\nno copyright"))
+        self.assertEqual(3, len(other_copyrights("Copyright by us\nCopyright (C) 2012 us\n© us")))
 
     def test_words(self):
         self.assertEqual(["g_zoom"], unknown_words(["g_zoom", "g_pan"], "g_pan g_zoomLast"))
