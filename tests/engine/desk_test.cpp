@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "standin/engine/desk_control.h"
+#include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
 namespace {
@@ -119,6 +120,67 @@ TEST_F(DeskTest, TheWholeScreenMayBeginBeforeTheMainMonitor) {
     EXPECT_EQ(desk::Cursor().x, 0);
     EXPECT_EQ(desk::Cursor().y, 0);
     desk::Drain();
+}
+
+TEST_F(DeskTest, InjectedButtonsAreTheHardwares) {
+    desk::SetSwapped(true);
+    desk::InjectMove(desk::ToScreen(world::Find("viewport.persp"), {30, 40}));
+    INPUT record{};
+    record.type = INPUT_MOUSE;
+    record.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    trace::BeginCommand(true);
+    desk::SendInputRecords(&record, 1);
+    desk::Drain();
+    EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
+              "got viewport.persp WM_MOUSEMOVE 0 30,40");
+    EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
+              "got viewport.persp WM_RBUTTONDOWN 2 30,40");
+    EXPECT_EQ(Asked(VK_LBUTTON), 0x8001u);
+    record.mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    desk::SendInputRecords(&record, 1);
+    desk::Drain();
+    EXPECT_FALSE(desk::AnythingDown());
+}
+
+TEST_F(DeskTest, AnInjectedPressMayBeTheSecondOfADoubleClick) {
+    desk::InjectMove(desk::ToScreen(world::Find("viewport.persp"), {30, 40}));
+    INPUT press{};
+    press.type = INPUT_MOUSE;
+    press.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    for (const bool late : {false, true}) {
+        desk::InjectButton(VK_LBUTTON, true);
+        desk::InjectButton(VK_LBUTTON, false);
+        desk::Drain();
+        if (late) desk::AdvanceClock(600);
+        trace::BeginCommand(true);
+        desk::SendInputRecords(&press, 1);
+        desk::Drain();
+        EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
+                  late ? "got viewport.persp WM_LBUTTONDOWN 1 30,40"
+                       : "got viewport.persp WM_LBUTTONDBLCLK 1 30,40");
+        desk::InjectButton(VK_LBUTTON, false);
+        desk::Drain();
+    }
+}
+
+std::vector<std::string> g_keys;
+
+LRESULT CALLBACK NoteKey(int, WPARAM key, LPARAM lparam) {
+    const bool extended = (lparam & (static_cast<LPARAM>(KF_EXTENDED) << 16)) != 0;
+    g_keys.push_back(std::to_string(key) + (extended ? " extended" : ""));
+    return 0;
+}
+
+TEST_F(DeskTest, HooksGetTheGeneralKeyAndWhichSideItIs) {
+    desk::InstallHook(WH_KEYBOARD, NoteKey);
+    g_keys.clear();
+    for (const int key : {VK_LCONTROL, VK_RCONTROL, VK_LMENU, VK_RMENU, VK_CONTROL, VK_RSHIFT}) {
+        Key(key, true);
+        Key(key, false);
+    }
+    EXPECT_EQ(g_keys,
+              (std::vector<std::string>{"17", "17", "17 extended", "17 extended", "18", "18",
+                                        "18 extended", "18 extended", "17", "17", "16", "16"}));
 }
 
 // The codes with which the procedures were called.
