@@ -128,6 +128,10 @@ class Declarations(Copies):
                     "    void* hostData[2] = {nullptr, nullptr};\n")
         self.assert_difference("IMenu: offset of base IMenuElement: expected 32, found 40")
 
+    def test_node_without_its_second_base(self):
+        self.change("inode.h", ", public FPMixinInterface", "")
+        self.assert_difference("INode: offset of base FPMixinInterface: expected any, found None")
+
     def test_empty_second_base_missing(self):
         self.change("actiontable.h", ", public Noncopyable", "")
         self.assert_difference("ActionTable: size: expected 80, found 72",

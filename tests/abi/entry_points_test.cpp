@@ -115,4 +115,33 @@ TEST_F(PluginEntry, EachCallMakesAnActionTable) {
     EXPECT_STREQ(first->GetName().data(), "Karvel");
 }
 
+TEST_F(PluginEntry, ScriptsReadTheActionTableByNumber) {
+    ActionTable* const table = Descriptor().GetActionTable(0);
+    ASSERT_NE(table, nullptr);
+    // Nobody but the host can make a value, so two stand in plain memory.
+    alignas(FPValue) unsigned char words[2][sizeof(FPValue)] = {};
+    FPValue& answer = *reinterpret_cast<FPValue*>(words[0]);
+    FPValue& index = *reinterpret_cast<FPValue*>(words[1]);
+    const auto call = [&](int number, FPParams* parameters) {
+        return table->_dispatch_fn(static_cast<FunctionID>(number), 0, answer, parameters);
+    };
+    EXPECT_EQ(call(0, nullptr), 1);
+    EXPECT_EQ(answer.dw, 0x737D5FB8u);
+    EXPECT_EQ(call(1, nullptr), 1);
+    EXPECT_STREQ(answer.s, "Karvel");
+    EXPECT_EQ(call(2, nullptr), 1);
+    EXPECT_EQ(answer.dw, 0x737D5FB8u);
+    EXPECT_EQ(call(3, nullptr), 1);
+    EXPECT_STREQ(answer.s, table->fpGetContextName());
+    EXPECT_EQ(call(4, nullptr), 1);
+    EXPECT_EQ(answer.i, 20);
+    FPParams parameters;
+    index.type = TYPE_INT;
+    index.i = 1;
+    parameters.params.Append(1, &index);
+    EXPECT_EQ(call(5, &parameters), 1);
+    EXPECT_EQ(static_cast<ActionItem*>(answer.fi)->GetId(), 5);
+    EXPECT_EQ(call(6, nullptr), -1);
+}
+
 }  // namespace
