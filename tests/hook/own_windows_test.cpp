@@ -110,11 +110,17 @@ HINSTANCE WINAPI PlayedShellExecute(HWND owner, LPCSTR verb, LPCSTR file, LPCSTR
 }
 
 LRESULT WINAPI PlayedSendMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    const bool has_object = message == WM_SETICON || message == PSM_SETTITLEA;
+    EXPECT_EQ(has_object, lparam != 0);
     switch (message) {
         case PSM_GETCURRENTPAGEHWND:
+            EXPECT_EQ(wparam, 0u);
             Note(NameOf(window) + " asked for its page");
             return reinterpret_cast<LRESULT>(g_has_current_page ? kPage : nullptr);
-        case PSM_INDEXTOHWND: EXPECT_EQ(wparam, 0u); return reinterpret_cast<LRESULT>(kPage);
+        case PSM_INDEXTOHWND:
+            EXPECT_EQ(window, kSheet);
+            EXPECT_EQ(wparam, 0u);
+            return reinterpret_cast<LRESULT>(kPage);
         case PSM_CHANGED:
             Note(NameOf(window) + " changed by " + NameOf(reinterpret_cast<HWND>(wparam)));
             return 0;
@@ -394,6 +400,18 @@ TEST_F(OwnWindows, ABoxOfTheThirdStateIsNotChecked) {
             EXPECT_EQ(g_settings.*box.setting, state == BST_CHECKED ? 1 : 0) << box.control;
         }
     }
+}
+
+// Revert and help are menu entries: their answers are no, those of the boxes yes.
+TEST_F(OwnWindows, AnswersToCommands) {
+    Open();
+    for (const int box : {1006, 1027, 1004, 1005, 1007, 1009, 1010, 1011, 1012, 1014, 1015, 1028})
+        EXPECT_EQ(Page(WM_COMMAND, static_cast<WPARAM>(box)), TRUE) << box;
+    for (const int entry : {40003, 40004, 40006, 40013, 1, 1013, 1016})
+        EXPECT_EQ(Page(WM_COMMAND, static_cast<WPARAM>(entry)), FALSE) << entry;
+    EXPECT_EQ(Page(WM_PAINT), FALSE);
+    EXPECT_EQ(Welcome(WM_COMMAND, 1001), FALSE);
+    EXPECT_EQ(Welcome(WM_PAINT), FALSE);
 }
 
 TEST_F(OwnWindows, TheAboutBoxBelongsToThePage) {

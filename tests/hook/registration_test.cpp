@@ -89,6 +89,13 @@ int WINAPI PlayedWindowText(HWND window, LPSTR text, int size) {
     return lstrlenA(text);
 }
 
+int WINAPI PlayedLoadString(HINSTANCE module, UINT id, LPSTR text, int size) {
+    EXPECT_EQ(module, g_module);
+    g_lines.push_back("text " + std::to_string(id) + " in " + std::to_string(size));
+    lstrcpynA(text, g_title.c_str(), size);
+    return lstrlenA(text);
+}
+
 BOOL WINAPI PlayedIsWindow(HWND) {
     return TRUE;
 }
@@ -109,12 +116,13 @@ void* __imp_EnumChildWindows = reinterpret_cast<void*>(PlayedEnumChildWindows);
 void* __imp_GetParent = reinterpret_cast<void*>(PlayedParent);
 void* __imp_GetForegroundWindow = reinterpret_cast<void*>(PlayedForeground);
 void* __imp_GetWindowTextA = reinterpret_cast<void*>(PlayedWindowText);
+void* __imp_LoadStringA = reinterpret_cast<void*>(PlayedLoadString);
 void* __imp_IsWindow = reinterpret_cast<void*>(PlayedIsWindow);
 }
 
+extern "C" const MCHAR* LibDescription();
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
-HINSTANCE g_module = nullptr;
 int g_searchCtrlId = 0;
 char g_searchText[128] = "";
 
@@ -129,9 +137,6 @@ LRESULT CALLBACK KeyboardProc(int, WPARAM, LPARAM) {
 }
 LRESULT CALLBACK MouseHookProc(int, WPARAM, LPARAM) {
     return 1;
-}
-char* LoadText(int) {
-    return nullptr;
 }
 KarvelMaxClassDesc& KarvelMaxDescriptor() {
     static char place[sizeof(KarvelMaxClassDesc)];
@@ -202,6 +207,24 @@ TEST(Loading, ScriptFunctionsAreRegisteredInTheirOrder) {
         EXPECT_STREQ(g_registered[i].name, names[i]);
         EXPECT_EQ(g_registered[i].flags, 0);
     }
+}
+
+TEST(Loading, TextsAreReadIntoOneBufferOf256) {
+    g_module = reinterpret_cast<HINSTANCE>(static_cast<INT_PTR>(0x777));
+    Taken();
+    g_title = "One";
+    const char* const one = LibDescription();
+    EXPECT_STREQ(one, "One");
+    g_title = "Two";
+    EXPECT_EQ(LoadText(4), one);
+    EXPECT_STREQ(one, "Two");
+    EXPECT_EQ(Taken(), (Lines{"text 1 in 256", "text 4 in 256"}));
+
+    g_title.clear();
+    EXPECT_EQ(LoadText(99), nullptr);
+    g_module = nullptr;
+    EXPECT_EQ(LoadText(4), nullptr);
+    EXPECT_EQ(Taken(), Lines{"text 99 in 256"});
 }
 
 TEST(Start, FourButtonsAreLookedForInTheirOrder) {
