@@ -59,7 +59,15 @@ FAMILIES = [
     ["g_selCtrl", "g_selShift", "g_selCtrlShift"],
     ["g_graphiteSculptTool", "g_graphitePdTool"],
 ]
-MEMBERS = [["x", "y"], ["left", "top"], ["right", "bottom"]]
+MEMBERS = [["x", "y"], ["left", "top"], ["right", "bottom"], ["client", "screen"]]
+# What an argument is when it says nothing: to leave it out changes nothing.
+NOTHING = frozenset(["0", "nullptr", "{}", "false", "FALSE", '""', "NULL"])
+# A call that somebody may see: one that does more than turn a value into another form.
+CALL = re.compile(r"\b(?!(?:if|for|while|sizeof|MAKE\w+|To\w*Point)\b)\w+\(")
+MEMBER_TYPES = {"window": "HWND", "client": "POINT", "screen": "POINT", "message": "UINT"}
+NUMBER_TYPE = re.compile(
+    r"int|unsigned|bool|BOOL|UINT|WORD|DWORD|LONG|WPARAM|LPARAM|INT_PTR|LONG_PTR|WindowKind")
+JUMPS = frozenset(["return", "break", "continue", "goto"])
 
 
 @dataclasses.dataclass
@@ -221,6 +229,14 @@ class Finder:
                 self.at_string(index, token)
             elif token.kind == "name":
                 self.at_name(index, token)
+        # After the others, whose numbers stay as they are.
+        for index, token in enumerate(self.tokens):
+            if token.kind == "number":
+                self.drop_bit(index, token)
+            elif token.text == "(":
+                self.at_arguments(index)
+            elif token.text == "{":
+                self.exchange_statements(index)
         return self.mutants()
 
     def at_sign(self, index, token):
@@ -277,6 +293,12 @@ class Finder:
         # A flag or an answer is 0 or is not: 2 says the same as 1.
         if value != 1 or self.text(index - 1) not in ("=", "return"):
             self.replace(index, index, form.format(value + 1) + suffix, "constant")
+
+    def drop_bit(self, index, token):
+        """A constant made of several flags loses one; one flag alone would be 0."""
+        value = int(token.text.rstrip("uUlL"), 0)
+        if token.text[:2].lower() == "0x" and value & (value - 1):
+            self.replace(index, index, f"0x{value & (value - 1):X}", "flag")
 
     def at_string(self, index, token):
         if self.text(index - 1) == "extern":
@@ -388,6 +410,192 @@ class Finder:
             else:
                 return
             at += 1
+
+    def text_of(self, first, last):
+        return self.source[self.tokens[first].start:self.tokens[last].end]
+
+    def parts(self, begin, end, separator):
+        """(first, last) token of each part between two tokens, split where nothing is open."""
+        found, first, index = [], begin, begin
+        while index < end:
+            text = self.text(index)
+            if text in ("(", "[", "{"):
+                index = self.pairs[index]
+            elif text == separator:
+                found.append((first, index - 1))
+                first = index + 1
+            index += 1
+        found.append((first, end - 1))
+        return [(first, last) for first, last in found if first <= last]
+
+    def at_arguments(self, index):
+        """The arguments of a call: each replaced by nothing at all or by a like one, and each
+        exchanged with the next."""
+        called = self.text(index - 1)
+        if self.kind(index - 1) != "name" or called in KEYWORDS or self.is_declaration(index):
+            return
+        arguments = self.parts(index + 1, self.pairs[index], ",")
+        texts = [self.text_of(first, last) for first, last in arguments]
+        types = self.types_in_reach(index)
+        for at, (first, last) in enumerate(arguments):
+            # What is one number, flag or text has changes of its own. Macros take no braces.
+            alone = first == last
+            if texts[at] not in NOTHING and not called.isupper() and \
+                    not (alone and self.kind(first) in ("number", "string", "letter")):
+                self.replace(first, last, "{}", "argument")
+            if alone and texts[at] in types:
+                like = [name for name, of_type in types.items()
+                        if of_type == types[texts[at]] and name != texts[at]]
+                for other in like[:2]:
+                    self.replace(first, last, other, "argument")
+            if at + 1 == len(arguments) or texts[at] == texts[at + 1]:
+                continue
+            next_first, next_last = arguments[at + 1]
+            if self.may_stand_for(self.type_of(first, last, types),
+                                  self.type_of(next_first, next_last, types)):
+                between = self.source[self.tokens[last].end:self.tokens[next_first].start]
+                self.replace(first, next_last, texts[at + 1] + between + texts[at],
+                             "arguments exchanged")
+
+    def type_of(self, first, last, types):
+        """What an argument is, as far as its words tell; None where they do not."""
+        if first == last and self.kind(first) == "string":
+            return "text"
+        if first == last and self.text(first) in types:
+            return types[self.text(first)]
+        if first == last and self.text(first) == "nullptr":
+            return "null"
+        if self.kind(last) == "name" and self.text(last - 1) == "." and \
+                self.text(last) in MEMBER_TYPES:
+            return MEMBER_TYPES[self.text(last)]
+        words = self.tokens[first:last + 1]
+        if all(word.kind == "number" or word.text == "|" or word.text in ("true", "false") or
+               (word.kind == "name" and word.text.isupper()) for word in words):
+            return "int"
+        return None
+
+    @staticmethod
+    def may_stand_for(one, other):
+        """Whether both may be arguments of the same type."""
+        if one is None or other is None:
+            return True
+        if "null" in (one, other):
+            return not NUMBER_TYPE.fullmatch(other if one == "null" else one)
+        return one == other or bool(NUMBER_TYPE.fullmatch(one) and NUMBER_TYPE.fullmatch(other))
+
+    def is_declaration(self, index):
+        """Whether this bracket holds parameters, or the value of a variable."""
+        if self.text(self.pairs[index] + 1) in ("{", ":", "const", "override", "noexcept"):
+            return True
+        before = index - 2
+        while self.text(before) in ("::", ".", "->"):
+            before -= 2
+        if self.kind(before) == "name":
+            return self.text(before) not in ("return", "else", "case", "new")
+        # A type's star, bracket or tilde touches it or the name.
+        return self.text(before) in ("*", "&", ">", "~") and not self.is_spaced(before)
+
+    def types_in_reach(self, index):
+        """The parameters and variables that the function has before this, with their types."""
+        body = self.body_around(index)
+        if body is None:
+            return {}
+        close = body - 1
+        while self.text(close) != ")":
+            close -= 1
+        inside = self.source[self.tokens[body].end:self.tokens[index].start]
+        declared = re.findall(r"^\s*((?:const )?[A-Za-z_][\w:]*(?: [A-Za-z_]\w*)?[ *&]+)(\w+)(?: =|;)",
+                              inside, re.M)
+        for first, last in self.parts(self.pairs[close] + 1, close, ","):
+            if last > first:
+                declared.append((self.text_of(first, last - 1), self.text(last)))
+        return {name: re.sub(r"const |[ &]", "", of_type) for of_type, name in declared
+                if of_type.split()[0] not in JUMPS}
+
+    def is_body(self, index):
+        """Whether this brace begins the body of a function."""
+        return self.closes_function(self.pairs[index])
+
+    def body_around(self, index):
+        at = index
+        while at >= 0:
+            if self.text(at) in ("}", ")", "]") and at != index:
+                at = self.pairs[at]
+            elif self.text(at) == "{" and self.is_body(at):
+                return at
+            at -= 1
+        return None
+
+    def exchange_statements(self, index):
+        """Two statements of a block that follow each other change places."""
+        earlier = None
+        at, end = index + 1, self.pairs[index]
+        while at < end:
+            last = self.last_of_statement(at, end)
+            if last is None:
+                return
+            unit = (at, last) if self.is_movable(at, last) else None
+            if earlier and unit and self.makes_a_difference(earlier, unit):
+                between = self.source[self.tokens[earlier[1]].end:self.tokens[at].start]
+                self.replace(earlier[0], last, self.text_of(*unit) + between +
+                             self.text_of(*earlier), "statements exchanged")
+            earlier = unit
+            at = last + 1
+
+    def last_of_statement(self, at, end):
+        """The last token of the statement that begins here."""
+        if self.text(at) == "{":
+            return self.pairs[at]
+        if self.text(at) in ("if", "for", "while"):
+            if self.text(at + 1) != "(":
+                return None
+            last = self.last_of_statement(self.pairs[at + 1] + 1, end)
+            if last is not None and self.text(last + 1) == "else":
+                return self.last_of_statement(last + 2, end)
+            return last
+        while at < end:
+            text = self.text(at)
+            if text == ";":
+                return at
+            if text in ("(", "[", "{"):
+                at = self.pairs[at]
+            elif text in (":", "case", "default", "enum", "struct", "class"):
+                return None
+            at += 1
+        return None
+
+    def is_movable(self, at, last):
+        """A call, an assignment, or a condition before one; no declaration."""
+        if self.text(at) == "if":
+            return True
+        if self.kind(at) != "name" or self.text(at) in KEYWORDS:
+            return self.text(at) in ("++", "--", "*")
+        was_name = False
+        while at < last:
+            if self.kind(at) == "name":
+                if was_name or self.text(at) in TYPE_WORDS:
+                    return False
+                was_name = True
+            elif self.text(at) in ("::", ".", "->"):
+                was_name = False
+            elif self.text(at) == "*" and not self.source[self.tokens[at].start - 1].isspace():
+                return False
+            else:
+                return self.text(at) in ("(", "[") or self.text(at) in ASSIGNMENTS
+            at += 1
+        return False
+
+    def makes_a_difference(self, first, second):
+        """Nobody sees the order of two statements without a call unless one of them uses what the
+        other one sets."""
+        texts = [self.text_of(*unit) for unit in (first, second)]
+        if texts[0] == texts[1]:
+            return False
+        if any(CALL.search(text) for text in texts):
+            return True
+        return any(re.search(rf"\b{name}\b", other)
+                   for text, other in zip(texts, texts[::-1])
+                   for name in re.findall(r"(\w+) (?:[-+|&]?=) ", text))
 
     def mutants(self):
         seen, counts, result = set(), {}, []

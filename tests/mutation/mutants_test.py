@@ -101,6 +101,67 @@ class Changes(unittest.TestCase):
         source = "enum Kind : int { kA = 1, kB = 2 };"
         self.assertEqual([], self.changed(source, "neighbour", mutants.enumerations_of(source)))
 
+    def test_hexadecimal_constants_lose_a_flag(self):
+        self.assertEqual(["int a = 0x28;", "int a = 0x2A & B;"],
+                         self.changed("int a = 0x2A;", "flag") +
+                         self.changed("int a = 0x2B & B;", "flag"))
+        self.assertEqual([], self.changed("int a = 0x20 + 42;", "flag"))
+
+    def test_arguments_become_nothing(self):
+        self.assertEqual(["void f() { a::g({}, 0, b(c)); }", "void f() { a::g(d.e, 0, {}); }",
+                          "void f() { a::g(d.e, 0, b({})); }"],
+                         self.changed("void f() { a::g(d.e, 0, b(c)); }", "argument"))
+
+    def test_what_is_nothing_or_has_changes_of_its_own_stays(self):
+        self.assertEqual([], self.changed(
+            'void f() { g(nullptr, false, 7, "a", {}); H(a); if (b) return; }', "argument"))
+
+    def test_arguments_become_others_of_their_type(self):
+        source = "void f(HWND a, int b, HWND c) {\n    const int d = 1;\n    g(b, a);\n    int e = 2;\n}"
+        self.assertEqual(["g({}, a)", "g(d, a)", "g(b, {})", "g(b, c)"],
+                         [text.split("    ")[2].strip(";\n")
+                          for text in self.changed(source, "argument")])
+
+    def test_parameters_and_declarations_are_no_arguments(self):
+        source = "int f(int a, int b) { A c(a, b); const B* g(a, b); return d<A>(a, b); }"
+        for operator in ("argument", "arguments exchanged"):
+            self.assertEqual([], self.changed(source, operator))
+
+    def test_neighbouring_arguments_change_places(self):
+        self.assertEqual(["void f() { g(b, a, c + 1); }", "void f() { g(a, c + 1, b); }"],
+                         self.changed("void f() { g(a, b, c + 1); }", "arguments exchanged"))
+
+    def test_equal_arguments_and_those_of_other_types_keep_their_places(self):
+        for call in ("g(a, a)", 'g("a", 1)', "g(window, 0)", "g(event.window, event.client)",
+                     "g(nullptr, 7)", "g(count, WM_PAINT, window)"):
+            source = f"void f(HWND window, int count) {{ {call}; }}"
+            expected = [source.replace("count, WM_PAINT", "WM_PAINT, count")] \
+                if "PAINT" in call else []
+            self.assertEqual(expected, self.changed(source, "arguments exchanged"), call)
+
+    def test_neighbouring_statements_change_places(self):
+        self.assertEqual(["void f() { g(1); a = 1; if (b) return; c(); }",
+                          "void f() { a = 1; if (b) return; g(1); c(); }",
+                          "void f() { a = 1; g(1); c(); if (b) return; }"],
+                         self.changed("void f() { a = 1; g(1); if (b) return; c(); }",
+                                      "statements exchanged"))
+
+    def test_statements_of_inner_blocks_and_whole_blocks(self):
+        self.assertEqual(["void f() { g(); if (a) { b(); c(); } else { d(); } }",
+                          "void f() { if (a) { c(); b(); } else { d(); } g(); }"],
+                         self.changed("void f() { if (a) { b(); c(); } else { d(); } g(); }",
+                                      "statements exchanged"))
+
+    def test_declarations_jumps_and_single_statements_keep_their_places(self):
+        self.assertEqual([], self.changed("int f() { int a = g(); h(); A b(c); i(); return a; }",
+                                          "statements exchanged"))
+
+    def test_stored_values_that_nobody_sees_in_between_keep_their_places(self):
+        self.assertEqual([], self.changed("void f() { a.x = 1; b = 2; c = ToPoint(d); }",
+                                          "statements exchanged"))
+        self.assertEqual(["void f() { b = a; a = 1; }"],
+                         self.changed("void f() { a = 1; b = a; }", "statements exchanged"))
+
     def test_texts(self):
         self.assertEqual(['f("abde");'], self.changed('f("abce");', "text"))
         self.assertEqual(['f("x");'], self.changed('f("");', "text"))
@@ -137,6 +198,47 @@ class Changes(unittest.TestCase):
                 self.assertNotEqual(source, mutant.apply(source), mutant.name)
                 count += 1
         self.assertGreater(count, 3000)
+
+
+class Seeds(unittest.TestCase):
+    def test_lists(self):
+        self.assertEqual([3], mutate.seeds_of("3"))
+        self.assertEqual([1, 2, 3, 7], mutate.seeds_of("1-3,7,2"))
+
+    def test_mistakes(self):
+        for text in ("", "a", "1-", "-2", "1,,2"):
+            with self.assertRaisesRegex(mutate.argparse.ArgumentTypeError, "no list of seeds"):
+                mutate.seeds_of(text)
+
+
+class Results(unittest.TestCase):
+    SUMS = {"": "all", "a.scn": "1", "b.scn": "2"}
+
+    def results(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        return mutate.Results(pathlib.Path(folder.name) / "results.json", self.SUMS)
+
+    def test_what_one_seed_tried_is_found_by_the_next(self):
+        results = self.results()
+        results.add("a.cpp: b => c", "sum", "noticed", "a.scn", "code", line=7)
+        later = mutate.Results(results.path, self.SUMS)
+        entry = later.find("a.cpp: b => c", "sum")
+        self.assertEqual(("noticed", "a.scn", 7), (entry["result"], entry["by"], entry["line"]))
+        self.assertTrue(later.is_final(entry))
+        self.assertEqual(entry, later.find_code("code", "sum"))
+        # With other sources it is tried again, by the same test first.
+        self.assertIsNone(later.find("a.cpp: b => c", "other"))
+        self.assertEqual("a.scn", later.earlier["a.cpp: b => c"])
+
+    def test_a_survivor_meets_new_tests(self):
+        results = self.results()
+        entry = results.add("a.cpp: b => c", "sum", "survived", "", "code", ["a.scn", "b.scn"])
+        self.assertTrue(results.is_final(entry))
+        later = mutate.Results(results.path, {"": "more", "a.scn": "1", "b.scn": "changed"})
+        entry = later.find("a.cpp: b => c", "sum")
+        self.assertFalse(later.is_final(entry))
+        self.assertEqual({"a.scn"}, later.met_by(entry))
 
 
 class Survivors(unittest.TestCase):
