@@ -505,6 +505,31 @@ TEST_F(PlayedInput, ACtrlClickRunsBeforeItsInputIsSent) {
     EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "input alt-up []"}));
 }
 
+// Where the system counts the swallowed press, the replayed one is the second of a double click.
+TEST_F(PlayedInput, AReplayedPressMayComeAsADoubleClick) {
+    HoldLeftCtrl();
+    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    Taken();
+    g_message_keys[VK_MENU] = g_keys[VK_MENU] = kDown;
+    EXPECT_FALSE(EmulateSelection(Event(WM_LBUTTONDBLCLK), kWindowViewport));
+    EXPECT_EQ(Taken(), Lines{});
+    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+    EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "input alt-up []"}));
+}
+
+// Else the release of a replay that is lost on its way would go round for ever.
+TEST_F(PlayedInput, AReleaseIsPutBehindTheReplayFourTimesAtMost) {
+    HoldLeftCtrl();
+    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    Taken();
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+        EXPECT_EQ(Taken(), Lines{"input left-up [ctrl-click]"});
+    }
+    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+    EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "input alt-up []"}));
+}
+
 TEST_F(PlayedInput, AShiftClickRunsUntilItsReleaseIsSent) {
     g_keys[VK_SHIFT] = kDown;
     EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
