@@ -124,7 +124,6 @@ void Writer::Add(const Command& command) {
     if (!file_) return;
     const std::string user = UserWords(command);
     if (user.empty()) return;
-    Line('u', user);
     std::vector<std::string> told;
     if (command.verb == Verb::kStart) {
         // Every scenario starts alike; the trace has the steps.
@@ -134,18 +133,38 @@ void Writer::Add(const Command& command) {
         for (const std::string& effect : trace::EffectsOfCommand())
             if (std::string words = PluginWords(effect); !words.empty())
                 told.push_back(std::move(words));
+    // A drag of many steps is told once.
+    if (user == last_user_ && told == last_told_) {
+        ++repeats_;
+        return;
+    }
+    EndRepeats();
+    last_user_ = user;
+    last_told_ = told;
+    Line('u', user);
     for (size_t i = 0; i < told.size() && i < kMostLines; ++i)
         Line('p', told[i]);
     if (told.size() > kMostLines)
         Line('p', "... and " + std::to_string(told.size() - kMostLines) + " more steps");
 }
 
+void Writer::EndRepeats() {
+    if (repeats_ > 0)
+        Line('u', repeats_ == 1 ? "does so once more"
+                                : "does so " + std::to_string(repeats_) + " more times");
+    repeats_ = 0;
+}
+
 void Writer::AddPicture(const std::string& name) {
-    if (file_) Line('s', name);
+    if (!file_) return;
+    EndRepeats();
+    last_user_.clear();
+    Line('s', name);
 }
 
 void Writer::Close() {
     if (!file_) return;
+    EndRepeats();
     const desk::Counts counts = desk::CountsSoFar();
     std::fprintf(file_, "n\t%llu %llu %llu %llu\n", counts.injected, counts.own, counts.swallowed,
                  counts.passed);

@@ -22,8 +22,12 @@ public:
 
 private:
     void Line(char kind, const std::string& text);
+    void EndRepeats();
 
     std::FILE* file_ = nullptr;
+    std::string last_user_;
+    std::vector<std::string> last_told_;
+    int repeats_ = 0;
 };
 
 // What a command of a scenario is in a user's words; empty when it is nothing that a user does.

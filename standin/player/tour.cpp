@@ -38,6 +38,10 @@ std::vector<std::string> Files(const std::string& folder) {
     return files;
 }
 
+bool IsFilmed(const Stop& stop) {
+    return stop.file.find("orbit_zoom_orbit") != std::string::npos;
+}
+
 int Play(const std::vector<Stop>& stops, const std::string& folder, const PlayStop& play) {
     const std::string trace_name = folder + "\\tour.trace";
     std::FILE* const trace = std::fopen(trace_name.c_str(), "wb");

@@ -18,6 +18,9 @@ struct Stop {
 using PlayStop = std::function<int(const Stop& stop, const std::string& account,
                                    std::string* output, std::string* messages)>;
 
+// The one whose drag is kept step by step, for the moving picture.
+bool IsFilmed(const Stop& stop);
+
 // Plays all stops, prints the account and writes the trace to the folder.
 int Play(const std::vector<Stop>& stops, const std::string& folder, const PlayStop& play);
 

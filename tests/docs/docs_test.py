@@ -338,6 +338,29 @@ class Documents(unittest.TestCase):
                   if re.search(r"https?://[\w.]*\.example", text)]
         self.assertLessEqual(set(places), {"CMakeLists.txt"})
 
+    def test_first_screen(self):
+        first, *rest = re.split(r"^## ", read("README.md"), flags=re.M)
+        self.assertLessEqual(len(first.split("\n")), 36)
+        picture = re.search(r"!\[[^\]]+\]\(([^)]+)\)", first).group(1)
+        self.assertEqual("docs/images/tour.gif", picture)
+        data = (ROOT / picture).read_bytes()
+        self.assertEqual(b"GIF89a", data[:6])
+        self.assertLessEqual(len(data), 1 << 20)
+        # A block before each step of the drag.
+        self.assertGreaterEqual(data.count(b"\x21\xf9\x04"), 20)
+        for words in ("./dev run ", "./dev run --interactive", "./dev package", "./dev play",
+                      "docs/scenarios.md", "#reporting-a-bug"):
+            self.assertIn(words, first)
+        self.assertEqual(["Install and remove", "The gestures on one screen"],
+                         [part.split("\n")[0] for part in rest[:2]])
+
+    def test_pictures_stand_in_the_user_guide(self):
+        guide = read("docs/user-guide.md")
+        for heading, picture in (("Alt drags", "editors"), ("The middle button alone", "quick-transform"),
+                                 ("Trying it without 3ds Max", "things-to-try")):
+            part = re.search(rf"^### {heading}\n(.*?)(?=^##)", guide, re.M | re.S).group(1)
+            self.assertIn(f"(images/{picture}.png)", part)
+
     def test_names_are_explained(self):
         for page in ("README.md", "docs/user-guide.md", "package/INSTALL.txt.in"):
             # One paragraph with all three.

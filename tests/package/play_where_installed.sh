@@ -25,4 +25,13 @@ run_wine "$karvel_root/build/gnu/bin/standin.exe" tour --out "$directory/tour" -
 }
 # The tour tells at its end how many events the plug-in kept to itself.
 tail -n 3 account.txt
-grep -q 'events were injected' account.txt
+grep -q 'events were injected' account.txt || exit 1
+
+# The moving picture, small enough for a page, with nothing left of its steps.
+"$karvel_root/tools/tour_gif.sh" "$directory/tour" || exit 1
+size=$(stat -c %s "$directory/tour/tour.gif") || exit 1
+if [ "$size" -gt 1048576 ] || [ "$size" -lt 100000 ]; then
+    echo "tour.gif has $size bytes"
+    exit 1
+fi
+if ls "$directory"/tour/film-*.png 2>/dev/null; then exit 1; fi
