@@ -29,7 +29,7 @@ void OpenInteractive();
 // Hands out what the user does until the window is gone. A key that nobody kept is offered to
 // `hotkey` first; true: it was one. With `watch` the trace also tells what scene, menus and
 // dialogs show, whenever that has changed and the queue is empty.
-void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key), bool watch);
+void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key, bool repeated), bool watch);
 bool IsInteractive();
 // Once the main window stands.
 void TakeForeground(HWND main_window);

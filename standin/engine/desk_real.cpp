@@ -196,7 +196,7 @@ LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam) {
     return answer;
 }
 
-void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key), bool watch) {
+void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key, bool repeated), bool watch) {
     MSG message;
     if (watch) BeginWatch();
     while (IsWindow(main_window)) {
@@ -209,7 +209,9 @@ void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key), bool watc
         trace::Flush();
         trace::NoteProgress();
         if (world::SpeakToDialogs(&message)) continue;
-        if (message.message == WM_KEYDOWN && hotkey(static_cast<int>(message.wParam))) continue;
+        const bool repeated = (message.lParam & (static_cast<LPARAM>(KF_REPEAT) << 16)) != 0;
+        if (message.message == WM_KEYDOWN && hotkey(static_cast<int>(message.wParam), repeated))
+            continue;
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }

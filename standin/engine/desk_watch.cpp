@@ -51,7 +51,7 @@ void Tell(HWND open_menu) {
         const HMENU bar = window ? GetMenu(window) : nullptr;
         if (bar) AddEntries(std::string("bar ") + name, window, bar, &lines);
     }
-    for (const char* const what : {"camera", "objects", "controls"})
+    for (const char* const what : {"camera", "objects", "modes", "tried", "controls"})
         for (const std::string& line : world::Show(what, ""))
             lines.push_back(line);
     if (open_menu) {

@@ -15,8 +15,10 @@ struct Options {
     int release = 13900;
     int screen_width = 1280;
     int screen_height = 1024;
-    bool visible = false;       // windows are drawn on a display (pictures, interactive)
-    bool draw_pointer = false;  // the pointer is drawn too: pictures lack the system's
+    bool visible = false;   // windows are drawn on a display (pictures, interactive)
+    bool practice = false;  // what there is to try stands beside the views, with tools to pick
+    std::vector<std::string> keys;  // and these lines below it
+    bool draw_pointer = false;      // the pointer is drawn too: pictures lack the system's
     std::string config_dir;  // the host's plug-in configuration directory, as the host answers it
 };
 
@@ -113,6 +115,11 @@ std::vector<std::string> Show(std::string_view what, std::string_view argument);
 
 // Balance sheet at the end of a play: viewports and buttons not released, redraw stops left.
 std::vector<std::string> Leaks();
+
+// A key of the host's own, as interactive mode has them: Q, W, E, R, G, Z, Ctrl+Z. False: none.
+bool HostKey(int virtual_key, bool repeated);
+// A notch of the mouse's wheel, forward or back.
+void TurnWheel(POINT screen, bool forward);
 
 // What the status line says besides the mode: the last commands, newest last.
 void NoteDeed(std::string_view text);

@@ -121,6 +121,23 @@ void CreateActions() {
         button->label = *row.label ? row.label : row.text;
         g_world.buttons.push_back(std::move(button));
     }
+    if (!g_world.options.practice) return;
+    for (const auto& [mode, label] : {std::pair{1, "Move"}, {2, "Rotate"}, {3, "Scale"}}) {
+        auto button = std::make_unique<eng_button>();
+        button->id = mode;
+        button->name = "tool." + std::to_string(mode);
+        button->label = label;
+        g_world.buttons.push_back(std::move(button));
+    }
+}
+
+bool IsToolButton(const eng_button& button) {
+    return button.name.starts_with("tool.");
+}
+
+void ShowCurrentTool() {
+    for (const auto& button : g_world.buttons)
+        if (IsToolButton(*button)) SetButtonChecked(*button, button->id == ModeId());
 }
 
 eng_table* FindTable(unsigned long id) {
@@ -164,8 +181,52 @@ bool ExecuteAction(eng_action& action) {
     return true;
 }
 
+// Looks in interactive mode what a command of the plug-in has done.
+class CommandWatch {
+public:
+    explicit CommandWatch(int id) : id_(id) {
+        if (!g_world.options.practice) return;
+        scene_ = TakeScene();
+        snaps_ = Snaps();
+        cameras_ = Cameras();
+        if (id == kTimeScrubber) HoldScrubKey(true);
+    }
+    ~CommandWatch() {
+        if (!g_world.options.practice) return;
+        const bool nudge = id_ >= kNudgeUp && id_ <= kNudgeRight;
+        const bool frame = id_ == kFrameSelected || id_ == kFrameAll;
+        if (snaps_ != Snaps()) NoteTry(Try::kSnap);
+        if (nudge && !(scene_ == TakeScene())) NoteTry(Try::kNudge);
+        if (frame && cameras_ != Cameras()) NoteTry(Try::kFrame);
+    }
+    CommandWatch(const CommandWatch&) = delete;
+    CommandWatch& operator=(const CommandWatch&) = delete;
+
+private:
+    enum { kTimeScrubber = 7, kNudgeUp = 10, kNudgeRight = 13, kFrameSelected = 15, kFrameAll };
+
+    static std::vector<bool> Snaps() {
+        std::vector<bool> snaps = {g_world.snap, ActionChecked(*FindAction(kMainTable, 40074))};
+        for (const auto& [number, action] : FindTable(kSnapTable)->actions)
+            snaps.push_back(ActionChecked(*action));
+        return snaps;
+    }
+    static std::vector<eng_view::Camera> Cameras() {
+        std::vector<eng_view::Camera> cameras;
+        for (const eng_view& view : g_world.views)
+            cameras.push_back(view.camera);
+        return cameras;
+    }
+
+    int id_;
+    SceneState scene_;
+    std::vector<bool> snaps_;
+    std::vector<eng_view::Camera> cameras_;
+};
+
 int RunPluginAction(int id) {
     if (!g_world.action_callback || !g_plugin_calls || !g_plugin_calls->execute_action) return 0;
+    const CommandWatch watch(id);
     trace::In("command " + std::to_string(id));
     const int handled = g_plugin_calls->execute_action(g_world.action_callback, id);
     trace::Out(std::to_string(handled));
@@ -213,6 +274,8 @@ void ButtonCommand(eng_button& button, int code) {
         SetButtonChecked(button, g_world.key_mode);
     } else if (id == 50027) {
         ReplaceMode(6);
+    } else if (IsToolButton(button)) {
+        ReplaceMode(id);
     }
 }
 

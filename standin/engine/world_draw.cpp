@@ -164,6 +164,26 @@ void DrawPivot(Canvas& canvas, const ViewBasis& basis, const eng_node& node) {
     }
 }
 
+// Which way the world's axes go, in the corner.
+void DrawTripod(Canvas& canvas, const ViewBasis& basis) {
+    constexpr double kLength = 24;
+    const double x = 34, y = canvas.area.bottom - 34;
+    struct Row {
+        Vector axis;
+        COLORREF color;
+        const char* name;
+    };
+    const Row rows[] = {{{1, 0, 0}, kRed, "x"}, {{0, 1, 0}, kGreen, "y"}, {{0, 0, 1}, kSky, "z"}};
+    for (const Row& row : rows) {
+        const double dx = Dot(row.axis, basis.right) * kLength;
+        const double dy = -Dot(row.axis, basis.up) * kLength;
+        if (std::hypot(dx, dy) < 2) continue;
+        canvas.Line(x, y, x + dx, y + dy, row.color);
+        canvas.Text(static_cast<int>(x + dx * 1.3) - 3, static_cast<int>(y + dy * 1.3) - 7,
+                    row.name, row.color);
+    }
+}
+
 std::string ViewLabel(const eng_view& view) {
     if (view.locked) return "Spot001 (locked)";
     switch (view.kind) {
@@ -176,7 +196,7 @@ std::string ViewLabel(const eng_view& view) {
 void DrawViewport(Canvas& canvas, const eng_view& view) {
     canvas.Fill(canvas.area, RGB(72, 72, 76));
     const ViewBasis basis = BasisOf(view);
-    DrawGrid(canvas, view, basis);
+    if (view.grid) DrawGrid(canvas, view, basis);
     for (const bool selected : {false, true})
         for (const eng_node* node : LiveNodes()) {
             if (node->state.hidden || IsSelected(node) != selected) continue;
@@ -185,6 +205,7 @@ void DrawViewport(Canvas& canvas, const eng_view& view) {
         }
     for (const eng_node* node : g_world.selection)
         if (!node->state.hidden) DrawPivot(canvas, basis, *node);
+    DrawTripod(canvas, basis);
     const bool active = &view == g_world.active_view;
     canvas.Text(8, 6, "[+] [ " + ViewLabel(view) + " ] [ Wireframe ]", active ? kYellow : kLight);
     canvas.Frame(canvas.area, active ? kYellow : kDark);
@@ -440,6 +461,31 @@ void DrawPanel(Canvas& canvas, HWND window) {
     canvas.Text(8, 3, title, kLight);
 }
 
+void DrawTry(Canvas& canvas) {
+    constexpr int kRow = 27;
+    int y = 24;
+    for (int i = 0; i < kTryCount; ++i) {
+        const TryRow& row = kTryRows[i];
+        const bool done = IsTried(static_cast<Try>(i));
+        const RECT box{6, y + 2, 17, y + 13};
+        canvas.Fill(box, done ? kGreen : kDark);
+        canvas.Frame(box, kDim);
+        if (done) {
+            canvas.Line(8, y + 7, 11, y + 10, RGB(0, 0, 0));
+            canvas.Line(11, y + 10, 15, y + 4, RGB(0, 0, 0));
+        }
+        canvas.Text(23, y, row.what, done ? kGreen : kLight);
+        canvas.Text(23, y + 12, row.how, kDim);
+        y += kRow;
+    }
+    y += 2;
+    canvas.Line(6, y, canvas.area.right - 6, y, kDim);
+    for (const std::string& line : g_world.options.keys) {
+        y += 12;
+        canvas.Text(6, y - 10, line, kLight);
+    }
+}
+
 // Pictures of the screen come without the system's pointer.
 void DrawPointer(Canvas& canvas, HWND window) {
     if (!g_world.options.draw_pointer) return;
@@ -471,6 +517,7 @@ void DrawWindow(HWND window) {
         canvas.Fill(canvas.area, kFace);
     else
         DrawPanel(canvas, window);
+    if (window == g_world.try_panel) DrawTry(canvas);
     DrawPointer(canvas, window);
 }
 

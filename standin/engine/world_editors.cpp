@@ -422,7 +422,11 @@ LRESULT CALLBACK ThumbProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
         case WM_LBUTTONUP: return release(MK_LBUTTON);
         case WM_RBUTTONUP: return release(MK_RBUTTON);
         case WM_MOUSEMOVE:
-            if (g_thumb_grip >= 0) DragThumb(PointOf(lparam));
+            if (g_thumb_grip >= 0) {
+                const int before = g_world.time;
+                DragThumb(PointOf(lparam));
+                if (before != g_world.time && IsScrubKeyHeld()) NoteTry(Try::kScrub);
+            }
             return 0;
         case WM_PAINT: DrawWindow(window); return 0;
         case WM_ERASEBKGND: return 1;

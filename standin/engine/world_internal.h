@@ -15,6 +15,7 @@
 #include "standin/engine/engine_api.h"
 #include "standin/engine/world.h"
 #include "standin/engine/world_geometry.h"
+#include "standin/engine/world_try.h"
 
 namespace world {
 
@@ -71,6 +72,7 @@ struct eng_view : world::Handle {
     world::ViewKind kind = world::ViewKind::kPerspective;
     world::ViewKind home_kind = world::ViewKind::kPerspective;
     bool locked = false;
+    bool grid = true;
     Camera camera;
     Camera home;
 };
@@ -200,6 +202,7 @@ struct State {
     HWND status = nullptr;
     HWND navigation_panel = nullptr;
     HWND navigation_toolbar = nullptr;
+    HWND try_panel = nullptr;
     HWND titled = nullptr;  // stands for a foreground window of any title
     HWND foreground = nullptr;
     std::map<std::string, HWND, std::less<>> dialogs;
@@ -271,6 +274,7 @@ struct State {
     int buttons_out = 0;
     std::string listener_text;
     std::vector<std::string> deeds;
+    std::set<Try> tried;
     int null_releases = 0;
 };
 
@@ -323,6 +327,9 @@ bool ActionChecked(const eng_action& action);
 bool ExecuteAction(eng_action& action);
 eng_button* FindButton(int id);  // by control id, whether its window is there or not
 eng_button* ButtonOf(HWND window);
+// Interactive mode's buttons for Move, Rotate and Scale; their numbers are those of the modes.
+bool IsToolButton(const eng_button& button);
+void ShowCurrentTool();
 void SetButtonChecked(eng_button& button, bool checked);
 // WM_COMMAND of a button at its toolbar or page.
 void ButtonCommand(eng_button& button, int code);
@@ -351,6 +358,7 @@ void ActivateView(eng_view* view);
 void ZoomExtents(eng_view& view, bool selected_only);
 LRESULT CALLBACK ViewportProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 void ForgetDrag(HWND window);
+bool DragRuns();  // in any view
 // Ctrl and Shift by what the message says or the key state that belongs to it; a sender that wants
 // one of them to count as up must clear both.
 struct Modifiers {
@@ -396,6 +404,9 @@ void UpdateMenuBar();
 bool MenuCommand(UINT command);  // a pick from the menu bar
 void PrepareMenu(HMENU menu);    // a menu is about to open
 std::vector<std::string> MenuLines();
+
+// --- pointers (world_cursors.cpp) ---
+HCURSOR HostCursor(int mode);  // null: the arrow
 
 // --- drawing (world_draw.cpp) ---
 void DrawWindow(HWND window);  // in WM_PAINT

@@ -153,6 +153,11 @@ void RunOwnCommand(UINT command) {
     }
 }
 
+void FrameAllViews() {
+    for (eng_view& view : g_world.views)
+        ZoomExtents(view, true);
+}
+
 void AddLines(const eng_menu& menu, const std::string& path, std::vector<std::string>& lines) {
     for (const eng_item* item : menu.items) {
         std::string line = path.empty() ? TitleOf(*item) : path + " / " + TitleOf(*item);
@@ -231,6 +236,28 @@ bool MenuCommand(UINT command) {
     else if (eng_action* action = FindAction(item->table, item->action))
         ExecuteAction(*action);
     return true;
+}
+
+bool HostKey(int virtual_key, bool repeated) {
+    const bool ctrl = desk::ThreadKeyState(VK_CONTROL) < 0;
+    if (ctrl) {
+        if (virtual_key != 'Z') return false;
+        Undo();
+        return true;
+    }
+    switch (virtual_key) {
+        case 'Q': RunOwnCommand(kSelectTool); return true;
+        case 'W': RunOwnCommand(kMove); return true;
+        case 'E': RunOwnCommand(kRotate); return true;
+        case 'R': RunOwnCommand(kScale); return true;
+        case 'Z': FrameAllViews(); return true;
+        case 'G':
+            if (g_world.active_view && !repeated)
+                g_world.active_view->grid = !g_world.active_view->grid;
+            Redraw();
+            return true;
+        default: return false;
+    }
 }
 
 // The host asks a menu's actions for their state when the menu opens.

@@ -48,6 +48,10 @@ void ChangeModes(std::vector<eng_mode*> modes) {
     } else if (!g_world.playing && g_world.options.visible && g_world.main) {
         KillTimer(g_world.main, 1);
     }
+    ShowCurrentTool();
+    // Out of a view mode the arrow comes back at once, not with the next move.
+    if (g_world.options.visible && before && now && HostCursor(before->id) && !HostCursor(now->id))
+        SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)));
     NoteDeed("mode " + ModeText(now));
     Redraw();
     if (!g_plugin_calls || !g_plugin_calls->mode_changed) return;

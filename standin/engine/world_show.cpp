@@ -308,6 +308,10 @@ std::vector<std::string> Show(std::string_view what, std::string_view argument) 
     } else if (what == "controls") {
         ShowControls("options", lines);
         ShowControls("welcome", lines);
+    } else if (what == "tried") {
+        for (int i = 0; i < kTryCount; ++i)
+            if (IsTried(static_cast<Try>(i)))
+                lines.push_back(std::string("tried ") + trace::Quoted(kTryRows[i].what));
     } else if (what == "undo") {
         std::string line = "undo";
         for (const UndoRecord& record : g_world.undo)

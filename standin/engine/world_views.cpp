@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "standin/engine/desk.h"
+#include "standin/engine/desk_control.h"
 #include "standin/engine/world_internal.h"
 
 namespace world {
@@ -32,10 +33,12 @@ struct Drag {
     POINT start{};
     POINT last{};
     int mode = 0;
-    bool begun = false;     // moved past the threshold
-    bool clone = false;     // Shift was down at the press
-    bool holding = false;   // an undo record is open
-    bool deselect = false;  // a press on nothing: without a move it clears the selection
+    eng_view::Camera camera{};  // at the press
+    bool quick = false;         // the hand holds the middle button
+    bool begun = false;         // moved past the threshold
+    bool clone = false;         // Shift was down at the press
+    bool holding = false;       // an undo record is open
+    bool deselect = false;      // a press on nothing: without a move it clears the selection
     std::vector<NodeState> before;
     std::vector<eng_node*> nodes;
     Vector pivot;
@@ -163,6 +166,7 @@ void Pan(eng_view& view, double dx, double dy) {
 
 void BeginTransform(const eng_view& view) {
     g_drag.begun = true;
+    g_drag.quick = desk::AsyncDown(VK_MBUTTON);
     HoldBegin();
     g_drag.holding = true;
     if (g_drag.clone) {
@@ -213,8 +217,21 @@ void EndTransform(bool accept) {
         else
             HoldCancel();
     }
+    if (accept && g_drag.begun && g_drag.quick)
+        NoteTry(g_drag.clone ? Try::kClone : Try::kQuickTransform);
     g_drag = {};
     Redraw();
+}
+
+// Over when a button comes up, or when another drag takes its place.
+void EndViewDrag(const eng_view& view) {
+    if (view.camera == g_drag.camera) return;
+    switch (g_drag.kind) {
+        case DragKind::kOrbit: NoteViewDrag(Try::kOrbit); break;
+        case DragKind::kZoom: NoteViewDrag(Try::kZoom); break;
+        case DragKind::kPan: NoteViewDrag(Try::kPan); break;
+        default: break;
+    }
 }
 
 bool SelectionLocked() {
@@ -246,15 +263,23 @@ void ClickSelect(eng_node* hit, Modifiers keys) {
     HoldBegin();
     SetSelection(nodes);
     HoldAccept("Select");
+    if (desk::AsyncDown(VK_CONTROL) || desk::AsyncDown(VK_SHIFT)) NoteTry(Try::kModifierClick);
 }
 
 // --- messages ---
+
+// Where there is a picture of the pointer: in the view modes it is the host's own.
+void ShowPointer() {
+    if (!g_world.options.visible) return;
+    if (const HCURSOR cursor = HostCursor(ModeId())) SetCursor(cursor);
+}
 
 void PressLeft(eng_view& view, WPARAM flags, POINT point) {
     const int mode = ModeId();
     g_drag.mode = mode;
     if (mode == 200 || mode == 202) {
         if (!view.locked) g_drag.kind = mode == 200 ? DragKind::kZoom : DragKind::kPan;
+        ShowPointer();
         return;
     }
     if (IsSelectMode(mode)) {
@@ -269,6 +294,12 @@ void PressLeft(eng_view& view, WPARAM flags, POINT point) {
     // takes that one.
     if (SelectionLocked()) return;
     eng_node* hit = HitTest(view, point);
+    // Alt takes away here as well, and nothing is left to drag.
+    if (hit && IsSelected(hit) && desk::KeyDown(VK_MENU)) {
+        g_drag.kind = DragKind::kClick;
+        ClickSelect(hit, {true, false, false});
+        return;
+    }
     if (hit && !IsSelected(hit))
         ClickSelect(hit, {desk::KeyDown(VK_MENU), (flags & MK_CONTROL) != 0, false});
     g_drag.deselect = !hit && !(flags & (MK_CONTROL | MK_SHIFT)) && !desk::KeyDown(VK_MENU);
@@ -290,6 +321,7 @@ void Press(eng_view& view, unsigned button, WPARAM flags, POINT point) {
     g_drag.window = view.window;
     g_drag.button = button;
     g_drag.start = g_drag.last = point;
+    g_drag.camera = view.camera;
     if (button == MK_LBUTTON)
         PressLeft(view, flags, point);
     else if (button == MK_MBUTTON && desk::KeyDown(VK_MENU) && !view.locked &&
@@ -299,6 +331,7 @@ void Press(eng_view& view, unsigned button, WPARAM flags, POINT point) {
 }
 
 void Move(eng_view& view, WPARAM flags, POINT point) {
+    ShowPointer();
     if (g_drag.kind == DragKind::kNone || g_drag.window != view.window) return;
     const double dx = point.x - g_drag.last.x;
     const double dy = point.y - g_drag.last.y;
@@ -325,6 +358,7 @@ void Release(eng_view& view, unsigned button, POINT point) {
     if (g_drag.kind != DragKind::kNone && g_drag.window == view.window && g_drag.button == button) {
         const Drag drag = g_drag;
         if (drag.kind == DragKind::kTransform && drag.begun) MoveTransform(view, point);
+        EndViewDrag(view);
         if (drag.kind == DragKind::kTransform)
             EndTransform(true);
         else
@@ -351,8 +385,13 @@ Modifiers ModifiersOf(WPARAM flags) {
             (flags & MK_SHIFT) || desk::KeyDown(VK_SHIFT)};
 }
 
+bool DragRuns() {
+    return g_drag.kind != DragKind::kNone;
+}
+
 void ForgetDrag(HWND window) {
     if (g_drag.window != window || g_drag.kind == DragKind::kNone) return;
+    if (const eng_view* view = ViewOf(window)) EndViewDrag(*view);
     if (g_drag.kind == DragKind::kTransform) EndTransform(true);
     g_drag = {};
 }
@@ -578,6 +617,10 @@ LRESULT CALLBACK ViewportProcedure(HWND window, UINT message, WPARAM wparam, LPA
             case WM_LBUTTONUP: Release(*view, MK_LBUTTON, point); return 0;
             case WM_MBUTTONUP: Release(*view, MK_MBUTTON, point); return 0;
             case WM_RBUTTONUP: Release(*view, MK_RBUTTON, point); return 0;
+            case WM_SETCURSOR:
+                if (LOWORD(lparam) != HTCLIENT || !HostCursor(ModeId())) break;
+                ShowPointer();
+                return TRUE;
             case WM_PAINT: DrawWindow(window); return 0;
             case WM_ERASEBKGND: return 1;
             case WM_NCDESTROY:
@@ -594,6 +637,15 @@ LRESULT CALLBACK ViewportProcedure(HWND window, UINT message, WPARAM wparam, LPA
         }
     }
     return DefWindowProcA(window, message, wparam, lparam);
+}
+
+void TurnWheel(POINT screen, bool forward) {
+    eng_view* view = ViewOf(desk::WindowAt(screen));
+    if (!view || view->locked) return;
+    constexpr double kPixelsANotch = 40;
+    Zoom(*view, forward ? -kPixelsANotch : kPixelsANotch, false);
+    NoteDeed("wheel in " + view->name);
+    Redraw();
 }
 
 void SetViewKind(std::string_view viewport, ViewKind kind) {

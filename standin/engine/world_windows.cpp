@@ -59,6 +59,10 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
             if (GetActiveWindow()) return MA_NOACTIVATE;
             break;
         case WM_TIMER: UpdatePlayback(); return 0;
+        // Windows hand the wheel up until somebody wants it.
+        case WM_MOUSEWHEEL:
+            TurnWheel(PointOf(lparam), GET_WHEEL_DELTA_WPARAM(wparam) > 0);
+            return 0;
         case WM_PAINT: DrawWindow(window); return 0;
         case WM_CLOSE: PostQuitMessage(0); return 0;
         default: break;
@@ -78,7 +82,8 @@ void ForgetPanel(HWND window) {
          {&g_world.toolbar, &g_world.view_panel, &g_world.command_panel, &g_world.rollup,
           &g_world.geometry_page, &g_world.brush_page, &g_world.paint_floater, &g_world.paint_page,
           &g_world.time_slider, &g_world.track_bar, &g_world.other, &g_world.status,
-          &g_world.navigation_panel, &g_world.navigation_toolbar, &g_world.titled})
+          &g_world.navigation_panel, &g_world.navigation_toolbar, &g_world.try_panel,
+          &g_world.titled})
         if (*known == window) *known = nullptr;
     if (g_world.foreground == window) g_world.foreground = nullptr;
 }
@@ -429,6 +434,12 @@ void CreateWindows() {
         x += 94;
     }
 
+    for (const auto& button : g_world.buttons) {
+        if (!IsToolButton(*button)) continue;
+        PlaceButtonIn(*button, g_world.toolbar, x + 12, 2, 70, 30);
+        x += 74;
+    }
+
     const int panel_width = width - kSideWidth;
     const int panel_height = height - kPanelTop - kBottomHeight;
     g_world.view_panel = child("ViewPanel", "", 0, kPanelTop, panel_width, panel_height);
@@ -447,6 +458,12 @@ void CreateWindows() {
                                  2 * kPageHeight + 4);
     g_world.geometry_page = CreatePage("Edit Geometry", "geometry.", 0);
     g_world.brush_page = CreatePage("Paint Deformation", "brush.", kPageHeight + 4);
+    if (g_world.options.practice) {
+        WatchHooks();
+        const int top = 44 + 2 * kPageHeight + 4;
+        g_world.try_panel = CreateChild(kPlainClass, "Try this", g_world.command_panel, 4, top,
+                                        kSideWidth - 8, panel_height - top - 4);
+    }
 
     const int bottom = height - kBottomHeight;
     g_world.time_slider = child("TimeSlider", "", 0, bottom + 4, panel_width, 26);
@@ -594,6 +611,7 @@ std::vector<std::string> WindowNames() {
 
 void NameDialog(std::string_view name, HWND window) {
     g_world.dialogs.insert_or_assign(std::string(name), window);
+    if (name == "options") NoteTry(Try::kOptions);
 }
 
 // --- opening and closing ---

@@ -118,6 +118,10 @@ std::string ReadArguments(int count, char** arguments, Arguments* result) {
             options.watch = true;
             continue;
         }
+        if (argument == "--film") {
+            options.film = true;
+            continue;
+        }
         if (argument == "--facts") {
             options.facts = true;
             continue;
@@ -271,6 +275,7 @@ std::vector<std::string> ChildArguments(const Arguments& arguments, const std::s
     if (options.forgiving) list.push_back("--forgiving");
     if (options.queries) list.push_back("--queries");
     if (options.facts) list.push_back("--facts");
+    if (options.film) list.push_back("--film");
     list.push_back(file);
     return list;
 }
@@ -427,6 +432,7 @@ int PlayTour(Arguments arguments) {
                       [&arguments, &pool](const tour::Stop& stop, const std::string& account,
                                           std::string* output, std::string* messages) {
                           arguments.options.account = account;
+                          arguments.options.film = tour::IsFilmed(stop);
                           child::Process process;
                           if (!StartPlay(arguments, stop.file, scenario::Scenario(), &pool, 0,
                                          &process, messages))
@@ -512,7 +518,8 @@ int standin_main(int count, char** arguments) {
     if (command == "faults") return ListFaults();
     if (command == "interactive") {
         if (!CheckFiles(read)) return player::kUnreadable;
-        if (!read.trace.empty() && !OpenTrace(read.trace, &read.options.trace))
+        // "-" is the terminal.
+        if (!read.trace.empty() && read.trace != "-" && !OpenTrace(read.trace, &read.options.trace))
             return player::kUnreadable;
         return player::RunInteractive(read.options);
     }

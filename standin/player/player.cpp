@@ -239,6 +239,7 @@ public:
             }
             account_.Add(command);
             Picture(command, false);
+            FilmStep(command);
             if (options_.invariants)
                 if (const std::string broken = checker_.After(command); !broken.empty()) {
                     trace::Flush();
@@ -615,6 +616,26 @@ private:
         if (pictures::SaveScreen(options_.shots + "\\" + name)) account_.AddPicture(name);
     }
 
+    // For a moving picture: a picture a step, named by what is held.
+    void FilmStep(const Command& command) {
+        if (!options_.film || command.verb != Verb::kMoveBy || !AnyButtonDown()) return;
+        struct Held {
+            int key;
+            const char* name;
+        };
+        static constexpr Held kHeld[] = {{VK_MENU, "-alt"},
+                                         {VK_LBUTTON, "-left"},
+                                         {VK_MBUTTON, "-middle"},
+                                         {VK_RBUTTON, "-right"}};
+        char name[32];
+        std::snprintf(name, sizeof name, "film-%03d", ++film_steps_);
+        std::string file = options_.shots + "\\" + name;
+        for (const Held& held : kHeld)
+            if (desk::AsyncDown(held.key)) file += held.name;
+        world::PaintNow();
+        pictures::SaveScreen(file + ".png");
+    }
+
     static inline const std::string kNotMine = "\x01";
 
     const Options& options_;
@@ -627,6 +648,7 @@ private:
     bool peeks_ = false;
     bool reenters_ = false;
     int gesture_ = 0;
+    int film_steps_ = 0;
     unsigned long long allocations_ = 0;
 };
 
@@ -651,34 +673,47 @@ std::vector<std::string> FaultNames() {
     return names;
 }
 
-// Every hotkey of the plug-in is the user's own choice; these are the stand-in's.
+// Every hotkey of the plug-in is the user's own choice. These are Maya's where it has one, and none
+// that the host has for itself.
 struct Hotkey {
     int key;
     int action;
-    const char* text;
 };
 constexpr Hotkey kHotkeys[] = {
-    {'Q', 7, "Q: time scrubber, while held"},
-    {'W', 1, "W: selection lock, while held"},
-    {'A', 2, "A, S, D: snap to points, curves, grids, while held"},
-    {'S', 3, nullptr},
-    {'D', 4, nullptr},
-    {'F', 6, "F: snap angles, while held"},
-    {'Z', 15, "Z: frame selected, X: frame all"},
-    {'X', 16, nullptr},
-    {'C', 14, "C: center pivot"},
-    {VK_OEM_COMMA, 17, "comma, period: previous and next key"},
-    {VK_OEM_PERIOD, 18, nullptr},
-    {VK_UP, 10, "arrow keys: nudge by a pixel"},
-    {VK_DOWN, 11, nullptr},
-    {VK_LEFT, 12, nullptr},
-    {VK_RIGHT, 13, nullptr},
-    {VK_F2, 5, "F2: options, F1: welcome window, F12: reset all views"},
-    {VK_F1, 22, nullptr},
-    {VK_F12, 19, nullptr},
+    {'K', 7},
+    {'L', 1},
+    {'V', 2},
+    {'C', 3},
+    {'X', 4},
+    {'J', 6},
+    {'F', 15},
+    {'A', 16},
+    {'P', 14},
+    {VK_OEM_COMMA, 17},
+    {VK_OEM_PERIOD, 18},
+    {VK_UP, 10},
+    {VK_DOWN, 11},
+    {VK_LEFT, 12},
+    {VK_RIGHT, 13},
+    {VK_F2, 5},
+    {VK_F1, 22},
+    {VK_F12, 19},
 };
 
-bool RunHotkey(int key) {
+// What is shown of them and of the host's own, in the window's narrow panel and on the terminal.
+constexpr const char* kKeyLines[] = {
+    "Q W E R: select, move, rotate, scale",
+    "Z: frame in all views   G: grid",
+    "Ctrl+Z: undo   wheel: zoom",
+    "Held: K time, L lock selection",
+    "Held: V point, C curve, X grid, J angle",
+    "F, A: frame selection, all   P: pivot",
+    ", and .: previous and next key",
+    "F1 help  F2 options  F12 reset views",
+};
+
+bool RunHotkey(int key, bool repeated) {
+    if (world::HostKey(key, repeated)) return true;
     for (const Hotkey& hotkey : kHotkeys) {
         if (hotkey.key != key) continue;
         plugin::Execute(hotkey.action);
@@ -718,9 +753,13 @@ int RunInteractive(const Options& options) {
         Complain(0, message);
         return kUnreadable;
     }
-    for (const Hotkey& hotkey : kHotkeys)
-        if (hotkey.text) std::fprintf(stderr, "  %s\n", hotkey.text);
-    std::fflush(stderr);
+    // While the window opens, so that nobody has to look for the keys.
+    std::printf("Keys (and things to try are in the window, at the right):\n");
+    for (const char* const line : kKeyLines)
+        std::printf("  %s\n", line);
+    std::fflush(stdout);
+    world_options.practice = true;
+    world_options.keys.assign(std::begin(kKeyLines), std::end(kKeyLines));
     world::Create(world_options);
     const HWND main_window = world::Find("main");
     desk::TakeForeground(main_window);

@@ -565,6 +565,28 @@ TEST_F(WorldTest, ClicksSelect) {
     }
 }
 
+TEST_F(WorldTest, AnAltClickTakesAwayInATransformModeAndDragsNothing) {
+    const POINT box = BodyIn("viewport.front", "Box001");
+    const POINT cone = BodyIn("viewport.front", "Cone001");
+    for (const int mode : {1, 2, 3}) {
+        world::ReplaceMode(mode);
+        world::Select({"Box001", "Cone001"});
+        const std::vector<std::string> before = world::Show("objects", "");
+        Alt(true);
+        Click("viewport.front", box);
+        EXPECT_EQ(Only("selection"), "selection Cone001");
+        Click("viewport.front", box);
+        EXPECT_EQ(Only("selection"), "selection Cone001");
+        Mouse("viewport.front", WM_LBUTTONDOWN, MK_LBUTTON, cone.x, cone.y);
+        Mouse("viewport.front", WM_MOUSEMOVE, MK_LBUTTON, cone.x + 20, cone.y);
+        Mouse("viewport.front", WM_LBUTTONUP, 0, cone.x + 20, cone.y);
+        EXPECT_EQ(Only("selection"), "selection none");
+        Alt(false);
+        world::Select({"Box001", "Cone001"});
+        EXPECT_EQ(world::Show("objects", ""), before);
+    }
+}
+
 TEST_F(WorldTest, HiddenObjectsCannotBeHit) {
     const POINT box = BodyIn("viewport.front", "Box001");
     world::HideObject("Box001", true);

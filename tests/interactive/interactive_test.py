@@ -79,11 +79,16 @@ class Look:
         self.popup = None
         self.entries = []
         self.dialogs, self.controls, self.cameras, self.objects = {}, {}, {}, {}
-        self.focus = None
+        self.focus, self.modes = None, None
+        self.tried = []
         for line in lines:
             kind, _, rest = line.partition(" ")
             if kind == "focus":
                 self.focus = rest
+            elif kind == "modes":
+                self.modes = rest
+            elif kind == "tried":
+                self.tried.append(rest.strip('"'))
             elif kind in ("camera", "object"):
                 name, _, rest = rest.partition(" ")
                 (self.cameras if kind == "camera" else self.objects)[name] = rest
@@ -393,6 +398,45 @@ class Menu(unittest.TestCase):
                               r'Version 1\.5\.0\\r\\n.+"')
 
 
+class Keys(unittest.TestCase):
+    """Keys and buttons that the host itself has."""
+
+    def setUp(self):
+        Menu.setUp(self)
+
+    def test_tools(self):
+        for key, mode in (("w", "1"), ("e", "2"), ("r", "3"), ("q", "6")):
+            press(key)
+            TRACE.wait_for_look(f"mode {mode}", lambda look, mode=mode: look.modes == mode)
+            self.assertFalse([line for line in TRACE.new() if "in command" in line])
+
+    def test_buttons(self):
+        for x, mode in ((336, "1"), (410, "2"), (484, "3"), (50, "6")):
+            click((x, 77))
+            TRACE.wait_for_look(f"mode {mode}", lambda look, mode=mode: look.modes == mode)
+
+    def test_wheel_and_frame(self):
+        xdotool("mousemove", *IN_PERSPECTIVE)
+        distances = [ViewportDrags.distance(TRACE.look())]
+        for button in (4, 5):
+            xdotool("click", button)
+            look = TRACE.wait_for_look("another distance", lambda look: abs(
+                ViewportDrags.distance(look) - distances[-1]) > 1)
+            distances.append(ViewportDrags.distance(look))
+        self.assertLess(distances[1], distances[0])
+        self.assertAlmostEqual(distances[2], distances[0], places=2)
+        before = TRACE.look().cameras
+        press("z")
+        TRACE.wait_for_look("all views framed", lambda look: all(
+            look.cameras[view] != before[view] for view in before))
+
+    def test_undo(self):
+        choose("Edit", "Select All")
+        TRACE.wait_for_look("a selection", lambda look: "selected 1" in look.objects["Box001"])
+        press("ctrl", "z")
+        TRACE.wait_for_look("no selection", lambda look: "selected 1" not in look.objects["Box001"])
+
+
 class Options(unittest.TestCase):
     def setUp(self):
         Menu.setUp(self)
@@ -500,6 +544,103 @@ class Options(unittest.TestCase):
                 self.tab_to(SLOW_ZOOMING)
 
 
+class ThingsToTry(unittest.TestCase):
+    """Each is ticked off when it has been done, and nothing else is with it."""
+
+    def setUp(self):
+        Menu.setUp(self)
+
+    def ticks(self, what, do):
+        before = TRACE.look().tried
+        self.assertNotIn(what, before)
+        do()
+        look = TRACE.wait_for_look(f"{what} ticked off", lambda look: what in look.tried)
+        self.assertEqual(sorted(look.tried), sorted(before + [what]))
+
+    NAMES = {1: "L", 2: "M", 3: "R"}
+
+    def press_button(self, button):
+        xdotool("mousedown", button)
+        TRACE.wait_for_event(rf"mouse WM_{self.NAMES[button]}BUTTONDOWN .*")
+
+    def release_button(self, button):
+        xdotool("mouseup", button)
+        # The end of a zoom puts the cursor back.
+        TRACE.wait_for_event(rf"mouse WM_{self.NAMES[button]}BUTTONUP .*")
+
+    def move_in_steps(self, start, by, steps=4):
+        for step in range(1, steps + 1):
+            x, y = start[0] + by[0] * step, start[1] + by[1] * step
+            xdotool("mousemove", x, y)
+            TRACE.wait_for(rf"in mouse WM_MOUSEMOVE .* {x},{y} .*")
+        return (x, y)
+
+    def drag(self, button, start, by=(7, 5), key=None, also=None):
+        """A drag with a key held; `also` is a second button that is pressed in its middle."""
+        xdotool("mousemove", *start)
+        wait_for_keys()
+        TRACE.set_mark()
+        if key:
+            xdotool("keydown", key)
+            TRACE.wait_for(r"in key \S+ down.*")
+        self.press_button(button)
+        place = self.move_in_steps(start, by)
+        if also:
+            self.press_button(also)
+            place = self.move_in_steps(place, by)
+            self.release_button(also)
+            self.move_in_steps(place, by)
+        self.release_button(button)
+        if key:
+            xdotool("keyup", key)
+            TRACE.wait_for(r"in key \S+ up.*")
+
+    def test_in_the_order_of_the_panel(self):
+        in_perspective, in_top = IN_PERSPECTIVE, (120, 180)
+        self.ticks("Orbit", lambda: self.drag(1, in_perspective, key="alt"))
+        self.ticks("Pan", lambda: self.drag(2, in_perspective, key="alt"))
+        self.ticks("Zoom", lambda: self.drag(3, in_perspective, key="alt"))
+        self.ticks("Change in the drag", lambda: self.drag(1, in_perspective, key="alt", also=2))
+        self.ticks("Refused orbit", lambda: self.drag(1, in_top, key="alt"))
+
+        choose("Edit", "Select All")
+        TRACE.wait_for_look("a selection", lambda look: "selected 1" in look.objects["Box001"])
+        press("w")
+        TRACE.wait_for_look("the move tool", lambda look: look.modes == "1")
+        self.ticks("Nudge by a pixel", lambda: press("Up"))
+        self.ticks("Quick transform", lambda: self.drag(2, in_perspective))
+        self.ticks("Clone", lambda: self.drag(2, in_perspective, key="shift"))
+        self.ticks("Scrub the time", lambda: self.drag(1, in_perspective, by=(30, 0), key="k"))
+        self.ticks("Snap while held", lambda: press("j"))
+        self.ticks("Frame", lambda: press("a"))
+        picture("things-to-try.png", 0, 0, 1280, 1024)
+
+    def test_modifier_click(self):
+        choose("Edit", "Select All")
+        TRACE.wait_for_look("a selection", lambda look: "selected 1" in look.objects["Box001"])
+
+        press("z")  # now something lies under every part of the view
+
+        def control_click():
+            xdotool("mousemove", *IN_PERSPECTIVE)
+            wait_for_keys()
+            TRACE.set_mark()
+            xdotool("keydown", "ctrl")
+            TRACE.wait_for(r"in key ctrl down")
+            for x in range(60, 500, 40):
+                for y in (240, 290, 340):
+                    if "Deselect, toggle, add" in TRACE.look().tried:
+                        break
+                    click((x, y))
+                    TRACE.wait_for(r"in key alt up own")
+            xdotool("keyup", "ctrl")
+
+        self.ticks("Deselect, toggle, add", control_click)
+
+    def test_options_ticked_by_the_tests_before(self):
+        self.assertIn("Options", TRACE.look().tried)
+
+
 class Welcome(unittest.TestCase):
     def setUp(self):
         Menu.setUp(self)
@@ -511,7 +652,13 @@ class Welcome(unittest.TestCase):
         wait_until_gone(WELCOME_TITLE)
         TRACE.wait_for_look("no dialog", lambda look: not look.dialogs)
 
-    def test_space_presses_the_first_button(self):
+    def test_space_presses_the_first_button_and_tab_leads_nowhere(self):
+        # As the user guide says: nobody reads its keys as a dialog's.
+        press("Tab")
+        TRACE.wait_for(r"got welcome\.1 WM_KEYUP 9 0,0")
+        press("Escape")
+        TRACE.wait_for(r"got welcome\.1 WM_KEYUP 27 0,0")
+        self.assertEqual(TRACE.look().focus, "welcome.1")
         press("space")
         self.wait_until_closed()
         self.assertIn("win DestroyWindow welcome", TRACE.new())
@@ -541,19 +688,20 @@ class ViewportDrags(unittest.TestCase):
     def move_to(x, y):
         xdotool("mousemove", x, y)
 
-    def distance(self, look):
+    @staticmethod
+    def distance(look):
         return float(re.search(r"distance (\S+)", look.cameras["viewport.persp"]).group(1))
 
-    def alt_right_drag(self, to):
+    def alt_right_drag(self, start, to):
         """Drags in steps; what is to be seen after it, and the trace."""
-        x, y = IN_PERSPECTIVE
+        x, y = start
         self.move_to(x, y)
         wait_for_keys()
         TRACE.set_mark()
         xdotool("keydown", "alt")
         TRACE.wait_for(r"in key alt down")
         xdotool("mousedown", 3)
-        TRACE.wait_for(r"in mouse WM_RBUTTONDOWN viewport\.persp .* 760,740 hit=1")
+        TRACE.wait_for(rf"in mouse WM_RBUTTONDOWN viewport\.persp .* {x},{y} hit=1")
         for step in range(1, 6):
             point = (x + (to[0] - x) * step // 5, y + (to[1] - y) * step // 5)
             self.move_to(*point)
@@ -568,8 +716,9 @@ class ViewportDrags(unittest.TestCase):
     def test_alt_right_zooms_perspective(self):
         x, y = IN_PERSPECTIVE
         distances = [self.distance(self.before)]
-        for to in ((x, y - 60), (x, y + 60)):
-            end = self.alt_right_drag(to)
+        # The second one begins elsewhere: at the same place it would be a double click.
+        for start, by in (((x, y), -60), ((x + 40, y), 60)):
+            end = self.alt_right_drag(start, (start[0], y + by))
             press_effects = TRACE.wait_for_event(r"mouse WM_RBUTTONDOWN viewport\.persp .*")
             self.assertIn("sdk PushStdCommandMode 200", press_effects)
             self.assertTrue(any(line.startswith("win SendMessageA viewport.persp WM_LBUTTONDOWN ")
