@@ -70,6 +70,11 @@ public:
         SetTextColor(dc, color);
         TextOutA(dc, x, y, text.c_str(), static_cast<int>(text.size()));
     }
+    int WidthOf(const std::string& text) const {
+        SIZE size{};
+        GetTextExtentPoint32A(dc, text.c_str(), static_cast<int>(text.size()), &size);
+        return size.cx;
+    }
     void CenteredText(RECT rect, const std::string& text, COLORREF color) {
         SetTextColor(dc, color);
         DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &rect,
@@ -461,8 +466,13 @@ void DrawPanel(Canvas& canvas, HWND window) {
     canvas.Text(8, 3, title, kLight);
 }
 
+// What there is to try, and below it the keys. On a low screen each takes one line, and the keys
+// are on the terminal only.
 void DrawTry(Canvas& canvas) {
-    constexpr int kRow = 27;
+    constexpr int kLine = 12;
+    const int keys = static_cast<int>(g_world.options.keys.size());
+    const bool roomy = canvas.area.bottom >= 24 + kTryCount * 27 + 4 + keys * kLine;
+    const int row_height = roomy ? 27 : 15;
     int y = 24;
     for (int i = 0; i < kTryCount; ++i) {
         const TryRow& row = kTryRows[i];
@@ -475,13 +485,17 @@ void DrawTry(Canvas& canvas) {
             canvas.Line(11, y + 10, 15, y + 4, RGB(0, 0, 0));
         }
         canvas.Text(23, y, row.what, done ? kGreen : kLight);
-        canvas.Text(23, y + 12, row.how, kDim);
-        y += kRow;
+        if (roomy)
+            canvas.Text(23, y + kLine, row.how, kDim);
+        else
+            canvas.Text(29 + canvas.WidthOf(row.what), y, row.how, kDim);
+        y += row_height;
     }
+    if (!roomy) return;
     y += 2;
     canvas.Line(6, y, canvas.area.right - 6, y, kDim);
     for (const std::string& line : g_world.options.keys) {
-        y += 12;
+        y += kLine;
         canvas.Text(6, y - 10, line, kLight);
     }
 }

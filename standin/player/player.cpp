@@ -754,7 +754,8 @@ int RunInteractive(const Options& options) {
         return kUnreadable;
     }
     // While the window opens, so that nobody has to look for the keys.
-    std::printf("Keys (and things to try are in the window, at the right):\n");
+    std::printf(
+        "Keys (things to try are in the window, at the right, behind the welcome window):\n");
     for (const char* const line : kKeyLines)
         std::printf("  %s\n", line);
     std::fflush(stdout);
