@@ -25,20 +25,21 @@ img { max-width: 100%; }
 table { border-collapse: collapse; margin: 1em 0; }
 th, td { border: 1px solid #b8c4c8; padding: .3em .6em; text-align: left; vertical-align: top; }
 th { background: #e2ecee; }
-td img { width: 32px; vertical-align: middle; }
+td img { width: 32px; max-width: none; vertical-align: middle; }
 code, pre { font-family: Consolas, "DejaVu Sans Mono", monospace; font-size: .92em; }
 pre { background: #eef2f3; padding: .7em 1em; overflow-x: auto; }
 footer { margin-top: 3em; font-size: .85em; color: #5a666c; }
 @media screen and (min-width: 70em) {
-  .sheet { max-width: 76em; }
-  .sheet p > img { float: left; height: 36em; margin: 0 1.5em 1em 0; }
-  .sheet table { margin-top: 0; }
-  .sheet footer { clear: both; }
+  .sheet { max-width: 82em; display: grid; grid-template-columns: auto 1fr; column-gap: 2em; }
+  .sheet h1, .sheet footer { grid-column: 1 / 3; }
+  .sheet h1 + p { grid-row: 2 / 4; margin: 0; }
+  .sheet p > img { height: 36em; }
+  .sheet table { margin: 0; align-self: start; }
 }
 @page { size: A4; margin: 1.2cm 1.5cm; }
 @media print {
   body { font-size: 9.5pt; margin: 0; padding: 0; max-width: none; }
-  p > img { display: block; height: 11.5cm; margin: 0 auto; }
+  .sheet p > img { display: block; height: 11.5cm; margin: 0 auto; }
   footer { margin-top: 1em; }
 }
 """
