@@ -488,7 +488,7 @@ class Job:
             by = self.run_program(program, changed)
             if by:
                 return by, met
-        for size in (2, 4, 8, 16, *[32] * len(order)):
+        for size in (2, 4, 8, 16, 32, 64, *[128] * len(order)):
             part = order[len(met):len(met) + size]
             if not part or (limit and len(met) >= limit):
                 break

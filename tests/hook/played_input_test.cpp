@@ -580,6 +580,34 @@ TEST_F(PlayedInput, TheZoomGoesByTheRealCursor) {
     EXPECT_EQ(g_zoomVirtual.y, 350);
 }
 
+TEST_F(PlayedInput, MovesAreAnOrbitsBeforeTheyAreAPans) {
+    g_navKind = kWindowViewport;
+    g_orbitActive = 1;
+    g_panActive = 1;
+    g_modifier_cursor = LoadModuleCursor(1);
+    EXPECT_FALSE(MoveGesture(Event(WM_MOUSEMOVE)));
+    EXPECT_EQ(Taken(), Lines{"cursor [orbit pan]"});
+    g_orbitActive = 0;
+    EXPECT_TRUE(MoveGesture(Event(WM_MOUSEMOVE)));
+    EXPECT_EQ(Taken(), Lines{"view move 9 [pan]"});
+}
+
+TEST_F(PlayedInput, MovesOfAQuickTransformAreTakenWithShiftInTheTrackViewOnly) {
+    for (const int running : {0, 1}) {
+        for (const SHORT shift : {SHORT{0}, kDown}) {
+            for (const int kind : {0, 1, 2, 3, 4, 5, 7}) {
+                g_quickXform = running;
+                g_keys[VK_SHIFT] = shift;
+                const bool taken = running && shift && kind == kWindowTrackView;
+                EXPECT_EQ(MoveQuickTransform(Event(WM_MOUSEMOVE), kind), taken);
+                EXPECT_EQ(Taken(), taken ? Lines{"view move 9 [quick]"} : Lines{});
+                EXPECT_FALSE(MoveQuickTransform(Event(WM_LBUTTONDOWN), kind));
+                EXPECT_EQ(Taken(), Lines{});
+            }
+        }
+    }
+}
+
 TEST_F(PlayedInput, TheScrubGoesByThePointOfTheMessage) {
     g_scrubState = kScrubArmed;
     g_cursor = {900, 900};

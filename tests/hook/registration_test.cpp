@@ -38,6 +38,7 @@ const HWND kBar = WindowNumber(0x400);
 
 Lines g_lines;
 HWND g_foreground = kForeground;
+HWND g_gone = nullptr;
 std::string g_title;
 
 // The script functions register themselves before any object of this file that has a constructor.
@@ -68,7 +69,8 @@ BOOL WINAPI PlayedEnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM fou
     g_lines.push_back("look for " + std::to_string(g_searchCtrlId) + " in " +
                       (parent == kMain    ? "main"
                        : parent == kFrame ? "frame"
-                                          : "?"));
+                                          : "?") +
+                      (g_searchText[0] ? std::string(" by ") + g_searchText : ""));
     *reinterpret_cast<HWND*>(found) = WindowNumber(g_searchCtrlId);
     return TRUE;
 }
@@ -76,6 +78,11 @@ BOOL WINAPI PlayedEnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM fou
 HWND WINAPI PlayedParent(HWND window) {
     if (window == WindowNumber(50016)) return kBar;
     return window == kBar ? kFrame : nullptr;
+}
+
+// A window that has gone has no number any more.
+int WINAPI PlayedCtrlId(HWND window) {
+    return window == g_gone ? 0 : static_cast<int>(reinterpret_cast<INT_PTR>(window));
 }
 
 HWND WINAPI PlayedForeground() {
@@ -114,6 +121,7 @@ void* __imp_false_value = g_false_place;
 void* __imp_SetWindowsHookExA = reinterpret_cast<void*>(PlayedSetHook);
 void* __imp_EnumChildWindows = reinterpret_cast<void*>(PlayedEnumChildWindows);
 void* __imp_GetParent = reinterpret_cast<void*>(PlayedParent);
+void* __imp_GetDlgCtrlID = reinterpret_cast<void*>(PlayedCtrlId);
 void* __imp_GetForegroundWindow = reinterpret_cast<void*>(PlayedForeground);
 void* __imp_GetWindowTextA = reinterpret_cast<void*>(PlayedWindowText);
 void* __imp_LoadStringA = reinterpret_cast<void*>(PlayedLoadString);
@@ -237,6 +245,32 @@ TEST(Start, FourButtonsAreLookedForInTheirOrder) {
     EXPECT_EQ(g_button50021, WindowNumber(50021));
     EXPECT_EQ(g_zoomExtentsButton, WindowNumber(50016));
     EXPECT_EQ(g_navigationPanel, kFrame);
+}
+
+TEST(Toolbar, AButtonThatIsGoneIsLookedForByItsNumberAlone) {
+    struct Button {
+        HWND& kept;
+        HWND (*live)();
+        int id;
+    };
+    for (const Button& button : {Button{g_lockButton, LockButton, 59231},
+                                 Button{g_angleSnapButton, AngleSnapButton, 40074}}) {
+        g_gone = WindowNumber(0x900);
+        button.kept = g_gone;
+        // The state of another search, which its readers may want yet.
+        g_searchCtrlId = 2;
+        lstrcpynA(g_searchText, "Zoom", static_cast<int>(sizeof g_searchText));
+        Taken();
+        EXPECT_EQ(button.live(), WindowNumber(button.id));
+        EXPECT_EQ(Taken(), Lines{"look for " + std::to_string(button.id) + " in main"});
+        EXPECT_EQ(button.kept, WindowNumber(button.id));
+        EXPECT_EQ(g_searchCtrlId, 2);
+        EXPECT_STREQ(g_searchText, "Zoom");
+        // Found, it is not looked for again.
+        EXPECT_EQ(button.live(), WindowNumber(button.id));
+        EXPECT_EQ(Taken(), Lines{});
+        g_searchText[0] = '\0';
+    }
 }
 
 TEST(ScriptFunctions, TheTitleIsReadIntoABufferOf512) {
