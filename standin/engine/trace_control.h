@@ -40,6 +40,8 @@ enum class Reading { kEffects, kStates, kValues, kArrivals };
 std::optional<std::string> NextLine(Reading reading);
 // All effects of the last command, read or not.
 const std::vector<std::string>& EffectsOfCommand();
+// The same without `out` lines and with the effects of whatever came in between.
+const std::vector<std::string>& DeedsOfCommand();
 
 // Grows with every event that ends and every command; a watchdog looks at it.
 unsigned long long Progress();

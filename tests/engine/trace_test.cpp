@@ -33,6 +33,23 @@ TEST_F(TraceTest, ACommandThatSetsNothingOffHasNoEffectsOfAnEarlierOne) {
     EXPECT_EQ(trace::EffectsOfCommand(), Lines{});
 }
 
+// What happens in the middle of an event is no effect of its own, but a deed of the command.
+TEST_F(TraceTest, DeedsOfACommandAreThoseOfEventsInBetweenAsWell) {
+    trace::In("mouse 1");
+    trace::Win("SendMessageA 1");
+    trace::In("mouse 2");
+    trace::Win("SendMessageA 2");
+    trace::Out("swallow");
+    trace::Win("SetCursor 118");
+    trace::Out("swallow");
+    EXPECT_EQ(trace::EffectsOfCommand(),
+              (Lines{"win SendMessageA 1", "win SetCursor 118", "out swallow"}));
+    EXPECT_EQ(trace::DeedsOfCommand(),
+              (Lines{"win SendMessageA 1", "win SendMessageA 2", "win SetCursor 118"}));
+    trace::BeginCommand(false);
+    EXPECT_EQ(trace::DeedsOfCommand(), Lines{});
+}
+
 TEST_F(TraceTest, WhatIsUnreadStaysToBeReadUntilTheNextLine) {
     trace::Win("SetCursor 118");
     trace::BeginCommand(false);
