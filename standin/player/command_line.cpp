@@ -26,8 +26,8 @@ constexpr const char* kUsage =
     "             [--files-from LIST] FILE.scn...\n"
     "standin interactive [--abi gnu|msvc] [--release N] [--queries] [--facts] [--config-dir DIR]\n"
     "             [--trace FILE] [--watch]\n"
-    "standin fuzz [--seed N] [--events N] [--length N] [--every-row] [--abi gnu|msvc]\n"
-    "             [--jobs N]\n"
+    "standin fuzz [--input virtual|real] [--seed N] [--events N] [--length N] [--every-row]\n"
+    "             [--abi gnu|msvc] [--jobs N]\n"
     "standin faults\n"
     "standin tour --out DIR [--scenarios DIR] [options as above]\n";
 
@@ -448,6 +448,7 @@ int PlayTour(Arguments arguments) {
 int PlayWalks(Arguments arguments) {
     if (!CheckFiles(arguments)) return player::kUnreadable;
     arguments.options.invariants = true;
+    arguments.walks.real = arguments.options.input == desk::InputKind::kReal;
     arguments.walks.faults = player::FaultNames();
     // After the start only the host itself takes from its heap, and does not outlive its end.
     std::erase(arguments.walks.faults, "MAX_new");

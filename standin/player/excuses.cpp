@@ -16,6 +16,8 @@ constexpr Text kTexts[] = {
      "with navigation off nothing is looked at, so what went on goes on"},
     {"border", "a button comes up over a caption, a border or the menu bar",
      "that is another message, which no rule knows"},
+    {"unseen", "a button comes up over a window of another program",
+     "the hooks are only asked about windows of the host"},
     {"brush takes", "a button comes up while the middle button stands for Alt and left",
      "everything passes meanwhile"},
     {"scrub takes", "a button comes up that the time slider takes",
@@ -70,6 +72,11 @@ constexpr Text kTexts[] = {
      "a gesture that began in between takes the release for its own"},
     {"two held", "a key comes up while both a snap and a scrub are held",
      "one release ends one of them"},
+    {"in between",
+     "a window hands out other events while it handles what a gesture or the start of a "
+     "quick transform sends",
+     "each goes by the state that it finds; then the gesture goes on as it had begun to, and the "
+     "quick transform hides the gizmo"},
     {"lock button gone", "the toolbar loses its lock button while the lock is asked for",
      "without the button nobody can tell whether the lock is on, and it is left alone"},
     {"stuck action", "the host's action does not do what it says",
@@ -132,7 +139,8 @@ void NoteGesture(Ledger& ledger, const State& before, const State& after, const 
     const bool starts = outcome.handler == Handler::kStartOrbit ||
                         outcome.handler == Handler::kStartPan ||
                         outcome.handler == Handler::kStartZoom;
-    if (starts && before.Gesture()) gesture(Excuse::kSecondGesture);
+    // What a look has begun, the taking begins again.
+    if (starts && before.Gesture() && !facts.looked_at) gesture(Excuse::kSecondGesture);
 
     if (after.alt_owed && before.Drags() && !after.Drags()) {
         const bool editor = after.kind >= 3;
@@ -218,6 +226,26 @@ void NoteMouse(Ledger& ledger, const State& before, const State& after, const Mo
     if (middle && before.redirect && after.redirect)
         ledger.Note(lost == Excuse::kBrushTakes ? Excuse::kOtherWindow : lost,
                     {Check::kKeysDown, Check::kCapture});
+}
+
+void NoteBetween(Ledger& ledger, const Outcome& outcome) {
+    if (outcome.handler != Handler::kNone)
+        ledger.Note(Excuse::kInBetween, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
+                                         Check::kKeysDown, Check::kDepth, Check::kCapture});
+    if (outcome.quick_begins) ledger.Note(Excuse::kInBetween, {Check::kGizmo});
+}
+
+void NoteUnseen(Ledger& ledger, const State& now) {
+    if (now.Gesture())
+        ledger.Note(Excuse::kUnseen, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
+                                      Check::kKeysDown, Check::kDepth, Check::kCapture});
+    if (now.quick)
+        ledger.Note(Excuse::kUnseen, {Check::kQuick, Check::kLock, Check::kGizmo, Check::kCapture});
+    if (now.Selecting())
+        ledger.Note(Excuse::kUnseen,
+                    {Check::kSelect, Check::kDepth, Check::kKeysDown, Check::kCapture});
+    if (now.scrub >= 2) ledger.Note(Excuse::kUnseen, {Check::kScrub, Check::kCapture});
+    if (now.redirect) ledger.Note(Excuse::kUnseen, {Check::kKeysDown, Check::kCapture});
 }
 
 void NoteKey(Ledger& ledger, const State& before, const hook_model::KeyFacts& facts) {

@@ -36,6 +36,7 @@ std::string_view NameOf(Check check);
 enum class Excuse {
     kNavigationOff,
     kBorder,
+    kUnseen,
     kBrushTakes,
     kScrubTakes,
     kQuickTakes,
@@ -63,6 +64,7 @@ enum class Excuse {
     kHiddenTwice,
     kReleaseKept,
     kTwoHeld,
+    kInBetween,
     kLockButtonGone,
     kStuckAction,
     kFault,
@@ -104,6 +106,11 @@ private:
 // after it.
 void NoteMouse(Ledger& ledger, const hook_model::State& before, const hook_model::State& after,
                const hook_model::MouseFacts& facts, const hook_model::Outcome& outcome, int down);
+// Other events have come in between, while a window handled what this one sent, and have changed
+// something.
+void NoteBetween(Ledger& ledger, const hook_model::Outcome& outcome);
+// Buttons have come up of which no hook was told.
+void NoteUnseen(Ledger& ledger, const hook_model::State& now);
 // Likewise for a key event.
 void NoteKey(Ledger& ledger, const hook_model::State& before, const hook_model::KeyFacts& facts);
 

@@ -178,6 +178,10 @@ int Run(const Options& options, const PlayTexts& play) {
             if (number % 3 == 2) kind.faults = options.faults;
             kind.destroys = number % 5 == 4;
             kind.release = kReleases[number % std::size(kReleases)];
+            kind.real = options.real;
+            // Real input has the one screen that the system has.
+            if (!options.real && number % 4 == 1) kind.left = -1280;
+            if (!options.real && number % 4 == 3) kind.top = -300;
             walks.push_back(
                 walk::Make(options.seed * 1000003 + number, options.commands_of_a_walk, kind));
             texts.push_back(walk::Text(walks.back()));

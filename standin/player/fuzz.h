@@ -13,6 +13,7 @@ struct Options {
     unsigned long long seed = 1;
     unsigned long long events = 20000;
     int commands_of_a_walk = 5000;
+    bool real = false;                // with the system's own input
     bool every_row = false;           // fail when a row or step that can be visited is not
     std::vector<std::string> faults;  // the calls that can be made to fail
 };

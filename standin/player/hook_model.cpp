@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace hook_model {
 namespace {
@@ -21,6 +22,9 @@ struct Row {
     int buttons;
     Handler handler;  // none: what the row itself says
 };
+
+// What a message says about keys, beside the buttons.
+constexpr int kShiftKey = 4, kCtrlKey = 8;
 
 constexpr int L = kLeftBit, M = kMiddleBit, R = kRightBit;
 
@@ -60,9 +64,12 @@ static_assert(std::size(kPressRows) == 10 && std::size(kReleaseRows) == 13);
 
 int Pressed(Message message) {
     switch (message) {
-        case Message::kLeftDown: return kLeftBit;
-        case Message::kRightDown: return kRightBit;
-        case Message::kMiddleDown: return kMiddleBit;
+        case Message::kLeftDown:
+        case Message::kLeftAgain: return kLeftBit;
+        case Message::kRightDown:
+        case Message::kRightAgain: return kRightBit;
+        case Message::kMiddleDown:
+        case Message::kMiddleAgain: return kMiddleBit;
         default: return 0;
     }
 }
@@ -74,6 +81,11 @@ int Released(Message message) {
         case Message::kMiddleUp: return kMiddleBit;
         default: return 0;
     }
+}
+
+bool IsAgain(Message message) {
+    return message == Message::kLeftAgain || message == Message::kRightAgain ||
+           message == Message::kMiddleAgain;
 }
 
 bool Applies(const Row& row, int flags, int held, int button, const Options& options) {
@@ -220,7 +232,10 @@ constexpr PlaceRow kRows[] = {
     {Place::kMoveOrbit, "mouse 14.1: move during an orbit", ""},
     {Place::kMovePanViewport, "mouse 14.2: move during a pan in a view", ""},
     {Place::kMovePanEditor, "mouse 14.2: move during a pan in an editor", ""},
+    {Place::kMovePanNowhere, "mouse 14.2: move during a pan that began in no view or editor", ""},
     {Place::kMoveLocked, "mouse 14.2: move during a refused gesture", ""},
+    {Place::kMoveLockedPan, "mouse 14.2: the same, a pan from elsewhere being on", ""},
+    {Place::kMoveLockedPanZoom, "mouse 14.2, 14.3: the same, a zoom being on as well", ""},
     {Place::kZoomFirst, "zoom drag 1: the first move", ""},
     {Place::kZoomFirstAtEdge, "zoom drag 1: the first move, at an edge", ""},
     {Place::kZoomWarpBack, "zoom drag 2: the cursor goes back", ""},
@@ -235,6 +250,13 @@ constexpr PlaceRow kRows[] = {
     {Place::kSelectNotNow, "mouse 15: mode or brush do not allow clicks of ours", ""},
     {Place::kSelectAlt, "selection 1: Alt", ""},
     {Place::kSelectCtrl, "selection 2: Ctrl becomes Alt", ""},
+    {Place::kSelectCtrlRight, "selection 2: the right Ctrl", ""},
+    {Place::kSelectCtrlBoth, "selection 2: both Ctrl keys", ""},
+    {Place::kSelectCtrlSwapped, "selection 2: with swapped buttons", ""},
+    {Place::kSelectReplayArrives, "selection 2: the replayed press arrives", ""},
+    {Place::kSelectReplayAgain, "selection 2: the replayed press arrives as a second one", ""},
+    {Place::kSelectPressBehind, "selection 2: a press is put behind the replayed one", ""},
+    {Place::kSelectReleaseBehind, "selection 7: a release is put behind the replayed press", ""},
     {Place::kSelectPlain, "selection 2: no Shift", ""},
     {Place::kSelectShiftEditor, "selection 3: Shift in an editor", ""},
     {Place::kSelectCtrlShiftEditor, "selection 5: Ctrl and Shift in an editor", ""},
@@ -250,6 +272,9 @@ constexpr PlaceRow kRows[] = {
     {Place::kSelectMoveEditor, "selection 8: Shift alone in an editor", ""},
     {Place::kSelectMoveButton, "selection 8: Shift alone, the select button is not active", ""},
     {Place::kSelectMove, "selection 8: the move is sent on", ""},
+    {Place::kSecondPressTaken, "the second press of a double click is taken for a press", ""},
+    {Place::kSecondPressPasses, "the second press of a double click passes", ""},
+    {Place::kBetween, "an event comes in between while a window handles a message", ""},
     {Place::kMousePass, "mouse 16: passed on", ""},
     {Place::kKeyOff, "key 1: navigation is off", ""},
     {Place::kKeyLock, "key 2: a release ends the held lock", ""},
@@ -307,6 +332,7 @@ std::string_view FirstDifference(const State& expected, const State& got, int* w
         {"g_selShift", &State::sel_shift},
         {"g_selCtrlShift", &State::sel_ctrl_shift},
         {"g_selectNotPushed", &State::not_pushed},
+        {"g_replayWaits", &State::waits},
         {"g_sculptRedirect", &State::redirect},
         {"g_scrubState", &State::scrub},
         {"g_scrubWrapped", &State::scrub_wrapped},
@@ -341,12 +367,49 @@ std::string_view FirstDifference(const State& expected, const State& got, int* w
     return {};
 }
 
+std::string_view NameOf(Message message) {
+    switch (message) {
+        case Message::kOther: return "another message";
+        case Message::kMove: return "WM_MOUSEMOVE";
+        case Message::kLeftDown: return "WM_LBUTTONDOWN";
+        case Message::kLeftUp: return "WM_LBUTTONUP";
+        case Message::kRightDown: return "WM_RBUTTONDOWN";
+        case Message::kRightUp: return "WM_RBUTTONUP";
+        case Message::kMiddleDown: return "WM_MBUTTONDOWN";
+        case Message::kMiddleUp: return "WM_MBUTTONUP";
+        case Message::kLeftAgain: return "WM_LBUTTONDBLCLK";
+        case Message::kRightAgain: return "WM_RBUTTONDBLCLK";
+        case Message::kMiddleAgain: return "WM_MBUTTONDBLCLK";
+    }
+    return {};
+}
+
 // --- the mouse hook ---
 
-Outcome Model::Mouse(const MouseFacts& facts) {
-    outcome_ = {};
+// Events come in between, and then this one goes on with what they have left.
+Outcome Model::Mouse(const MouseFacts& facts, const WhileSending& while_sending) {
+    Outcome outer = std::exchange(outcome_, {});
+    const WhileSending* const outer_sending = std::exchange(while_sending_, &while_sending);
+    const int outer_sent = std::exchange(buttons_sent_, 0);
     outcome_.swallowed = Steps(facts);
-    return outcome_;
+    if (IsAgain(facts.message))
+        Visit(outcome_.swallowed ? Place::kSecondPressTaken : Place::kSecondPressPasses);
+    buttons_sent_ = outer_sent;
+    while_sending_ = outer_sending;
+    return std::exchange(outcome_, std::move(outer));
+}
+
+void Model::Send(Message message, int keys) {
+    outcome_.sent.push_back({message, keys});
+    if (message == Message::kMove) return;
+    const int number = buttons_sent_++;
+    if (while_sending_ && *while_sending_) (*while_sending_)(number);
+}
+
+void Model::PayAlt() {
+    if (!state_.alt_owed) return;
+    Inject("alt-up");
+    state_.alt_owed = 0;
 }
 
 bool Model::Steps(const MouseFacts& facts) {
@@ -383,14 +446,16 @@ bool Model::Steps(const MouseFacts& facts) {
 
 std::optional<bool> Model::Redirect(const MouseFacts& facts) {
     if (IsView(facts.kind)) {
-        if (facts.message == Message::kMiddleDown && !facts.alt &&
+        if (Pressed(facts.message) == kMiddleBit && !facts.alt &&
             (facts.mode == 9247 || facts.brush)) {
             Visit(Place::kRedirectStart);
             state_.redirect = 1;
+            Inject(facts.swapped ? "alt-down right-down" : "alt-down left-down");
             return true;
         }
         if (facts.message == Message::kMiddleUp && state_.redirect) {
             Visit(Place::kRedirectEnd);
+            Inject(facts.swapped ? "right-up alt-up" : "left-up alt-up");
             state_.redirect = 0;
             return true;
         }
@@ -420,6 +485,7 @@ bool Model::Scrub(const MouseFacts& facts) {
         }
         if (move) {
             Visit(Place::kScrubMove);
+            Send(Message::kMove, kLeftBit);
             return true;
         }
         Visit(facts.message == Message::kLeftUp    ? Place::kScrubEndLeft
@@ -427,6 +493,7 @@ bool Model::Scrub(const MouseFacts& facts) {
                                                    : Place::kScrubEndMiddle);
         if (state_.scrub == 3) Visit(Place::kScrubEndKeyGone);
         state_.scrub = state_.scrub == 3 ? 0 : 1;
+        Send(facts.message == Message::kRightUp ? Message::kRightUp : Message::kLeftUp, 0);
         return true;
     }
     if (pressed && facts.thumb) {
@@ -434,10 +501,15 @@ bool Model::Scrub(const MouseFacts& facts) {
               : pressed == kRightBit ? Place::kScrubStartRight
                                      : Place::kScrubStartMiddle);
         state_.scrub = 2;
+        if (pressed == kRightBit)
+            Send(Message::kRightDown, kRightBit);
+        else
+            Send(Message::kLeftDown, kLeftBit);
         return true;
     }
     if (state_.scrub == 1 && move) {
         Visit(Place::kScrubHover);
+        Send(Message::kMove, 0);
         return true;
     }
     return false;
@@ -454,7 +526,11 @@ std::optional<Model::Answer> Model::Press(const MouseFacts& facts) {
         outcome_.used_bits |= row.bits;
         outcome_.own_bit = button;
         state_.held |= button;
-        if (row.handler == Handler::kNone) return Answer::kConsumed;
+        if (row.handler == Handler::kNone) {
+            Send(Message::kMiddleDown, 0);
+            Send(Message::kMiddleUp, 0);
+            return Answer::kConsumed;
+        }
         return Call(row.handler, facts);
     }
     Visit(button == kLeftBit && !state_.sel_ctrl && !facts.options.left_orbit ? Place::kPressLeftOff
@@ -464,7 +540,7 @@ std::optional<Model::Answer> Model::Press(const MouseFacts& facts) {
 
 std::optional<bool> Model::Quick(const MouseFacts& facts) {
     const bool wanted = facts.options.quick || (facts.options.clone && facts.shift);
-    if (facts.message == Message::kMiddleDown && wanted) {
+    if (Pressed(facts.message) == kMiddleBit && wanted) {
         if (state_.quick) {
             Visit(Place::kQuickRunning);
             return {};
@@ -475,13 +551,16 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
                 Visit(Place::kQuickRefused);
                 return {};
             }
+            outcome_.quick_begins = true;
             state_.quick = 1;
             state_.requests |= 1;
             if (facts.shift && facts.options.clone) {
                 Visit(Place::kQuickStartClone);
                 state_.clone = 1;
+                Send(Message::kLeftDown, kShiftKey);
             } else {
                 Visit(Place::kQuickStartViewport);
+                Send(Message::kLeftDown, 0);
             }
             return true;
         }
@@ -489,6 +568,7 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
         if (!editor || !facts.edit_mode) return {};
         Visit(facts.kind == kTrackView ? Place::kQuickStartTrackView : Place::kQuickStartUnwrap);
         state_.quick = 1;
+        Send(Message::kLeftDown, 0);
         return true;
     }
     if (!state_.quick) return {};
@@ -498,6 +578,11 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
             Visit(cancel ? Place::kQuickCancel : Place::kQuickEndViewport);
             state_.quick = 0;
             state_.clone = 0;
+            if (cancel) {
+                Send(Message::kRightDown, 0);
+                Send(Message::kRightUp, 0);
+            }
+            Send(Message::kLeftUp, 0);
             state_.requests &= ~1;
             return {};
         }
@@ -507,6 +592,7 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
                 Visit(facts.kind == kTrackView ? Place::kQuickEndTrackView
                                                : Place::kQuickEndUnwrap);
                 state_.quick = 0;
+                Send(Message::kLeftUp, 0);
                 return true;
             case kOtherWindow: Visit(Place::kQuickEndOther); return {};
             default: Visit(Place::kQuickEndOtherEditor); return true;
@@ -514,6 +600,7 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
     }
     if (facts.message == Message::kMove && facts.shift && facts.kind == kTrackView) {
         Visit(Place::kQuickMoveTrackView);
+        Send(Message::kMove, kLeftBit | kCtrlKey);
         return true;
     }
     return {};
@@ -564,6 +651,7 @@ void Model::BeginZoom() {
 // A brush's suspension ends: whatever drags is over.
 void Model::EndView() {
     state_.orbit = state_.zoom = state_.pan = 0;
+    Send(Message::kLeftUp, 0);
 }
 
 // The starters look at the window under the mouse, all others at the window in which it started.
@@ -598,18 +686,21 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
             }
             state_.kind = kind;
             state_.orbit = 1;
+            Send(Message::kMiddleDown, 0);
             return Answer::kConsumed;
         case Handler::kStartPan:
             visit(Place::kStartPanViewport, Place::kStartPanLocked, Place::kStartPanEditor);
             if (column == 1) return lock();
             state_.kind = kind;
             state_.pan = 1;
+            if (column == 0) Send(Message::kLeftDown, kCtrlKey);
             return column == 0 ? Answer::kConsumed : Answer::kOn;
         case Handler::kStartZoom:
             visit(Place::kStartZoomViewport, Place::kStartZoomLocked, Place::kStartZoomEditor);
             if (column == 1) return lock();
             state_.kind = kind;
             BeginZoom();
+            Send(column == 0 ? Message::kLeftDown : Message::kMiddleDown, kCtrlKey);
             return Answer::kConsumed;
         case Handler::kOrbitToZoom:
             visit(Place::kOrbitToZoomViewport, Place::kOrbitToZoomLocked,
@@ -618,18 +709,29 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
             state_.locked = 0;
             state_.orbit = 0;
             BeginZoom();
+            Send(Message::kMiddleUp, 0);
+            Send(column == 0 ? Message::kLeftDown : Message::kMiddleDown, kCtrlKey);
             return Answer::kConsumed;
         case Handler::kPanToZoom:
             visit(Place::kPanToZoomViewport, Place::kPanToZoomLocked, Place::kPanToZoomEditor);
             if (column == 1) return Answer::kOn;
+            if (column == 0) Send(Message::kLeftUp, 0);
             state_.pan = 0;
             BeginZoom();
+            if (column == 0) {
+                Send(Message::kLeftDown, 0);
+            } else {
+                Send(Message::kMiddleUp, 0);
+                Send(Message::kMiddleDown, kCtrlKey);
+            }
             return Answer::kConsumed;
         case Handler::kZoomToPan:
             visit(Place::kZoomToPanViewport, Place::kZoomToPanLocked, Place::kZoomToPanEditor);
             if (column == 1) return Answer::kOn;
             state_.zoom = 0;
             state_.pan = 1;
+            Send(column == 0 ? Message::kLeftUp : Message::kMiddleUp, 0);
+            Send(column == 0 ? Message::kLeftDown : Message::kMiddleDown, 0);
             return Answer::kConsumed;
         case Handler::kZoomToOrbit:
             if (column == 0 && !facts.orbit_allowed)
@@ -639,10 +741,15 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
                       Place::kZoomToOrbitEditor);
             if (column == 1) return Answer::kOn;
             state_.zoom = 0;
-            if (column == 2) return Answer::kConsumed;
+            if (column == 2) {
+                Send(Message::kMiddleUp, kCtrlKey);
+                return Answer::kConsumed;
+            }
+            if (!facts.orbit_allowed) Send(Message::kLeftUp, 0);
             EndView();
             if (facts.orbit_allowed) {
                 state_.orbit = 1;
+                Send(Message::kMiddleDown, 0);
             } else {
                 outcome_.orbit_refused = true;
                 state_.locked = 1;
@@ -655,7 +762,10 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
                 return Answer::kConsumed;
             }
             state_.zoom = 0;
-            if (column == 0) EndView();
+            if (column == 0)
+                EndView();
+            else
+                Send(Message::kMiddleUp, kCtrlKey);
             PayAlt();
             return Answer::kConsumed;
         case Handler::kEndPan:
@@ -681,6 +791,7 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
                 return Answer::kConsumed;
             }
             state_.orbit = 0;
+            Send(Message::kMiddleUp, 0);
             PayAlt();
             return Answer::kConsumed;
     }
@@ -692,13 +803,27 @@ bool Model::Move(const MouseFacts& facts) {
         Visit(Place::kMoveOrbit);
         return false;
     }
-    if (state_.pan) {
-        Visit(state_.kind == kViewport ? Place::kMovePanViewport : Place::kMovePanEditor);
-        return state_.kind == kViewport;
+    if (state_.pan && state_.kind == kViewport) {
+        Visit(Place::kMovePanViewport);
+        Send(Message::kMove, kLeftBit | kCtrlKey);
+        return true;
+    }
+    if (state_.pan && IsEditor(state_.kind)) {
+        Visit(Place::kMovePanEditor);
+        return false;
     }
     if (state_.locked) {
-        Visit(Place::kMoveLocked);
+        if (state_.pan && state_.zoom) {
+            Visit(Place::kMoveLockedPanZoom);
+            ZoomMove(facts);
+        } else {
+            Visit(state_.pan ? Place::kMoveLockedPan : Place::kMoveLocked);
+        }
         return true;
+    }
+    if (!state_.zoom) {
+        Visit(Place::kMovePanNowhere);
+        return false;
     }
     return ZoomMove(facts);
 }
@@ -742,6 +867,7 @@ bool Model::ZoomMove(const MouseFacts& facts) {
             state_.zoom_warp = 1;
         }
         Visit(Place::kZoomMoveViewport);
+        Send(Message::kMove, facts.options.slow_zoom ? kLeftBit : kLeftBit | kCtrlKey);
         return true;
     }
     if (!IsEditor(state_.kind)) {
@@ -751,15 +877,20 @@ bool Model::ZoomMove(const MouseFacts& facts) {
     if (y < 1 || y >= screen.y) {
         Visit(Place::kZoomEditorRestart);
         state_.zoom_virtual = {cursor.x, screen.y / 2};
+        Send(Message::kMiddleUp, 0);
+        Send(Message::kMiddleDown, kMiddleBit | kCtrlKey);
         return true;
     }
     Visit(Place::kZoomMoveEditor);
+    Send(Message::kMove, kMiddleBit | kCtrlKey);
     return true;
 }
 
 bool Model::Select(const MouseFacts& facts) {
     const bool press = facts.message == Message::kLeftDown;
     const bool release = facts.message == Message::kLeftUp;
+    // Where the system counts the press that was swallowed, the replayed one is a second one.
+    if (facts.message == Message::kLeftAgain) NoteReplay(facts);
     if (!press && !release && facts.message != Message::kMove) return false;
     const bool allowed = facts.mode && !IsOneOf(*facts.mode, 66510, 69632, 69633, 9247) &&
                          !facts.brush &&
@@ -769,18 +900,7 @@ bool Model::Select(const MouseFacts& facts) {
         return false;
     }
     if (press) return SelectPress(facts);
-    if (release) {
-        if (state_.sel_ctrl) {
-            Visit(Place::kSelectEndCtrl);
-            state_.sel_ctrl = 0;
-            return true;
-        }
-        if (!state_.Selecting()) return false;
-        state_.sel_shift = state_.sel_ctrl_shift = 0;
-        Visit(state_.not_pushed ? Place::kSelectEndNoPop : Place::kSelectEndPop);
-        state_.not_pushed = 0;
-        return true;
-    }
+    if (release) return SelectRelease(facts);
     if (facts.on_menu || facts.right_down || !facts.options.cursors) {
         Visit(Place::kSelectMoveOff);
         return false;
@@ -802,10 +922,71 @@ bool Model::Select(const MouseFacts& facts) {
         }
     }
     Visit(Place::kSelectMove);
+    Send(Message::kMove, kAnyKeys);
+    return true;
+}
+
+// The first press that has seen the injected Alt is the replayed one.
+void Model::NoteReplay(const MouseFacts& facts) {
+    if (!state_.waits || !facts.alt_before) return;
+    Visit(facts.message == Message::kLeftAgain ? Place::kSelectReplayAgain
+                                               : Place::kSelectReplayArrives);
+    state_.waits = 0;
+}
+
+// The replayed press waits in the queue of a busy host; what was ahead of it comes after it.
+bool Model::PutBehind(std::string_view record, const MouseFacts& facts) {
+    --state_.waits;
+    Inject(record);
+    return facts.input_is_taken;
+}
+
+void Model::ReplayWithAlt(const MouseFacts& facts) {
+    constexpr int kMostBehind = 4;
+    // By the button, and by the Ctrl that is down.
+    static constexpr std::string_view kRecords[2][3] = {
+        {"alt-down ctrl-up left-down ctrl-down", "alt-down rctrl-up left-down rctrl-down",
+         "alt-down ctrl-up rctrl-up left-down ctrl-down rctrl-down"},
+        {"alt-down ctrl-up right-down ctrl-down", "alt-down rctrl-up right-down rctrl-down",
+         "alt-down ctrl-up rctrl-up right-down ctrl-down rctrl-down"},
+    };
+    const int side = !facts.right_ctrl ? 0 : !facts.left_ctrl ? 1 : 2;
+    Visit(side == 0   ? Place::kSelectCtrl
+          : side == 1 ? Place::kSelectCtrlRight
+                      : Place::kSelectCtrlBoth);
+    if (facts.swapped) Visit(Place::kSelectCtrlSwapped);
+    state_.sel_ctrl = 1;
+    Inject(kRecords[facts.swapped][side]);
+    state_.waits = facts.input_is_taken ? kMostBehind : 0;
+}
+
+bool Model::SelectRelease(const MouseFacts& facts) {
+    if (state_.sel_ctrl) {
+        if (state_.waits && PutBehind(facts.swapped ? "right-up" : "left-up", facts)) {
+            Visit(Place::kSelectReleaseBehind);
+            return true;
+        }
+        Visit(Place::kSelectEndCtrl);
+        state_.waits = 0;
+        state_.sel_ctrl = 0;
+        Send(Message::kLeftUp, 0);
+        Inject("alt-up");
+        return true;
+    }
+    if (!state_.Selecting()) return false;
+    Send(Message::kLeftUp, state_.sel_ctrl_shift ? kCtrlKey : kShiftKey);
+    state_.sel_shift = state_.sel_ctrl_shift = 0;
+    Visit(state_.not_pushed ? Place::kSelectEndNoPop : Place::kSelectEndPop);
+    state_.not_pushed = 0;
     return true;
 }
 
 bool Model::SelectPress(const MouseFacts& facts) {
+    NoteReplay(facts);
+    if (state_.waits && PutBehind(facts.swapped ? "right-down" : "left-down", facts)) {
+        Visit(Place::kSelectPressBehind);
+        return true;
+    }
     if (facts.alt) {
         Visit(Place::kSelectAlt);
         return false;
@@ -815,8 +996,7 @@ bool Model::SelectPress(const MouseFacts& facts) {
             Visit(Place::kSelectPlain);
             return false;
         }
-        Visit(Place::kSelectCtrl);
-        state_.sel_ctrl = 1;
+        ReplayWithAlt(facts);
         return true;
     }
     (facts.ctrl ? state_.sel_ctrl_shift : state_.sel_shift) = 1;
@@ -827,6 +1007,7 @@ bool Model::SelectPress(const MouseFacts& facts) {
             return false;
         }
         Visit(Place::kSelectCtrlShiftEditor);
+        Send(Message::kLeftDown, kCtrlKey);
         return true;
     }
     if (!facts.select_button) {
@@ -838,6 +1019,7 @@ bool Model::SelectPress(const MouseFacts& facts) {
         state_.not_pushed = 1;
     }
     if (state_.sel_ctrl_shift && !facts.subobject) Visit(Place::kSelectUndoRecord);
+    Send(Message::kLeftDown, state_.sel_shift ? kCtrlKey | kShiftKey : kCtrlKey);
     return true;
 }
 
@@ -891,6 +1073,7 @@ Outcome Model::Key(const KeyFacts& facts) {
         if (facts.key == KeyFacts::Key::kAlt && state_.Drags()) {
             Visit(Place::kKeyAltHeld);
             state_.alt_owed = 1;
+            outcome.injected.push_back("alt-down");
             outcome.swallowed = true;
             return outcome;
         }

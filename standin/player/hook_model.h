@@ -4,8 +4,10 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace hook_model {
 
@@ -18,6 +20,10 @@ enum class Message {
     kRightUp,
     kMiddleDown,
     kMiddleUp,
+    // The second press of a double click, where the window is told of it.
+    kLeftAgain,
+    kRightAgain,
+    kMiddleAgain,
 };
 
 enum WindowKind {
@@ -39,6 +45,7 @@ struct Options {
     bool quick = false;
     bool clone = false;
     bool cursors = false;
+    bool slow_zoom = false;
 };
 
 struct Point {
@@ -69,6 +76,12 @@ struct MouseFacts {
     bool brush = false;      // a sculpt or paint tool of the PolyTools is in use
     bool edit_mode = false;  // the editor under the mouse is in a mode for quick transforms
     bool cursors_load = true;
+    bool left_ctrl = false;  // the sides of what `ctrl` tells
+    bool right_ctrl = false;
+    bool alt_before = false;      // Alt as the event itself saw it, whatever waits behind
+    bool swapped = false;         // the user's left button is the right one of the mouse
+    bool input_is_taken = true;   // the system takes what is injected
+    bool looked_at = false;       // the host has had a look at this event, and nobody kept it
     bool border_release = false;  // a button came up over a caption, border or menu bar
 };
 
@@ -93,6 +106,7 @@ struct State {
     int orbit = 0, zoom = 0, pan = 0, locked = 0, kind = 0, held = 0;
     int quick = 0, clone = 0;
     int sel_ctrl = 0, sel_shift = 0, sel_ctrl_shift = 0, not_pushed = 0;
+    int waits = 0;  // how many events may still be put behind the press of a Ctrl click
     int redirect = 0;
     int scrub = 0, scrub_wrapped = 0;
     int alt_owed = 0;
@@ -207,7 +221,10 @@ enum class Place : int {
     kMoveOrbit,
     kMovePanViewport,
     kMovePanEditor,
+    kMovePanNowhere,
     kMoveLocked,
+    kMoveLockedPan,
+    kMoveLockedPanZoom,
     kZoomFirst,
     kZoomFirstAtEdge,
     kZoomWarpBack,
@@ -222,6 +239,13 @@ enum class Place : int {
     kSelectNotNow,
     kSelectAlt,
     kSelectCtrl,
+    kSelectCtrlRight,
+    kSelectCtrlBoth,
+    kSelectCtrlSwapped,
+    kSelectReplayArrives,
+    kSelectReplayAgain,
+    kSelectPressBehind,
+    kSelectReleaseBehind,
     kSelectPlain,
     kSelectShiftEditor,
     kSelectCtrlShiftEditor,
@@ -237,6 +261,9 @@ enum class Place : int {
     kSelectMoveEditor,
     kSelectMoveButton,
     kSelectMove,
+    kSecondPressTaken,
+    kSecondPressPasses,
+    kBetween,
     kMousePass,
     kKeyOff,
     kKeyLock,
@@ -279,12 +306,24 @@ enum class Handler {
 // The number of the arrow among the cursors.
 constexpr int kArrow = 32512;
 
+// A message of a button, or a move, that is sent to a window.
+struct Sent {
+    Message message = Message::kOther;
+    int keys = 0;
+};
+// What a move says that stands for one of the user's: it depends on who asked for keys before.
+constexpr int kAnyKeys = -1;
+std::string_view NameOf(Message message);
+
 // What became of an event.
 struct Outcome {
     bool swallowed = false;
+    std::vector<Sent> sent;
+    std::vector<std::string_view> injected;  // one text for each call, as a trace has it
     bool came_to_release_rules = false;
-    bool scrubbed = false;             // the time slider took it
-    bool redirected = false;           // a sculpt or paint tool took it
+    bool scrubbed = false;    // the time slider took it
+    bool redirected = false;  // a sculpt or paint tool took it
+    bool quick_begins = false;
     Handler handler = Handler::kNone;  // the last one that was called
     bool orbit_refused = false;
     int press_row = 0;    // of the tables, from 1
@@ -298,8 +337,12 @@ class Model {
 public:
     const State& Now() const { return state_; }
     void Set(const State& state) { state_ = state; }
-    Outcome Mouse(const MouseFacts& facts);
+    // `while_sending` is called for each message of a button that the event sends, with its number
+    // from 0: a window that pumps the queue meanwhile has other events come in between.
+    using WhileSending = std::function<void(int)>;
+    Outcome Mouse(const MouseFacts& facts, const WhileSending& while_sending = {});
     Outcome Key(const KeyFacts& facts);
+    void Visit(Place place) { ++visits_[static_cast<size_t>(place)]; }
 
     using Visits = std::array<unsigned long long, kPlaces>;
     const Visits& Visited() const { return visits_; }
@@ -307,7 +350,6 @@ public:
 private:
     enum class Answer { kConsumed, kOn };
 
-    void Visit(Place place) { ++visits_[static_cast<size_t>(place)]; }
     bool Steps(const MouseFacts& facts);
     std::optional<bool> Redirect(const MouseFacts& facts);
     bool Scrub(const MouseFacts& facts);
@@ -319,16 +361,24 @@ private:
     bool ZoomMove(const MouseFacts& facts);
     bool Select(const MouseFacts& facts);
     bool SelectPress(const MouseFacts& facts);
+    bool SelectRelease(const MouseFacts& facts);
+    void ReplayWithAlt(const MouseFacts& facts);
+    void NoteReplay(const MouseFacts& facts);
+    bool PutBehind(std::string_view record, const MouseFacts& facts);
+    void Send(Message message, int keys);
+    void Inject(std::string_view records) { outcome_.injected.push_back(records); }
     Answer Call(Handler handler, const MouseFacts& facts);
     Answer Unlock(const MouseFacts& facts);
     int ModifierCursor(const KeyFacts& facts);
     int ChosenCursor(bool alt, bool ctrl, bool shift) const;
     void BeginZoom();
     void EndView();
-    void PayAlt() { state_.alt_owed = 0; }
+    void PayAlt();
 
     State state_;
     Outcome outcome_;
+    const WhileSending* while_sending_ = nullptr;
+    int buttons_sent_ = 0;
     Visits visits_{};
 };
 

@@ -1,7 +1,9 @@
 #include "standin/player/invariants.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
+#include <utility>
 
 #include "standin/engine/desk.h"
 #include "standin/engine/message_names.h"
@@ -33,6 +35,7 @@ enum Global {
     kSelShift,
     kSelCtrlShift,
     kNotPushed,
+    kReplayWaits,
     kRedirect,
     kScrub,
     kScrubWrapped,
@@ -55,45 +58,24 @@ enum Global {
     kCursors,
     kLockOrtho,
     kLockUser,
+    kSlowZooming,
     kGizmoWasOn,
     kGlobalCount,
 };
 
 constexpr const char* kNames[] = {
-    "g_orbitActive",
-    "g_zoomActive",
-    "g_panActive",
-    "g_navLocked",
-    "g_navKind",
-    "g_heldButtons",
-    "g_quickXform",
-    "g_shiftClone",
-    "g_selCtrl",
-    "g_selShift",
-    "g_selCtrlShift",
-    "g_selectNotPushed",
-    "g_sculptRedirect",
-    "g_scrubState",
-    "g_scrubWrapped",
-    "g_altUpPending",
-    "g_selectionLockRequests",
-    "g_heldSnapSticky",
-    "g_nudgeActive",
-    "g_zoomWarp",
-    "g_zoomLast",
-    "g_zoomVirtual",
-    "g_graphiteSculptTool",
-    "g_graphitePdTool",
-    "g_polyShiftActive",
-    "g_hostRelease",
-    "useMayaStyle",
-    "altLeftArcRotate",
-    "altRightZoom",
-    "mClickXForms",
-    "useShiftClone",
-    "customSelectionCursors",
-    "lockArcRotateOrtho",
-    "lockArcRotateUser",
+    "g_orbitActive",      "g_zoomActive",      "g_panActive",
+    "g_navLocked",        "g_navKind",         "g_heldButtons",
+    "g_quickXform",       "g_shiftClone",      "g_selCtrl",
+    "g_selShift",         "g_selCtrlShift",    "g_selectNotPushed",
+    "g_replayWaits",      "g_sculptRedirect",  "g_scrubState",
+    "g_scrubWrapped",     "g_altUpPending",    "g_selectionLockRequests",
+    "g_heldSnapSticky",   "g_nudgeActive",     "g_zoomWarp",
+    "g_zoomLast",         "g_zoomVirtual",     "g_graphiteSculptTool",
+    "g_graphitePdTool",   "g_polyShiftActive", "g_hostRelease",
+    "useMayaStyle",       "altLeftArcRotate",  "altRightZoom",
+    "mClickXForms",       "useShiftClone",     "customSelectionCursors",
+    "lockArcRotateOrtho", "lockArcRotateUser", "slowZooming",
     "g_gizmoWasOn",
 };
 static_assert(std::size(kNames) == kGlobalCount);
@@ -105,16 +87,24 @@ bool IsInput(Verb verb) {
         case Verb::kMoveScreen:
         case Verb::kMoveBy:
         case Verb::kMouseDown:
-        case Verb::kMouseUp: return true;
+        case Verb::kMouseUp:
+        case Verb::kDoubleClick:
+        case Verb::kBusy:
+        case Verb::kNoLongerBusy:
+        case Verb::kPeek:
+        case Verb::kCode:
+        case Verb::kReenter:
+        case Verb::kSwap: return true;
         default: return false;
     }
 }
 
-bool HasEffect(std::string_view pattern) {
-    const auto& effects = trace::EffectsOfCommand();
-    return std::any_of(effects.begin(), effects.end(), [pattern](const std::string& effect) {
-        return scenario::Matches(pattern, effect);
-    });
+bool HasEffect(std::string_view pattern, size_t from = 0) {
+    const auto& effects = trace::DeedsOfCommand();
+    return std::any_of(
+        effects.begin() + static_cast<std::ptrdiff_t>(std::min(from, effects.size())),
+        effects.end(),
+        [pattern](const std::string& effect) { return scenario::Matches(pattern, effect); });
 }
 
 hook_model::Message MessageOf(UINT message) {
@@ -126,6 +116,9 @@ hook_model::Message MessageOf(UINT message) {
         case WM_RBUTTONUP: return hook_model::Message::kRightUp;
         case WM_MBUTTONDOWN: return hook_model::Message::kMiddleDown;
         case WM_MBUTTONUP: return hook_model::Message::kMiddleUp;
+        case WM_LBUTTONDBLCLK: return hook_model::Message::kLeftAgain;
+        case WM_RBUTTONDBLCLK: return hook_model::Message::kRightAgain;
+        case WM_MBUTTONDBLCLK: return hook_model::Message::kMiddleAgain;
         default: return hook_model::Message::kOther;
     }
 }
@@ -150,10 +143,75 @@ bool IsLockOn() {
     return lock && lock->checked;
 }
 
+// As the system names them, whatever button of the mouse that is.
 int ButtonsDown() {
-    return (desk::AsyncDown(VK_LBUTTON) ? hook_model::kLeftBit : 0) |
-           (desk::AsyncDown(VK_RBUTTON) ? hook_model::kRightBit : 0) |
+    const bool swapped = desk::ButtonsAreSwapped();
+    return (desk::AsyncDown(swapped ? VK_RBUTTON : VK_LBUTTON) ? hook_model::kLeftBit : 0) |
+           (desk::AsyncDown(swapped ? VK_LBUTTON : VK_RBUTTON) ? hook_model::kRightBit : 0) |
            (desk::AsyncDown(VK_MBUTTON) ? hook_model::kMiddleBit : 0);
+}
+
+int ButtonOf(UINT message, bool* down) {
+    switch (message >= WM_NCLBUTTONDOWN && message <= WM_NCMBUTTONDBLCLK
+                ? message - WM_NCMOUSEMOVE + WM_MOUSEMOVE
+                : message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK: *down = true; return hook_model::kLeftBit;
+        case WM_LBUTTONUP: return hook_model::kLeftBit;
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK: *down = true; return hook_model::kRightBit;
+        case WM_RBUTTONUP: return hook_model::kRightBit;
+        case WM_MBUTTONDOWN:
+        case WM_MBUTTONDBLCLK: *down = true; return hook_model::kMiddleBit;
+        case WM_MBUTTONUP: return hook_model::kMiddleBit;
+        default: return 0;
+    }
+}
+
+// The message of a mouse that an effect sends to a window, and the keys that it tells of.
+std::optional<hook_model::Sent> SentBy(const std::string& effect) {
+    if (!effect.starts_with("win SendMessageA ")) return {};
+    const size_t name = effect.find(" WM_") + 1;
+    if (name == 0) return {};
+    const size_t blank = effect.find(' ', name);
+    const std::string_view text = std::string_view(effect).substr(name, blank - name);
+    using hook_model::Message;
+    for (const Message message :
+         {Message::kMove, Message::kLeftDown, Message::kLeftUp, Message::kRightDown,
+          Message::kRightUp, Message::kMiddleDown, Message::kMiddleUp})
+        if (hook_model::NameOf(message) == text)
+            return hook_model::Sent{message, std::atoi(effect.c_str() + blank)};
+    return {};
+}
+
+std::string TextOf(const hook_model::Sent& sent) {
+    std::string text(hook_model::NameOf(sent.message));
+    if (sent.keys != hook_model::kAnyKeys) text += ' ' + std::to_string(sent.keys);
+    return text;
+}
+
+// What the plug-in did in one call of a hook that goes on since, without the calls in between.
+template <typename Calls>
+std::vector<std::string> OwnEffects(size_t from, size_t to, const Calls& inner) {
+    const auto& all = trace::DeedsOfCommand();
+    to = std::min(to, all.size());
+    std::vector<std::string> own;
+    auto next = inner.begin();
+    for (size_t i = from; i < to; ++i) {
+        while (next != inner.end() && next->effects_to <= i)
+            ++next;
+        if (next != inner.end() && i >= next->effects_from) continue;
+        own.push_back(all[i]);
+    }
+    return own;
+}
+
+int ButtonsSent(const std::vector<std::string>& effects) {
+    return static_cast<int>(
+        std::count_if(effects.begin(), effects.end(), [](const std::string& effect) {
+            const auto sent = SentBy(effect);
+            return sent && sent->message != hook_model::Message::kMove;
+        }));
 }
 
 }  // namespace
@@ -191,6 +249,7 @@ State Checker::PluginState() const {
     now.sel_shift = Value(kSelShift);
     now.sel_ctrl_shift = Value(kSelCtrlShift);
     now.not_pushed = Value(kNotPushed);
+    now.waits = Value(kReplayWaits);
     now.redirect = Value(kRedirect);
     now.scrub = Value(kScrub);
     now.scrub_wrapped = Value(kScrubWrapped);
@@ -243,7 +302,8 @@ bool Checker::ThumbFound() const {
 // What the plug-in knows after it has had the host's script asked, or goes on believing.
 bool Checker::BrushInUse() const {
     constexpr int kFirstReleaseWithPolyTools = 12000;
-    if (Value(kRelease) >= kFirstReleaseWithPolyTools && !Fails("ExecuteStringScript"))
+    if (Value(kRelease) >= kFirstReleaseWithPolyTools && !Fails("ExecuteStringScript") &&
+        world::g_world.polytools_loaded)
         return world::g_world.sculpt_tool || world::g_world.paint_deform_tool ||
                world::g_world.poly_shift;
     return Value(kSculptTool) || Value(kPaintTool) || (Value(kPolyShift) & 0xFF);
@@ -277,19 +337,27 @@ MouseFacts Checker::MouseFactsOf(const desk::HookCall& call) const {
     facts.options.quick = Option(kQuickOption);
     facts.options.clone = Option(kCloneOption);
     facts.options.cursors = Option(kCursors);
+    facts.options.slow_zoom = Option(kSlowZooming);
     facts.kind = KindOf(call.window);
     const bool keys = !Fails("GetAsyncKeyState");
     facts.alt = keys && desk::AsyncDown(VK_MENU);
     facts.ctrl = keys && desk::AsyncDown(VK_CONTROL);
     facts.shift = keys && desk::AsyncDown(VK_SHIFT);
     facts.right_down = keys && desk::AsyncDown(VK_RBUTTON);
+    facts.left_ctrl = keys && desk::AsyncDown(VK_LCONTROL);
+    facts.right_ctrl = keys && desk::AsyncDown(VK_RCONTROL);
+    facts.alt_before = !Fails("GetKeyState") && desk::ThreadKeyState(VK_MENU) < 0;
+    facts.input_is_taken = !Fails("SendInput");
     facts.on_menu = call.hit == HTMENU;
     facts.at = ToPoint(call.at);
     facts.cursor = ToPoint(Fails("GetCursorPos") ? call.at : desk::CursorSoFar());
-    const SIZE screen = desk::ScreenSize();
-    if (!Fails("GetSystemMetrics"))
-        facts.screen = {static_cast<int>(screen.cx), static_cast<int>(screen.cy)};
-    facts.thumb = before_.scrub && ThumbFound();
+    const RECT screen = desk::WholeScreen();
+    if (!Fails("GetSystemMetrics")) {
+        facts.screen = {static_cast<int>(screen.right - screen.left),
+                        static_cast<int>(screen.bottom - screen.top)};
+        facts.swapped = desk::ButtonsAreSwapped();
+    }
+    facts.thumb = Value(kScrub) && ThumbFound();
     facts.mode = Mode();
     const bool core = !Fails("GetCOREInterface");
     facts.selected = core && !Fails("GetSelNodeCount") ? world::SelectedCount() : 0;
@@ -297,7 +365,8 @@ MouseFacts Checker::MouseFactsOf(const desk::HookCall& call) const {
     facts.select_button = SelectButton();
     facts.orbit_allowed = OrbitAllowed(call.window);
     facts.brush = BrushInUse();
-    if (facts.message == hook_model::Message::kMiddleDown &&
+    if ((facts.message == hook_model::Message::kMiddleDown ||
+         facts.message == hook_model::Message::kMiddleAgain) &&
         (facts.kind == hook_model::kTrackView || facts.kind == hook_model::kUnwrap))
         facts.edit_mode = EditMode(facts.kind);
     facts.cursors_load = !Fails("LoadCursorA");
@@ -350,18 +419,32 @@ bool Checker::NobodyHoldsWhatIsDown() const {
         std::array<std::string_view, 3> names;
     };
     static constexpr Row kRows[] = {
-        {VK_MENU, {"alt", "", ""}},
-        {VK_CONTROL, {"ctrl", "", ""}},
+        {VK_MENU, {"alt", "lalt", "ralt"}},
+        {VK_CONTROL, {"ctrl", "lctrl", "rctrl"}},
         {VK_SHIFT, {"shift", "lshift", "rshift"}},
-        {VK_LBUTTON, {"left button", "", ""}},
-        {VK_MBUTTON, {"middle button", "", ""}},
-        {VK_RBUTTON, {"right button", "", ""}},
     };
-    return std::any_of(std::begin(kRows), std::end(kRows), [this](const Row& row) {
-        return desk::AsyncDown(row.key) &&
-               std::none_of(row.names.begin(), row.names.end(),
-                            [this](std::string_view name) { return held_.contains(name); });
-    });
+    struct ButtonRow {
+        int bit;
+        std::string_view name;
+    };
+    static constexpr ButtonRow kButtonRows[] = {
+        {hook_model::kLeftBit, "left button"},
+        {hook_model::kRightBit, "right button"},
+        {hook_model::kMiddleBit, "middle button"},
+    };
+    const int buttons = ButtonsDown();
+    return std::any_of(std::begin(kRows), std::end(kRows),
+                       [this](const Row& row) {
+                           return desk::AsyncDown(row.key) &&
+                                  std::none_of(row.names.begin(), row.names.end(),
+                                               [this](std::string_view name) {
+                                                   return held_.contains(name);
+                                               });
+                       }) ||
+           std::any_of(std::begin(kButtonRows), std::end(kButtonRows),
+                       [this, buttons](const ButtonRow& row) {
+                           return (buttons & row.bit) && !held_.contains(row.name);
+                       });
 }
 
 bool Checker::IsGizmoAsBefore() const {
@@ -375,100 +458,254 @@ bool Checker::IsLockOff() const {
 // --- the events ---
 
 void Checker::Begin() {
+    static_assert(kGlobals == kGlobalCount);
     began_ = true;
     for (size_t i = 0; i < std::size(kNames); ++i)
         globals_[i] = plugin::Find(kNames[i]);
     model_.Set(PluginState());
-    depth_ = depth_before_ = world::ModeDepth();
-    lock_ = lock_before_ = IsLockOn();
-    gizmo_ = gizmo_before_ = IsGizmoOn();
+    depth_ = depth_seen_ = world::ModeDepth();
+    lock_ = lock_seen_ = IsLockOn();
+    gizmo_ = gizmo_seen_ = IsGizmoOn();
     desk::Observe(this);
 }
 
 void Checker::BeforeHook(const desk::HookCall& call) {
-    before_ = model_.Now();
-    navigation_before_ = Option(kNavigation);
-    effects_before_ = trace::EffectsOfCommand().size();
-    if (call.mouse) {
-        mouse_ = MouseFactsOf(call);
-        outcome_ = model_.Mouse(mouse_);
-    } else {
-        key_ = KeyFactsOf(call);
-        outcome_ = model_.Key(key_);
+    asked_ = true;
+    if (calls_.empty()) NoteHost();
+    bool pressed = false;
+    if (const int button = call.mouse ? ButtonOf(call.message, &pressed) : 0)
+        down_ = pressed ? down_ | button : down_ & ~button;
+    Call begun;
+    begun.mouse = call.mouse;
+    begun.event = call.mouse ? names::Message(call.message) + " in " + world::Of(call.window)
+                             : "key " + std::to_string(call.key) + (call.up ? " up" : " down");
+    if (call.mouse)
+        begun.mouse_facts = MouseFactsOf(call);
+    else
+        begun.key_facts = KeyFactsOf(call);
+    begun.looks = call.code == HC_NOREMOVE;
+    begun.mouse_facts.looked_at = !begun.looks && begun.event == looked_at_;
+    begun.at_begin = PluginState();
+    begun.effects_from = trace::DeedsOfCommand().size();
+    if (!calls_.empty()) {
+        const Call& outer = calls_.back();
+        const auto so_far = OwnEffects(outer.effects_from, begun.effects_from, outer.inner);
+        begun.at_send = ButtonsSent(so_far) - 1;
     }
+    calls_.push_back(std::move(begun));
 }
 
-void Checker::AfterHook(const desk::HookCall& call, bool swallowed) {
-    if (call.mouse)
-        excuses::NoteMouse(ledger_, before_, model_.Now(), mouse_, outcome_, ButtonsDown());
-    else
-        excuses::NoteKey(ledger_, before_, key_);
-    if (call.mouse) NotePasses(swallowed);
-    if (!broken_.empty()) return;
-    const auto& effects = trace::EffectsOfCommand();
-    if (!navigation_before_ && effects_before_ < effects.size() &&
-        std::any_of(
-            effects.begin() + static_cast<std::ptrdiff_t>(effects_before_), effects.end(),
-            [](const std::string& effect) { return !effect.starts_with("out"); })) {
-        broken_ = std::string(excuses::TextOf(Check::kOff));
+void Checker::AfterHook(const desk::HookCall&, bool swallowed) {
+    if (calls_.empty()) return;
+    Call call = std::move(calls_.back());
+    calls_.pop_back();
+    looked_at_ = call.looks && !swallowed ? call.event : std::string();
+    call.swallowed = swallowed;
+    call.at_end = PluginState();
+    call.effects_to = trace::DeedsOfCommand().size();
+    call.effects = OwnEffects(call.effects_from, call.effects_to, call.inner);
+    call.down = down_;
+    if (call.inner.empty()) call.toolbar = Toolbar(call.at_begin, call.at_end, call.effects);
+    if (!calls_.empty()) {
+        calls_.back().inner.push_back(std::move(call));
         return;
     }
-    const std::string event = call.mouse
-                                  ? names::Message(call.message) + " in " + world::Of(call.window)
-                                  : "key " + std::to_string(call.key) + (call.up ? " up" : " down");
-    if (swallowed != outcome_.swallowed) {
-        broken_ = event + (swallowed ? " was swallowed, by the rules it passes"
-                                     : " passed, by the rules it is swallowed");
-        return;
+    NoteHost();
+    if (arms_) {
+        State state = model_.Now();
+        state.scrub = call.at_begin.scrub;
+        state.requests = call.at_begin.requests;
+        state.snap = call.at_begin.snap;
+        state.nudge = call.at_begin.nudge;
+        model_.Set(state);
     }
+    Judge(call);
+}
+
+// Steps the model along a call and all that came in between.
+void Checker::Judge(const Call& call) {
+    const State before = model_.Now();
+    int wanted = 0;
+    int is = 0;
+    if (broken_.empty())
+        if (const std::string_view name =
+                hook_model::FirstDifference(before, call.at_begin, &wanted, &is);
+            !name.empty())
+            broken_ = "before " + call.event + ' ' + std::string(name) + " is " +
+                      std::to_string(is) + ", by the rules " + std::to_string(wanted);
+    size_t next = 0;
+    bool changed = false;
+    const auto between = [this, &call, &next, &changed](int number) {
+        const State so_far = model_.Now();
+        for (; next < call.inner.size() && call.inner[next].at_send == number; ++next) {
+            model_.Visit(hook_model::Place::kBetween);
+            Judge(call.inner[next]);
+        }
+        changed = changed || model_.Now() != so_far;
+    };
+    const hook_model::Outcome outcome =
+        call.mouse ? model_.Mouse(call.mouse_facts, between) : model_.Key(call.key_facts);
+    if (broken_.empty()) broken_ = CompareDoings(call, outcome);
+    for (; next < call.inner.size(); ++next)
+        Judge(call.inner[next]);
+    if (call.mouse) {
+        excuses::NoteMouse(ledger_, before, model_.Now(), call.mouse_facts, outcome, call.down);
+        if (changed) excuses::NoteBetween(ledger_, outcome);
+        NotePasses(call);
+    } else {
+        excuses::NoteKey(ledger_, before, call.key_facts);
+    }
+    if (broken_.empty()) broken_ = Compare(call, outcome);
+}
+
+// What a call has sent to windows and injected.
+std::string Checker::CompareDoings(const Call& call, const hook_model::Outcome& outcome) const {
+    // What a fault makes of it is not the question here.
+    if (!faults_.empty()) return {};
+    size_t sends = 0;
+    size_t injects = 0;
+    for (const std::string& effect : call.effects) {
+        constexpr std::string_view kInjects = "win SendInput ";
+        if (effect.starts_with(kInjects)) {
+            const std::string records = effect.substr(kInjects.size());
+            if (injects >= outcome.injected.size())
+                return call.event + " injects " + records + ", by the rules nothing";
+            if (outcome.injected[injects] != records)
+                return call.event + " injects " + records + ", by the rules " +
+                       std::string(outcome.injected[injects]);
+            ++injects;
+        }
+        const auto sent = SentBy(effect);
+        if (!sent) continue;
+        if (sends >= outcome.sent.size())
+            return call.event + " sends " + TextOf(*sent) + ", by the rules nothing";
+        const hook_model::Sent& wanted = outcome.sent[sends++];
+        if (wanted.message != sent->message ||
+            (wanted.keys != hook_model::kAnyKeys && wanted.keys != sent->keys))
+            return call.event + " sends " + TextOf(*sent) + ", by the rules " + TextOf(wanted);
+    }
+    if (injects < outcome.injected.size())
+        return call.event + " does not inject " + std::string(outcome.injected[injects]);
+    if (sends < outcome.sent.size())
+        return call.event + " does not send " + TextOf(outcome.sent[sends]);
+    return {};
+}
+
+std::string Checker::Compare(const Call& call, const hook_model::Outcome& outcome) const {
+    const bool navigation =
+        call.mouse ? call.mouse_facts.options.navigation : call.key_facts.navigation;
+    if (!navigation && !call.effects.empty()) return std::string(excuses::TextOf(Check::kOff));
+    if (call.swallowed != outcome.swallowed)
+        return call.event + (call.swallowed ? " was swallowed, by the rules it passes"
+                                            : " passed, by the rules it is swallowed");
     // What a fault does to the cursor's shape is not the question here.
-    if (!call.mouse && faults_.empty() && outcome_.cursor) {
+    if (!call.mouse && faults_.empty() && outcome.cursor) {
         const std::string shown =
             "win SetCursor " +
-            (outcome_.cursor == hook_model::kArrow ? "arrow" : std::to_string(outcome_.cursor));
-        if (std::find(effects.begin() +
-                          static_cast<std::ptrdiff_t>(std::min(effects_before_, effects.size())),
-                      effects.end(), shown) == effects.end()) {
-            broken_ = "after " + event + " the cursor is not " + shown.substr(14);
-            return;
-        }
+            (outcome.cursor == hook_model::kArrow ? "arrow" : std::to_string(outcome.cursor));
+        if (std::find(call.effects.begin(), call.effects.end(), shown) == call.effects.end())
+            return "after " + call.event + " the cursor is not " + shown.substr(14);
     }
+    if (!call.toolbar.empty()) return "after " + call.event + ' ' + call.toolbar;
     int wanted = 0;
     int is = 0;
     const std::string_view name =
-        hook_model::FirstDifference(model_.Now(), PluginState(), &wanted, &is);
-    if (name.empty()) return;
-    broken_ = "after " + event + ' ' + std::string(name) + " is " + std::to_string(is) +
-              ", by the rules " + std::to_string(wanted);
+        hook_model::FirstDifference(model_.Now(), call.at_end, &wanted, &is);
+    if (name.empty()) return {};
+    return "after " + call.event + ' ' + std::string(name) + " is " + std::to_string(is) +
+           ", by the rules " + std::to_string(wanted);
 }
 
-void Checker::NotePasses(bool swallowed) {
+// Where the plug-in has just asked for a state of a button in the toolbar, the button has it, and
+// its action was not executed more often than that takes.
+std::string Checker::Toolbar(const State& before, const State& after,
+                             const std::vector<std::string>& effects) const {
+    constexpr int kAngleSnap = 6;
+    struct Row {
+        int id;
+        std::string_view name;
+        bool was, is;
+    };
+    const Row rows[] = {
+        {59231, "the selection lock", before.requests > 0, after.requests > 0},
+        {40074, "the angle snap", before.snap == kAngleSnap, after.snap == kAngleSnap},
+    };
+    if (!faults_.empty()) return {};
+    for (const Row& row : rows) {
+        if (row.was == row.is) continue;
+        const eng_button* const button = world::FindButton(row.id);
+        const eng_action* const action = world::FindAction(0, row.id);
+        if (!button || !IsWindow(button->window) || !action || action->stuck) continue;
+        if (button->checked != row.is) return std::string(row.name) + " is not as it was asked for";
+        const auto times = std::count(effects.begin(), effects.end(),
+                                      "sdk ExecuteAction 0 " + std::to_string(row.id));
+        if (times > 1) return std::string(row.name) + " was switched more than once";
+    }
+    return {};
+}
+
+void Checker::NotePasses(const Call& call) {
     using hook_model::Message;
     struct Row {
-        Message press, release;
+        Message press, again, release;
         int bit;
     };
     static constexpr Row kRows[] = {
-        {Message::kLeftDown, Message::kLeftUp, hook_model::kLeftBit},
-        {Message::kRightDown, Message::kRightUp, hook_model::kRightBit},
-        {Message::kMiddleDown, Message::kMiddleUp, hook_model::kMiddleBit},
+        {Message::kLeftDown, Message::kLeftAgain, Message::kLeftUp, hook_model::kLeftBit},
+        {Message::kRightDown, Message::kRightAgain, Message::kRightUp, hook_model::kRightBit},
+        {Message::kMiddleDown, Message::kMiddleAgain, Message::kMiddleUp, hook_model::kMiddleBit},
     };
+    const Message message = call.mouse_facts.message;
     for (const Row& row : kRows) {
-        if (mouse_.message == row.press)
-            passed_presses_ = swallowed ? passed_presses_ & ~row.bit : passed_presses_ | row.bit;
-        if (mouse_.message == row.release && swallowed && (passed_presses_ & row.bit))
+        if (message == row.press || message == row.again)
+            passed_presses_ =
+                call.swallowed ? passed_presses_ & ~row.bit : passed_presses_ | row.bit;
+        if (message == row.release && call.swallowed && (passed_presses_ & row.bit))
             ledger_.Note(Excuse::kReleaseKept, {Check::kCapture});
     }
 }
 
-void Checker::Before() {
+void Checker::Before(const Command& command) {
     if (!began_) Begin();
-    depth_before_ = world::ModeDepth();
-    lock_before_ = IsLockOn();
-    gizmo_before_ = IsGizmoOn();
-    gizmo_saved_before_ = Value(kGizmoWasOn) != 0;
+    effects_seen_ = 0;
+    depth_seen_ = world::ModeDepth();
+    lock_seen_ = IsLockOn();
+    gizmo_seen_ = IsGizmoOn();
+    gizmo_saved_seen_ = Value(kGizmoWasOn) != 0;
+    if (!busy_) down_ = ButtonsDown();
     before_command_ = PluginState();
+    arms_ = !IsInput(command.verb);
+    asked_ = false;
     broken_.clear();
+}
+
+// What has come about since it was last asked, between two calls of the hooks or in one of them, is
+// either the plug-in's deed or that of the user and the host: a click on a brush or on the lock, a
+// script.
+void Checker::NoteHost() {
+    const size_t from = effects_seen_;
+    effects_seen_ = trace::DeedsOfCommand().size();
+    const int depth = world::ModeDepth();
+    const bool enters = HasEffect("sdk PushStdCommandMode *", from);
+    if (depth_seen_ == 0 && enters) ledger_.Note(Excuse::kEmptyStack, {Check::kDepth});
+    if (!enters && !HasEffect("sdk PopCommandMode", from)) {
+        if (depth < depth_seen_ && depth_seen_ > depth_)
+            ledger_.Note(Excuse::kHostLeaves, {Check::kDepth});
+        else
+            depth_ += depth - depth_seen_;
+    }
+    if (IsLockOn() != lock_seen_ && !HasEffect("sdk ExecuteAction 0 59231", from))
+        lock_ = IsLockOn();
+    if (IsGizmoOn() != gizmo_seen_ && !HasEffect("sdk ExecuteAction 0 40105", from)) {
+        gizmo_ = IsGizmoOn();
+        if (Value(kGizmoWasOn)) ledger_.Note(Excuse::kGizmoOption, {Check::kGizmo});
+    }
+    if (gizmo_saved_seen_ && !Value(kGizmoWasOn) && !IsGizmoOn())
+        ledger_.Note(Excuse::kHiddenTwice, {Check::kGizmo});
+    depth_seen_ = depth;
+    lock_seen_ = IsLockOn();
+    gizmo_seen_ = IsGizmoOn();
+    gizmo_saved_seen_ = Value(kGizmoWasOn) != 0;
 }
 
 // A call that fails leaves undone what it was made for; which of them matter at rest.
@@ -495,16 +732,11 @@ void Checker::NoteHostsDoings() {
         // The lock button is only asked once its class is known.
         {"GetClassNameA", {Check::kLock}},
     };
-    const auto& effects = trace::EffectsOfCommand();
-    const bool acted = std::any_of(effects.begin(), effects.end(), [](const std::string& effect) {
-        return !effect.starts_with("out");
-    });
+    const bool acted = !trace::DeedsOfCommand().empty();
     if (!acted && PluginState() == before_command_) return;
     if (!faults_.empty())
         for (const Row& row : kRows)
             if (Fails(row.call)) ledger_.Note(Excuse::kFault, row.checks);
-    if (depth_before_ == 0 && HasEffect("sdk PushStdCommandMode *"))
-        ledger_.Note(Excuse::kEmptyStack, {Check::kDepth});
     if (HasEffect("win SendMessageA * WM_COMMAND *") && world::g_world.running_brush)
         ledger_.Note(Excuse::kBrushBegins, {Check::kDepth});
     const auto stuck = [](int id) {
@@ -526,7 +758,6 @@ void Checker::NoteCommand(const Command& command) {
         else
             held_.erase(name);
     };
-    const int depth = world::ModeDepth();
     switch (command.verb) {
         case Verb::kKey: hold(command.words[0]); break;
         case Verb::kMouseDown: held_.insert(command.words[0] + " button"); break;
@@ -539,27 +770,15 @@ void Checker::NoteCommand(const Command& command) {
             break;
         case Verb::kModeReplace:
         case Verb::kModeNone:
-            depth_ = depth_before_ = depth;
+            depth_ = depth_seen_ = world::ModeDepth();
             ledger_.Clean(Check::kDepth);
             break;
+        case Verb::kBusy: busy_ = true; break;
+        case Verb::kNoLongerBusy: busy_ = false; break;
         default: break;
     }
-    // What the user and the host do without the plug-in: a click on a brush or on the lock, a
-    // script.
-    if (!HasEffect("sdk PushStdCommandMode *") && !HasEffect("sdk PopCommandMode")) {
-        if (depth < depth_before_ && depth_before_ > depth_)
-            ledger_.Note(Excuse::kHostLeaves, {Check::kDepth});
-        else
-            depth_ += depth - depth_before_;
-    }
-    if (IsLockOn() != lock_before_ && !HasEffect("sdk ExecuteAction 0 59231")) lock_ = IsLockOn();
-    if (IsGizmoOn() != gizmo_before_ && !HasEffect("sdk ExecuteAction 0 40105")) {
-        gizmo_ = IsGizmoOn();
-        if (Value(kGizmoWasOn)) ledger_.Note(Excuse::kGizmoOption, {Check::kGizmo});
-    }
-    const bool hides = command.verb == Verb::kCommand || command.verb == Verb::kMouseDown;
-    if (hides && gizmo_saved_before_ && !Value(kGizmoWasOn) && !IsGizmoOn())
-        ledger_.Note(Excuse::kHiddenTwice, {Check::kGizmo});
+    NoteHost();
+    if (!busy_ && (down_ & ~ButtonsDown())) excuses::NoteUnseen(ledger_, model_.Now());
     NoteHostsDoings();
     if (IsInput(command.verb)) return;
     // A command may arm what a key's release ends, and a poke is meant to change what it names.
@@ -603,6 +822,8 @@ void Checker::ForgetWhatIsClean() {
 std::string Checker::After(const Command& command) {
     if (!plugin::IsLoaded()) return {};
     if (!began_) Begin();
+    if (command.verb == Verb::kCommand && !asked_ && broken_.empty())
+        broken_ = Toolbar(before_command_, PluginState(), trace::DeedsOfCommand());
     NoteCommand(command);
     if (!broken_.empty()) return broken_;
     const State& now = model_.Now();
@@ -611,7 +832,7 @@ std::string Checker::After(const Command& command) {
         return std::string(excuses::TextOf(Check::kTwoGestures));
     two_before_ = two;
     if (command.verb == Verb::kKey && !command.on && command.words[0] == "f8" && held_.empty() &&
-        faults_.empty())
+        faults_.empty() && !busy_)
         if (std::string broken = AtRest(); !broken.empty()) return broken;
     ForgetWhatIsClean();
     return {};

@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "standin/engine/desk_control.h"
 #include "standin/player/excuses.h"
@@ -25,7 +26,7 @@ public:
 
     // Around every command. After answers what does not hold, else an empty text; when F8 has come
     // up and nobody holds anything more, that includes what must hold at rest.
-    void Before();
+    void Before(const scenario::Command& command);
     std::string After(const scenario::Command& command);
     // What has been visited and excused, for walk_report to read.
     std::string Report() const;
@@ -34,7 +35,30 @@ public:
     void AfterHook(const desk::HookCall& call, bool swallowed) override;
 
 private:
+    // One call of a hook, with the calls that came in between while a window handled what the
+    // plug-in sent to it. The model is stepped along when the outermost call is through.
+    struct Call {
+        std::string event;
+        bool mouse = false;
+        bool looks = false;  // the host only looks at the event
+        hook_model::MouseFacts mouse_facts;
+        hook_model::KeyFacts key_facts;
+        hook_model::State at_begin, at_end;  // the plug-in's own
+        bool swallowed = false;
+        int down = 0;     // the buttons that are down after it
+        int at_send = 0;  // the message of the outer call that it came in between
+        size_t effects_from = 0, effects_to = 0;
+        std::vector<std::string> effects;  // its own ones
+        std::string toolbar;               // what is wrong about the host's buttons after it
+        std::vector<Call> inner;
+    };
+
     void Begin();
+    void Judge(const Call& call);
+    std::string Compare(const Call& call, const hook_model::Outcome& outcome) const;
+    std::string CompareDoings(const Call& call, const hook_model::Outcome& outcome) const;
+    std::string Toolbar(const hook_model::State& before, const hook_model::State& after,
+                        const std::vector<std::string>& effects) const;
     std::string AtRest();
     void NoteCommand(const scenario::Command& command);
     hook_model::State PluginState() const;
@@ -56,30 +80,33 @@ private:
     bool IsGizmoAsBefore() const;
     bool IsLockOff() const;
     void NoteHostsDoings();
-    void NotePasses(bool swallowed);
+    void NoteHost();
+    void NotePasses(const Call& call);
     void ForgetWhatIsClean();
 
-    static constexpr int kGlobals = 36;
+    static constexpr int kGlobals = 37;
     std::array<const int*, kGlobals> globals_{};
     bool began_ = false;
     hook_model::Model model_;
-    hook_model::State before_;
-    hook_model::MouseFacts mouse_;
-    hook_model::KeyFacts key_;
-    hook_model::Outcome outcome_;
+    std::vector<Call> calls_;  // from the outermost one to the innermost one
+    bool arms_ = false;        // the command is one that may arm what a key's release ends
+    bool asked_ = false;       // a hook was asked during the command
     excuses::Ledger ledger_;
     std::string broken_;
     std::set<std::string, std::less<>> faults_;
     std::set<std::string, std::less<>> held_;  // keys and buttons that the user holds
     hook_model::State before_command_;
-    bool navigation_before_ = false;
-    size_t effects_before_ = 0;
     bool two_before_ = false;
     int passed_presses_ = 0;  // the buttons whose last press went on to a window
-    int depth_before_ = 0;
-    bool lock_before_ = false;
-    bool gizmo_before_ = true;
-    bool gizmo_saved_before_ = false;
+    // As it was when NoteHost last looked.
+    size_t effects_seen_ = 0;
+    int depth_seen_ = 0;
+    bool lock_seen_ = false;
+    bool gizmo_seen_ = true;
+    bool gizmo_saved_seen_ = false;
+    bool busy_ = false;
+    std::string looked_at_;  // the event that the host has looked at last, when nobody kept it
+    int down_ = 0;           // the buttons, as far as the hooks have been told
     // What it would be without the plug-in.
     int depth_ = 1;
     bool lock_ = false;

@@ -221,7 +221,7 @@ public:
                 skip_ = false;
                 Picture(command, true);
             }
-            if (options_.invariants && plugin::IsLoaded()) checker_.Before();
+            if (options_.invariants && plugin::IsLoaded()) checker_.Before(command);
             const std::string problem = Do(command);
             if (options_.forgiving && !problem.empty()) {
                 trace::State("left out, " + problem);

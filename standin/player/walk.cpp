@@ -9,7 +9,12 @@ namespace {
 using Lines = std::vector<std::string>;
 
 constexpr const char* kButtons[] = {"left", "middle", "right"};
-constexpr const char* kKeys[] = {"alt", "ctrl", "shift", "rshift", "q", "left"};
+constexpr const char* kKeys[] = {"alt",   "alt",   "lalt",  "ralt",  "ctrl",   "ctrl",
+                                 "lctrl", "rctrl", "shift", "shift", "lshift", "rshift",
+                                 "q",     "q",     "left",  "left"};
+// The names of each modifier key. The general one and the left one are the same key.
+constexpr const char* kModifiers[][3] = {
+    {"alt", "lalt", "ralt"}, {"ctrl", "lctrl", "rctrl"}, {"shift", "lshift", "rshift"}};
 constexpr const char* kEditors[] = {"trackview", "unwrap", "schematic"};
 constexpr const char* kWindows[] = {"trackview", "unwrap", "schematic", "vertexpaint"};
 constexpr const char* kPlaces[] = {
@@ -59,6 +64,8 @@ constexpr const char* kLastUp = "key up f8";
 // What a walk may leave behind for good; the next part begins without it.
 constexpr const char* kWash[] = {
     "mode 6",
+    "polytools present",
+    "scripts take 0",
     "polytools sculpt 0",
     "polytools pd 0",
     "polytools shift off",
@@ -75,6 +82,7 @@ constexpr const char* kWash[] = {
     "poke g_selShift 0",
     "poke g_selCtrlShift 0",
     "poke g_selectNotPushed 0",
+    "poke g_replayWaits 0",
     "poke g_sculptRedirect 0",
     "poke g_scrubState 0",
     "poke g_scrubWrapped 0",
@@ -87,6 +95,8 @@ constexpr const char* kWash[] = {
     "poke useMayaStyle 1",
 };
 constexpr int kPartOfAWalk = 400;  // commands between two rests
+
+constexpr int kWidth = 1280, kHeight = 1024;  // of the main monitor
 
 std::string Number(int value) {
     return std::to_string(value);
@@ -104,6 +114,9 @@ public:
 
     Lines Go(int commands) {
         lines_ = {"release " + Number(kind_.release), "ini flinderPopup="};
+        if (kind_.left || kind_.top)
+            Step("screen " + Number(kind_.left) + "," + Number(kind_.top) + " " +
+                 Number(kWidth - kind_.left) + "x" + Number(kHeight - kind_.top));
         for (const char* option : kOptions)
             if (dice_.Once(3)) Step("ini " + std::string(option) + "=" + Number(dice_.Below(2)));
         Step("start");
@@ -142,13 +155,15 @@ private:
 
     // Nobody holds anything, nothing fails.
     void Rest() {
+        if (busy_) Busy();
+        if (peeks_) Peek();
         for (const std::string& fault : failing_)
             Step("fail " + fault + " off");
         failing_.clear();
         for (const std::string& button : std::set<std::string>(buttons_))
             Up(button);
         for (const std::string& key : std::set<std::string>(keys_))
-            KeyUp(key);
+            OneKeyUp(key);
         Step(kLastDown);
         Step(kLastUp);
         for (const char* line : kWash)
@@ -159,6 +174,7 @@ private:
     // --- what is done at random, one by one ---
 
     void One() {
+        if (busy_ && dice_.Once(8)) return Busy();
         const int roll = dice_.Below(100);
         if (roll < 20) return Move();
         if (roll < 38) return Button();
@@ -169,6 +185,7 @@ private:
         if (roll < 67) return Window();
         if (roll < 69 && !kind_.faults.empty()) return Fault();
         if (roll < 77) return World();
+        if (roll < 82) return Hardware();
         Phrase();
     }
 
@@ -208,8 +225,8 @@ private:
     void MoveToEdge() {
         static constexpr int kX[] = {0, 5, 9, 10, 1270, 1271, 1279};
         static constexpr int kY[] = {0, 2, 3, 1021, 1022, 1023};
-        const int x = dice_.Once(2) ? Any(kX) : dice_.Below(1280);
-        const int y = dice_.Once(2) ? Any(kY) : dice_.Below(1024);
+        const int x = dice_.Once(2) ? Any(kX) : dice_.Between(kind_.left, kWidth - 1);
+        const int y = dice_.Once(2) ? Any(kY) : dice_.Between(kind_.top, kHeight - 1);
         Step("move screen " + Number(x) + " " + Number(y));
     }
 
@@ -219,11 +236,24 @@ private:
     void Up(const std::string& button) {
         if (buttons_.erase(button)) Step("up " + button);
     }
+    // A general name and the one of the left key are one key, which cannot go down twice.
     void KeyDown(const std::string& key) {
+        for (const auto& names : kModifiers)
+            if ((key == names[0] && keys_.contains(names[1])) ||
+                (key == names[1] && keys_.contains(names[0])))
+                return;
         if (keys_.insert(key).second) Step("key down " + key);
     }
-    void KeyUp(const std::string& key) {
+    void OneKeyUp(const std::string& key) {
         if (keys_.erase(key)) Step("key up " + key);
+    }
+    // By its general name a modifier key comes up on both sides.
+    void KeyUp(const std::string& key) {
+        for (const auto& names : kModifiers)
+            if (key == names[0])
+                for (const char* name : names)
+                    OneKeyUp(name);
+        OneKeyUp(key);
     }
 
     void Button() {
@@ -232,7 +262,7 @@ private:
     }
     void Key() {
         const std::string key = Any(kKeys);
-        keys_.contains(key) ? KeyUp(key) : KeyDown(key);
+        keys_.contains(key) ? OneKeyUp(key) : KeyDown(key);
     }
 
     void Open(const std::string& name) {
@@ -345,10 +375,165 @@ private:
         }
     }
 
+    // --- the hardware and the system ---
+
+    void Busy() {
+        busy_ = !busy_;
+        Step(busy_ ? "busy on" : "busy off");
+    }
+
+    // Looking at messages and pumping while one is looked at go together in virtual input only.
+    void Peek() {
+        if (kind_.real && pumps_) return;
+        has_peeked_ = true;
+        peeks_ = !peeks_;
+        Step(peeks_ ? "peek on" : "peek off");
+    }
+
+    void Pump() {
+        static constexpr const char* kPumping[] = {
+            "viewport.top", "viewport.front", "viewport.user", "viewport.persp", "viewport.persp",
+            "trackview",    "unwrap",         "schematic",     "thumb"};
+        const std::string window = Any(kPumping);
+        const bool editor =
+            std::find(std::begin(kEditors), std::end(kEditors), window) != std::end(kEditors);
+        if ((kind_.real && has_peeked_) || (editor && !open_.contains(window))) return;
+        pumps_ = true;
+        Step("reenter " + window + " " + (dice_.Once(3) ? "off" : "on"));
+    }
+
+    void Hardware() {
+        switch (dice_.Below(kind_.real ? 10 : 12)) {
+            case 0: return Busy();
+            case 1: return Peek();
+            case 2: return Step("code " + Number(dice_.Between(-1, 5)));
+            case 3:
+                // What is down came up as the button that it was when it went down.
+                if (buttons_.empty() && !busy_) Step("swap " + OnOff());
+                return;
+            case 4: return Step("rebuild toolbar");
+            case 5: return Step(std::string("polytools ") + (dice_.Once(2) ? "absent" : "present"));
+            case 6:
+                return Step("scripts take " + Number(dice_.Once(2) ? 0 : dice_.Between(1, 700)));
+            case 7:
+            case 8: return DoubleClick();
+            default: return Pump();
+        }
+    }
+
+    void DoubleClick() {
+        const std::string button = Any(kButtons);
+        if (dice_.Once(2)) MoveOverView();
+        if (dice_.Once(2)) Key();
+        Up(button);
+        Down(button);
+        if (dice_.Once(6)) Key();
+        if (dice_.Once(8)) Moves(1);
+        Up(button);
+        if (dice_.Once(8)) Moves(1);
+        Step("doubleclick " + button);
+    }
+
+    // A user who is faster than the host.
+    void FastHand() {
+        if (!busy_ && dice_.Once(2)) {
+            if (!buttons_.empty()) MoveOverView();
+            Pump();
+        }
+        const bool begins = !busy_;
+        if (dice_.Once(3)) CtrlClick();
+        if (begins) Busy();
+        for (int i = dice_.Between(1, 6); i > 0; --i)
+            switch (dice_.Below(6)) {
+                case 0: CtrlClick(); break;
+                case 1: Gesture(); break;
+                case 2: Moves(1); break;
+                case 3: Key(); break;
+                case 4: DoubleClick(); break;
+                default: Button();
+            }
+        if (busy_) Busy();
+    }
+
+    void CtrlClick() {
+        static constexpr const char* kCtrls[] = {"ctrl", "lctrl", "rctrl", "rctrl"};
+        if (buttons_.empty() && dice_.Once(2)) Step("mode 6");
+        if (buttons_.empty()) MoveOverView();
+        KeyUp("alt");
+        KeyUp("shift");
+        // Where it waits, a press meets a Ctrl that has come down after it.
+        if (busy_ && dice_.Once(2)) {
+            KeyUp("ctrl");
+            Up("left");
+            Down("left");
+        }
+        KeyDown(Any(kCtrls));
+        if (dice_.Once(4)) KeyDown(Any(kCtrls));
+        for (int i = dice_.Between(1, 2); i > 0; --i) {
+            Up("left");
+            Down("left");
+        }
+        if (!dice_.Once(6)) Up("left");
+        if (dice_.Once(3)) KeyUp("ctrl");
+    }
+
+    // A pan from elsewhere is still on while a locked view refuses what is pressed in it.
+    void PanIntoLocked() {
+        LetGo();
+        const std::string view = Any(kViews);
+        Step("lock viewport.persp off");
+        MoveOverView();
+        KeyDown("alt");
+        Down("middle");
+        if (dice_.Once(2)) Down("left");
+        Step("lock " + view + " on");
+        Step("move " + view + " 60 60");
+        if (dice_.Once(3)) Step("poke altLeftArcRotate 1");
+        if (dice_.Once(2)) Up("middle");
+        if (dice_.Once(2)) Down("middle");
+        if (dice_.Once(2)) Button();
+        Moves(3);
+        if (dice_.Once(2)) Button();
+        Moves(2);
+        if (!dice_.Once(4)) Step("lock " + view + " off");
+    }
+
+    // A zoom and a pan are both on, of which no row told, and a locked view refuses what comes
+    // next.
+    void ZoomAndPanIntoLocked() {
+        LetGo();
+        const std::string view = Any(kViews);
+        Step("poke useMayaStyle 1");
+        Step("poke altRightZoom 1");
+        Step("lock viewport.persp off");
+        Step("move viewport.persp 90 90");
+        KeyDown("alt");
+        Down("right");
+        Step("poke altRightZoom 0");
+        Down("middle");
+        Step("command 8");
+        Up("middle");
+        Step("command 8");
+        Step("lock " + view + " on");
+        Step("move " + view + " 60 60");
+        Down("middle");
+        Moves(3);
+        if (dice_.Once(2)) Button();
+        if (!dice_.Once(4)) Step("lock " + view + " off");
+        if (!dice_.Once(4)) Step("poke altRightZoom 1");
+    }
+
     // --- what a hand does in one go ---
 
     void Phrase() {
-        switch (dice_.Below(23)) {
+        switch (dice_.Below(30)) {
+            case 23:
+            case 24:
+            case 25: return FastHand();
+            case 26:
+            case 27: return CtrlClick();
+            case 28: return PanIntoLocked();
+            case 29: return ZoomAndPanIntoLocked();
             case 0:
             case 1: return QuickTransform();
             case 2:
@@ -378,7 +563,7 @@ private:
 
     // One to three buttons with Alt, in any order.
     void Gesture() {
-        for (const char* key : {"ctrl", "shift", "rshift"})
+        for (const char* key : {"ctrl", "shift"})
             if (!dice_.Once(8)) KeyUp(key);
         if (buttons_.empty()) dice_.Once(4) ? MoveOverEditor() : MoveOverView();
         KeyDown("alt");
@@ -432,7 +617,7 @@ private:
     }
 
     void Scrub() {
-        for (const char* key : {"ctrl", "shift", "rshift"})
+        for (const char* key : {"ctrl", "shift"})
             if (dice_.Once(2)) KeyUp(key);
         if (buttons_.empty()) MoveOverView();
         KeyDown("q");
@@ -472,7 +657,7 @@ private:
         const std::string editor = Any(kEditors);
         Open(editor);
         if (buttons_.empty()) Step("move " + editor + " 30 30");
-        for (const char* key : {"ctrl", "shift", "rshift"})
+        for (const char* key : {"ctrl", "shift"})
             KeyUp(key);
         KeyDown("alt");
         Down("right");
@@ -585,6 +770,10 @@ private:
     std::set<std::string> keys_;
     std::set<std::string> open_;
     std::set<std::string> failing_;
+    bool busy_ = false;
+    bool peeks_ = false;
+    bool has_peeked_ = false;
+    bool pumps_ = false;
 };
 
 }  // namespace
@@ -610,9 +799,25 @@ Lines Mend(const Lines& lines) {
     Lines down;
     std::set<std::string> open;
     std::set<std::string> failing;
+    bool busy = false;
+    bool peeks = false;
     for (const std::string& line : lines) {
         std::string name;
-        if (TakePrefix(line, "key down ", &name) || TakePrefix(line, "down ", &name)) {
+        if (line == "busy on" || line == "busy off") {
+            if (busy == (line == "busy on")) continue;
+            busy = !busy;
+        } else if (line == "peek on" || line == "peek off") {
+            if (peeks == (line == "peek on")) continue;
+            peeks = !peeks;
+        } else if (TakePrefix(line, "doubleclick ", &name)) {
+            if (std::find(down.begin(), down.end(), "up " + name) != down.end()) continue;
+        } else if (line.starts_with("swap ")) {
+            // A button that is down would come up as another one.
+            if (busy || std::any_of(down.begin(), down.end(), [](const std::string& held) {
+                    return held.starts_with("up ");
+                }))
+                continue;
+        } else if (TakePrefix(line, "key down ", &name) || TakePrefix(line, "down ", &name)) {
             const std::string release = line.starts_with("key") ? "key up " : "up ";
             if (std::find(down.begin(), down.end(), release + name) != down.end()) continue;
             down.push_back(release + name);
@@ -641,7 +846,7 @@ Lines Mend(const Lines& lines) {
         mended.push_back(line);
     }
     const bool rests = std::find(mended.rbegin(), mended.rend(), kLastUp) != mended.rend() &&
-                       down.empty() && failing.empty();
+                       down.empty() && failing.empty() && !busy && !peeks;
     if (rests) {
         // Nothing but what is put right has come since.
         const auto rest = std::find(mended.rbegin(), mended.rend(), kLastUp);
@@ -650,6 +855,8 @@ Lines Mend(const Lines& lines) {
         };
         if (std::all_of(mended.rbegin(), rest, washes)) return mended;
     }
+    if (busy) mended.push_back("busy off");
+    if (peeks) mended.push_back("peek off");
     for (const std::string& fault : failing)
         mended.push_back("fail " + fault + " off");
     // Buttons before keys, as a hand leaves the mouse first.

@@ -40,10 +40,13 @@ public:
         facts.message = message;
         const Outcome outcome = model.Mouse(facts);
         switch (message) {
+            case Message::kLeftAgain:
             case Message::kLeftDown: down |= hook_model::kLeftBit; break;
             case Message::kLeftUp: down &= ~hook_model::kLeftBit; break;
+            case Message::kRightAgain:
             case Message::kRightDown: down |= hook_model::kRightBit; break;
             case Message::kRightUp: down &= ~hook_model::kRightBit; break;
+            case Message::kMiddleAgain:
             case Message::kMiddleDown: down |= hook_model::kMiddleBit; break;
             case Message::kMiddleUp: down &= ~hook_model::kMiddleBit; break;
             default: break;
@@ -174,6 +177,142 @@ TEST(HookModel, AltComingUpDuringAGestureIsOwed) {
     EXPECT_EQ(hand.Now().alt_owed, 1);
     hand.Do(Message::kRightUp);
     EXPECT_EQ(hand.Now().alt_owed, 0);
+}
+
+TEST(HookModel, TheSecondPressOfADoubleClickIsAPress) {
+    for (const auto& [press, flag] : {std::pair{Message::kLeftAgain, &State::orbit},
+                                      std::pair{Message::kRightAgain, &State::zoom},
+                                      std::pair{Message::kMiddleAgain, &State::pan}}) {
+        Hand hand;
+        EXPECT_TRUE(hand.Do(press).swallowed);
+        EXPECT_EQ(hand.Now().*flag, 1);
+    }
+    Hand quick;
+    quick.facts.alt = false;
+    quick.facts.selected = 1;
+    quick.facts.mode = 1;
+    EXPECT_TRUE(quick.Do(Message::kMiddleAgain).swallowed);
+    EXPECT_EQ(quick.Now().quick, 1);
+    Hand brush;
+    brush.facts.alt = false;
+    brush.facts.brush = true;
+    EXPECT_TRUE(brush.Do(Message::kMiddleAgain).swallowed);
+    EXPECT_EQ(brush.Now().redirect, 1);
+    Hand scrub;
+    State armed;
+    armed.scrub = 1;
+    scrub.model.Set(armed);
+    EXPECT_TRUE(scrub.Do(Message::kLeftAgain).swallowed);
+    EXPECT_EQ(scrub.Now().scrub, 2);
+}
+
+TEST(HookModel, ADoubleClickSelectsNothing) {
+    Hand hand;
+    hand.facts.alt = false;
+    for (const bool shift : {false, true}) {
+        hand.facts.ctrl = true;
+        hand.facts.shift = shift;
+        EXPECT_FALSE(hand.Do(Message::kLeftAgain).swallowed);
+        EXPECT_EQ(hand.Now(), State());
+    }
+}
+
+class CtrlClick : public testing::Test {
+protected:
+    CtrlClick() {
+        hand.facts.alt = false;
+        hand.facts.ctrl = hand.facts.left_ctrl = true;
+    }
+    Hand hand;
+};
+
+TEST_F(CtrlClick, ReleasesTheCtrlThatIsDown) {
+    EXPECT_THAT(hand.Do(Message::kLeftDown).injected,
+                testing::ElementsAre("alt-down ctrl-up left-down ctrl-down"));
+    Hand right;
+    right.facts = hand.facts;
+    right.facts.left_ctrl = false;
+    right.facts.right_ctrl = true;
+    right.facts.swapped = true;
+    EXPECT_THAT(right.Do(Message::kLeftDown).injected,
+                testing::ElementsAre("alt-down rctrl-up right-down rctrl-down"));
+    Hand both;
+    both.facts = hand.facts;
+    both.facts.right_ctrl = true;
+    EXPECT_THAT(both.Do(Message::kLeftDown).injected,
+                testing::ElementsAre("alt-down ctrl-up rctrl-up left-down ctrl-down rctrl-down"));
+}
+
+TEST_F(CtrlClick, IsFollowedByWhatWasAheadOfItsReplay) {
+    hand.Do(Message::kLeftDown);
+    hand.facts.alt = true;
+    for (int left = 4; left > 0; --left) {
+        EXPECT_EQ(hand.Now().waits, left);
+        const Message message = left % 2 ? Message::kLeftDown : Message::kLeftUp;
+        EXPECT_THAT(hand.Do(message).injected,
+                    testing::ElementsAre(left % 2 ? "left-down" : "left-up"));
+    }
+    EXPECT_THAT(hand.Do(Message::kLeftUp).injected, testing::ElementsAre("alt-up"));
+    EXPECT_EQ(hand.Now().sel_ctrl, 0);
+}
+
+TEST_F(CtrlClick, WaitsUntilAPressHasSeenTheInjectedAlt) {
+    for (const Message replay : {Message::kLeftDown, Message::kLeftAgain}) {
+        hand.model.Set(State());
+        hand.facts.ctrl = true;
+        hand.facts.alt = hand.facts.alt_before = false;
+        hand.Do(Message::kLeftDown);
+        hand.facts.alt = hand.facts.alt_before = true;
+        EXPECT_FALSE(hand.Do(replay).swallowed);
+        EXPECT_EQ(hand.Now().waits, 0);
+        EXPECT_THAT(hand.Do(Message::kLeftUp).injected, testing::ElementsAre("alt-up"));
+    }
+}
+
+TEST_F(CtrlClick, WaitsForNothingWhereInputIsNotTaken) {
+    hand.facts.input_is_taken = false;
+    hand.Do(Message::kLeftDown);
+    EXPECT_EQ(hand.Now().sel_ctrl, 1);
+    EXPECT_EQ(hand.Now().waits, 0);
+}
+
+// A locked view keeps the moves, whatever is on from elsewhere.
+TEST(HookModel, MovesInALockedView) {
+    Hand hand;
+    State state;
+    state.pan = 1;
+    state.locked = 1;
+    state.kind = hook_model::kLockedViewport;
+    hand.model.Set(state);
+    EXPECT_TRUE(hand.Do(Message::kMove).swallowed);
+    EXPECT_EQ(hand.Now(), state);
+    state.zoom = 1;
+    state.zoom_virtual = {-1, -1};
+    hand.model.Set(state);
+    EXPECT_TRUE(hand.Do(Message::kMove).swallowed);
+    EXPECT_EQ(hand.Now().zoom_virtual, hand.facts.cursor) << "the zoom goes on";
+    state.zoom = state.locked = 0;
+    hand.model.Set(state);
+    EXPECT_FALSE(hand.Do(Message::kMove).swallowed);
+}
+
+// The press that an orbit sends lets the next events in, which find the orbit on.
+TEST(HookModel, EventsComeInBetween) {
+    Hand hand;
+    hand.facts.message = Message::kLeftDown;
+    int asked = 0;
+    const Outcome outcome = hand.model.Mouse(hand.facts, [&](int number) {
+        EXPECT_EQ(number, asked++);
+        MouseFacts release = hand.facts;
+        release.message = Message::kLeftUp;
+        const Outcome inner = hand.model.Mouse(release);
+        EXPECT_EQ(inner.sent.size(), 1u);
+        EXPECT_EQ(hand.Now().orbit, 0);
+    });
+    EXPECT_EQ(asked, 1);
+    ASSERT_EQ(outcome.sent.size(), 1u);
+    EXPECT_EQ(outcome.sent[0].message, Message::kMiddleDown);
+    EXPECT_FALSE(hand.Now().Gesture());
 }
 
 TEST(HookModel, TheFirstDifferenceIsNamed) {

@@ -105,6 +105,48 @@ TEST(Walk, CountsWhatUserAndHostDo) {
               2u);
 }
 
+// What the host does for a while ends before the rest.
+TEST(Mend, EndsBusyAndPeekingHostsAtTheEnd) {
+    EXPECT_THAT(walk::Mend({"start", "busy off", "busy on", "busy on", "peek on", "down left"}),
+                ElementsAre("start", "busy on", "peek on", "down left", "busy off", "peek off",
+                            "up left", "key down f8", "key up f8"));
+}
+
+TEST(Mend, SwapsNoButtonsThatAreDownAndClicksNoneOfThemTwice) {
+    EXPECT_THAT(walk::Mend({"start", "down left", "swap on", "doubleclick left", "up left",
+                            "doubleclick left", "swap on"}),
+                ElementsAre("start", "down left", "up left", "doubleclick left", "swap on",
+                            "key down f8", "key up f8"));
+}
+
+TEST(Walk, DoesWithRealInputWhatThatCanDo) {
+    walk::Kind real;
+    real.real = true;
+    bool pumps = false;
+    for (uint64_t seed = 1; seed <= 30; ++seed) {
+        bool peeks = false;
+        bool reenters = false;
+        for (const std::string& line : walk::Make(seed, 400, real)) {
+            peeks = peeks || line == "peek on";
+            reenters = reenters || line.starts_with("reenter ");
+            EXPECT_FALSE(line.starts_with("screen ")) << line;
+        }
+        pumps = pumps || reenters;
+        EXPECT_FALSE(peeks && reenters) << "seed " << seed;
+    }
+    EXPECT_TRUE(pumps);
+}
+
+TEST(Walk, ReachesTheWholeScreen) {
+    walk::Kind kind;
+    kind.left = -1280;
+    const Lines lines = walk::Make(3, 2000, kind);
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "screen -1280,0 2560x1024"), lines.end());
+    EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
+        return line.starts_with("move screen -");
+    }));
+}
+
 TEST(Mend, ReleasesWhatIsDownAndForgetsOtherReleases) {
     EXPECT_THAT(walk::Mend({"start", "up left", "key down alt", "down right", "key up ctrl"}),
                 ElementsAre("start", "key down alt", "down right", "up right", "key up alt",
