@@ -577,14 +577,39 @@ TEST_F(WorldTest, AnAltClickTakesAwayInATransformModeAndDragsNothing) {
         EXPECT_EQ(Only("selection"), "selection Cone001");
         Click("viewport.front", box);
         EXPECT_EQ(Only("selection"), "selection Cone001");
-        Mouse("viewport.front", WM_LBUTTONDOWN, MK_LBUTTON, cone.x, cone.y);
-        Mouse("viewport.front", WM_MOUSEMOVE, MK_LBUTTON, cone.x + 20, cone.y);
-        Mouse("viewport.front", WM_LBUTTONUP, 0, cone.x + 20, cone.y);
+        LeftDrag("viewport.front", cone, {cone.x + 20, cone.y});
         EXPECT_EQ(Only("selection"), "selection none");
         Alt(false);
         world::Select({"Box001", "Cone001"});
         EXPECT_EQ(world::Show("objects", ""), before);
     }
+}
+
+TEST_F(WorldTest, ViewModesHavePointersOfTheirOwn) {
+    world::g_world.options.visible = true;
+    const HCURSOR arrow = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
+    const HCURSOR zoom = world::HostCursor(200);
+    const HCURSOR pan = world::HostCursor(202);
+    ASSERT_TRUE(zoom && pan);
+    EXPECT_NE(zoom, pan);
+    for (const auto& [mode, cursor] : {std::pair{200, zoom}, {202, pan}}) {
+        SetCursor(arrow);
+        world::PushMode(mode);
+        LeftDrag("viewport.persp", {200, 150}, {210, 170});
+        EXPECT_EQ(GetCursor(), cursor) << mode;
+        SetCursor(arrow);
+        const HWND view = world::Find("viewport.persp");
+        EXPECT_EQ(SendMessageA(view, WM_SETCURSOR, reinterpret_cast<WPARAM>(view),
+                               MAKELPARAM(HTCLIENT, WM_MOUSEMOVE)),
+                  1);
+        EXPECT_EQ(GetCursor(), cursor) << mode;
+        world::PopMode();
+        EXPECT_EQ(GetCursor(), arrow) << mode;
+    }
+    // A tool leaves the pointer to whoever set it.
+    SetCursor(pan);
+    LeftDrag("viewport.persp", {200, 150}, {210, 170});
+    EXPECT_EQ(GetCursor(), pan);
 }
 
 TEST_F(WorldTest, HiddenObjectsCannotBeHit) {

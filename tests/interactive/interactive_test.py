@@ -415,6 +415,16 @@ class Keys(unittest.TestCase):
             click((x, 77))
             TRACE.wait_for_look(f"mode {mode}", lambda look, mode=mode: look.modes == mode)
 
+    def test_grid_and_axes(self):
+        grid, axes = Place(300, 400, 200, 60), Place(28, 425, 40, 45)
+        click((500, 440))  # in the top view, on nothing
+        TRACE.wait_for(r"got viewport\.top WM_LBUTTONUP .*")
+        press("g")
+        wait_until("waiting for the grid to go", lambda: is_plain(grid))
+        self.assertFalse(is_plain(axes))
+        press("g")
+        wait_until("waiting for the grid to come", lambda: not is_plain(grid))
+
     def test_wheel_and_frame(self):
         xdotool("mousemove", *IN_PERSPECTIVE)
         distances = [ViewportDrags.distance(TRACE.look())]
