@@ -107,6 +107,13 @@ void PutBack(const std::optional<Event>& record, int code, LRESULT answer) {
     if (record && code == HC_NOREMOVE && answer == 0) g_desk.waiting.push_front(*record);
 }
 
+bool g_watching = false;
+
+// Nothing comes out of the queue for an event that a hook keeps, and the watch would not look.
+void WakeWatch() {
+    if (g_watching) PostThreadMessageA(GetCurrentThreadId(), WM_NULL, 0, 0);
+}
+
 }  // namespace
 
 // On Windows an injected record takes a moment to come out of the queue.
@@ -179,6 +186,7 @@ LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
     const LRESULT answer = AskMouseHook(code, message, &hook, record && record->own);
     g_desk.handling_move = outer;
     PutBack(record, code, answer);
+    if (answer) WakeWatch();
     return answer;
 }
 
@@ -193,12 +201,14 @@ LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam) {
     look->up = up;
     const LRESULT answer = AskKeyHook(code, general, lparam, record && record->own);
     PutBack(record, code, answer);
+    if (answer) WakeWatch();
     return answer;
 }
 
 void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key, bool repeated), bool watch) {
     MSG message;
     if (watch) BeginWatch();
+    g_watching = watch;
     while (IsWindow(main_window)) {
         if (watch && !PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE)) Look();
         if (GetMessageA(&message, nullptr, 0, 0) <= 0) break;
@@ -215,6 +225,7 @@ void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key, bool repea
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
+    g_watching = false;
     if (watch) EndWatch();
 }
 
