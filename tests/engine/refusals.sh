@@ -27,8 +27,6 @@ refused() {
 }
 
 for input in virtual real; do
-    refused $input 5 'the control options.1007 is disabled' \
-        'ini flinderPopup=' start 'command 5' 'click options.1015' 'click options.1007' 'key down k'
     refused $input 2 'the window unwrap is not open' start 'reenter unwrap on'
     refused $input 1 '"5,0" is no beginning of a screen' 'screen 5,0 1280x1024' start
     refused $input 1 '"1280x1024" leaves too little' 'screen -1000,0 1280x1024' start
