@@ -598,14 +598,18 @@ class ThingsToTry(unittest.TestCase):
             TRACE.wait_for(rf"in mouse WM_MOUSEMOVE .* {x},{y} .*")
         return (x, y)
 
-    def drag(self, button, start, by=(7, 5), key=None, also=None):
-        """A drag with a key held; `also` is a second button that is pressed in its middle."""
+    def drag(self, button, start, by=(7, 5), key=None, also=None, command=None):
+        """A drag with a key held, which runs this command of the plug-in; `also` is a second button
+        that is pressed in its middle."""
         xdotool("mousemove", *start)
         wait_for_keys()
         TRACE.set_mark()
         if key:
             xdotool("keydown", key)
             TRACE.wait_for(r"in key \S+ down.*")
+        if command:
+            # It looks whether a button is down already.
+            TRACE.wait_for_event(f"command {command}")
         self.press_button(button)
         place = self.move_in_steps(start, by)
         if also:
@@ -633,7 +637,8 @@ class ThingsToTry(unittest.TestCase):
         self.ticks("Nudge by a pixel", lambda: press("Up"))
         self.ticks("Quick transform", lambda: self.drag(2, in_perspective))
         self.ticks("Clone", lambda: self.drag(2, in_perspective, key="shift"))
-        self.ticks("Scrub the time", lambda: self.drag(1, in_perspective, by=(30, 0), key="k"))
+        self.ticks("Scrub the time", lambda: self.drag(1, in_perspective, by=(30, 0), key="k",
+                                                        command=7))
         self.ticks("Snap while held", lambda: press("j"))
         self.ticks("Frame", lambda: press("a"))
         picture("things-to-try.png", 0, 0, 1280, 1024)
