@@ -477,6 +477,18 @@ private:
         if (dice_.Once(3)) KeyUp("ctrl");
     }
 
+    // The system does not take the press that is to be replayed.
+    void CtrlClickNotTaken() {
+        if (std::find(kind_.faults.begin(), kind_.faults.end(), "SendInput") == kind_.faults.end())
+            return CtrlClick();
+        LetGo();
+        failing_.insert("SendInput");
+        Step("fail SendInput");
+        CtrlClick();
+        failing_.erase("SendInput");
+        Step("fail SendInput off");
+    }
+
     // A pan from elsewhere is still on while a locked view refuses what is pressed in it.
     void PanIntoLocked() {
         LetGo();
@@ -530,8 +542,8 @@ private:
             case 23:
             case 24:
             case 25: return FastHand();
-            case 26:
-            case 27: return CtrlClick();
+            case 26: return CtrlClick();
+            case 27: return CtrlClickNotTaken();
             case 28: return PanIntoLocked();
             case 29: return ZoomAndPanIntoLocked();
             case 0:
