@@ -203,7 +203,13 @@ public:
     CommandWatch& operator=(const CommandWatch&) = delete;
 
 private:
-    enum { kTimeScrubber = 7, kNudgeUp = 10, kNudgeRight = 13, kFrameSelected = 15, kFrameAll };
+    enum {
+        kTimeScrubber = 7,
+        kNudgeUp = 10,
+        kNudgeRight = 13,
+        kFrameSelected = 15,
+        kFrameAll = 16
+    };
 
     static std::vector<bool> Snaps() {
         std::vector<bool> snaps = {g_world.snap, ActionChecked(*FindAction(kMainTable, 40074))};
@@ -213,6 +219,7 @@ private:
     }
     static std::vector<eng_view::Camera> Cameras() {
         std::vector<eng_view::Camera> cameras;
+        cameras.reserve(g_world.views.size());
         for (const eng_view& view : g_world.views)
             cameras.push_back(view.camera);
         return cameras;
