@@ -73,10 +73,10 @@ constexpr Text kTexts[] = {
     {"two held", "a key comes up while both a snap and a scrub are held",
      "one release ends one of them"},
     {"in between",
-     "a window hands out other events while it handles what a gesture or the start of a "
-     "quick transform sends",
-     "each goes by the state that it finds; then the gesture goes on as it had begun to, and the "
-     "quick transform hides the gizmo"},
+     "a window hands out other events while it handles what a gesture, the start of a "
+     "quick transform or a Shift click sends",
+     "each goes by the state that it finds; then the gesture goes on as it had begun to, the quick "
+     "transform hides the gizmo, and the click's end forgets the next click"},
     {"lock button gone", "the toolbar loses its lock button while the lock is asked for",
      "without the button nobody can tell whether the lock is on, and it is left alone"},
     {"stuck action", "the host's action does not do what it says",
@@ -232,6 +232,7 @@ void NoteBetween(Ledger& ledger, const Outcome& outcome) {
     if (outcome.handler != Handler::kNone)
         ledger.Note(Excuse::kInBetween, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
                                          Check::kKeysDown, Check::kDepth, Check::kCapture});
+    if (outcome.shift_click) ledger.Note(Excuse::kInBetween, {Check::kDepth});
     if (outcome.quick_begins) ledger.Note(Excuse::kInBetween, {Check::kGizmo});
 }
 

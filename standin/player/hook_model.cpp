@@ -974,6 +974,7 @@ bool Model::SelectRelease(const MouseFacts& facts) {
         return true;
     }
     if (!state_.Selecting()) return false;
+    outcome_.shift_click = true;
     Send(Message::kLeftUp, state_.sel_ctrl_shift ? kCtrlKey : kShiftKey);
     state_.sel_shift = state_.sel_ctrl_shift = 0;
     Visit(state_.not_pushed ? Place::kSelectEndNoPop : Place::kSelectEndPop);
@@ -1000,6 +1001,7 @@ bool Model::SelectPress(const MouseFacts& facts) {
         return true;
     }
     (facts.ctrl ? state_.sel_ctrl_shift : state_.sel_shift) = 1;
+    outcome_.shift_click = true;
     if (IsEditor(facts.kind)) {
         if (state_.sel_shift) {
             Visit(Place::kSelectShiftEditor);

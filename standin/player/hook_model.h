@@ -324,6 +324,7 @@ struct Outcome {
     bool scrubbed = false;    // the time slider took it
     bool redirected = false;  // a sculpt or paint tool took it
     bool quick_begins = false;
+    bool shift_click = false;          // the press or the release of an emulated one
     Handler handler = Handler::kNone;  // the last one that was called
     bool orbit_refused = false;
     int press_row = 0;    // of the tables, from 1
