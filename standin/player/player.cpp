@@ -86,8 +86,9 @@ std::string ModuleText(const void* address) {
 LONG ReportCrash(const EXCEPTION_RECORD& record) {
     char code[16];
     std::snprintf(code, sizeof code, "%08lX", record.ExceptionCode);
-    trace::Die(kDied, Place() + "crashed with exception " + code + " at " +
-                          ModuleText(record.ExceptionAddress));
+    // Before the first command the plug-in is not loaded yet and has no part in it.
+    trace::Die(g_preparing ? kDisturbed : kDied, Place() + "crashed with exception " + code +
+                                                     " at " + ModuleText(record.ExceptionAddress));
 }
 
 // Exceptions inside a window procedure or hook are lost on their way through the system, so those
