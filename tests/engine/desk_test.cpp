@@ -10,6 +10,7 @@
 #include "standin/engine/desk_control.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
+#include "tests/engine/in_both_inputs.h"
 
 namespace {
 
@@ -144,43 +145,11 @@ TEST_F(DeskTest, InjectedButtonsAreTheHardwares) {
 
 TEST_F(DeskTest, AnInjectedPressMayBeTheSecondOfADoubleClick) {
     desk::InjectMove(desk::ToScreen(world::Find("viewport.persp"), {30, 40}));
-    INPUT press{};
-    press.type = INPUT_MOUSE;
-    press.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
-    for (const bool late : {false, true}) {
-        desk::InjectButton(VK_LBUTTON, true);
-        desk::InjectButton(VK_LBUTTON, false);
-        desk::Drain();
-        if (late) desk::AdvanceClock(600);
-        trace::BeginCommand(true);
-        desk::SendInputRecords(&press, 1);
-        desk::Drain();
-        EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
-                  late ? "got viewport.persp WM_LBUTTONDOWN 1 30,40"
-                       : "got viewport.persp WM_LBUTTONDBLCLK 1 30,40");
-        desk::InjectButton(VK_LBUTTON, false);
-        desk::Drain();
-    }
-}
-
-std::vector<std::string> g_keys;
-
-LRESULT CALLBACK NoteKey(int, WPARAM key, LPARAM lparam) {
-    const bool extended = (lparam & (static_cast<LPARAM>(KF_EXTENDED) << 16)) != 0;
-    g_keys.push_back(std::to_string(key) + (extended ? " extended" : ""));
-    return 0;
+    in_both_inputs::PressAfterAClick();
 }
 
 TEST_F(DeskTest, HooksGetTheGeneralKeyAndWhichSideItIs) {
-    desk::InstallHook(WH_KEYBOARD, NoteKey);
-    g_keys.clear();
-    for (const int key : {VK_LCONTROL, VK_RCONTROL, VK_LMENU, VK_RMENU, VK_CONTROL, VK_RSHIFT}) {
-        Key(key, true);
-        Key(key, false);
-    }
-    EXPECT_EQ(g_keys,
-              (std::vector<std::string>{"17", "17", "17 extended", "17 extended", "18", "18",
-                                        "18 extended", "18 extended", "17", "17", "16", "16"}));
+    in_both_inputs::PressBothSides();
 }
 
 // The codes with which the procedures were called.

@@ -11,6 +11,7 @@
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
+#include "tests/engine/in_both_inputs.h"
 
 namespace {
 
@@ -251,44 +252,11 @@ TEST_F(RealInputTest, injected_buttons_are_the_hardwares) {
 
 TEST_F(RealInputTest, an_injected_press_may_be_the_second_of_a_double_click) {
     desk::InjectMove(InView(30, 40));
-    INPUT press{};
-    press.type = INPUT_MOUSE;
-    press.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
-    for (const bool late : {false, true}) {
-        desk::InjectButton(VK_LBUTTON, true);
-        desk::InjectButton(VK_LBUTTON, false);
-        desk::Drain();
-        if (late) desk::AdvanceClock(600);
-        trace::BeginCommand(true);
-        desk::SendInputRecords(&press, 1);
-        desk::Drain();
-        EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
-                  late ? "got viewport.persp WM_LBUTTONDOWN 1 30,40"
-                       : "got viewport.persp WM_LBUTTONDBLCLK 1 30,40");
-        desk::InjectButton(VK_LBUTTON, false);
-        desk::Drain();
-    }
-}
-
-std::vector<std::string> g_keys;
-
-LRESULT CALLBACK NoteKey(int, WPARAM key, LPARAM lparam) {
-    const bool extended = (lparam & (static_cast<LPARAM>(KF_EXTENDED) << 16)) != 0;
-    g_keys.push_back(std::to_string(key) + (extended ? " extended" : ""));
-    return 0;
+    in_both_inputs::PressAfterAClick();
 }
 
 TEST_F(RealInputTest, hooks_get_the_general_key_and_which_side_it_is) {
-    const HHOOK hook = desk::InstallHook(WH_KEYBOARD, NoteKey);
-    g_keys.clear();
-    for (const int key : {VK_LCONTROL, VK_RCONTROL, VK_LMENU, VK_RMENU, VK_CONTROL, VK_RSHIFT}) {
-        desk::InjectKey(key, true);
-        desk::InjectKey(key, false);
-    }
-    desk::Drain();
-    EXPECT_EQ(g_keys,
-              (std::vector<std::string>{"17", "17", "17 extended", "17 extended", "18", "18",
-                                        "18 extended", "18 extended", "17", "17", "16", "16"}));
+    const HHOOK hook = in_both_inputs::PressBothSides();
     UnhookWindowsHookEx(hook);
     desk::g_desk.key_hook = nullptr;
     desk::g_desk.system_key_hook = nullptr;
