@@ -132,7 +132,8 @@ std::string NameOf(const INPUT& record) {
     return name + (record.ki.dwFlags & KEYEVENTF_KEYUP ? "-up" : "-down");
 }
 
-UINT WINAPI PlayedSendInput(UINT count, INPUT* records, int) {
+UINT WINAPI PlayedSendInput(UINT count, INPUT* records, int size) {
+    EXPECT_EQ(size, int{sizeof(INPUT)}) << "the system takes no records of another size";
     std::string line = "input";
     for (UINT i = 0; i < count; ++i)
         line += " " + NameOf(records[i]);
