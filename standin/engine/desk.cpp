@@ -283,6 +283,10 @@ BOOL CALLBACK Hit(HWND window, LPARAM search) {
 
 }  // namespace
 
+bool IsForNobody(int hit) {
+    return hit == HTERROR || hit == HTNOWHERE;
+}
+
 std::string PointText(POINT point) {
     return Number(point.x) + "," + Number(point.y);
 }

@@ -96,6 +96,8 @@ struct State {
 extern State g_desk;
 
 int GeneralKey(int key);
+// What a window has there is told to the hooks only; the system drops it when it looks at it.
+bool IsForNobody(int hit);
 // "X,Y"
 std::string PointText(POINT point);
 // The window is of the thread that plays.

@@ -103,8 +103,9 @@ private:
 };
 
 // After a look that nobody objected to, the record waits on.
-void PutBack(const std::optional<Event>& record, int code, LRESULT answer) {
-    if (record && code == HC_NOREMOVE && answer == 0) g_desk.waiting.push_front(*record);
+void PutBack(const std::optional<Event>& record, int code, LRESULT answer, int hit = HTCLIENT) {
+    if (record && code == HC_NOREMOVE && answer == 0 && !IsForNobody(hit))
+        g_desk.waiting.push_front(*record);
 }
 
 bool g_watching = false;
@@ -185,7 +186,7 @@ LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
     const bool outer = std::exchange(g_desk.handling_move, ClientMessage(message) == WM_MOUSEMOVE);
     const LRESULT answer = AskMouseHook(code, message, &hook, record && record->own);
     g_desk.handling_move = outer;
-    PutBack(record, code, answer);
+    PutBack(record, code, answer, static_cast<int>(hook.wHitTestCode));
     if (answer) WakeWatch();
     return answer;
 }

@@ -125,13 +125,13 @@ End DeliverMouse(const Event& event, int code) {
     hook.hwnd = window;
     hook.wHitTestCode = static_cast<UINT>(hit);
     const bool swallowed = AskMouseHook(code, message, &hook, event.own) != 0;
-    if (swallowed || takes) in_hand.Deliver();
+    if (swallowed || takes || IsForNobody(hit)) in_hand.Deliver();
     if (swallowed) return End::kSwallowed;
+    // Here the system would have the window set the cursor's shape; there is none to be seen.
+    if (IsForNobody(hit)) return End::kArrived;
     if (!takes) return End::kPeeked;
     if (!IsWindow(window)) return End::kArrived;
 
-    // Here the system would have the window set the cursor's shape; there is none to be seen.
-    if (hit == HTERROR || hit == HTNOWHERE) return End::kArrived;
     if (!captured && IsButtonDown(event.message)) {
         const bool eaten = !Activate(window, hit, message);
         if (eaten || !IsWindow(window)) return End::kArrived;
