@@ -288,6 +288,14 @@ TEST_F(HookProcedures, WithNavigationOffEverythingIsPassedOnUnasked) {
     }
 }
 
+TEST_F(HookProcedures, AKeyThatNothingTakesIsPassedOnAsItCame) {
+    for (const int code : {-1, HC_ACTION, HC_NOREMOVE}) {
+        g_passed_on.clear();
+        EXPECT_EQ(KeyboardProc(code, 'Q', 5), kAnswerOfTheNext);
+        EXPECT_EQ(g_passed_on, (std::vector<PassedOn>{{code, 'Q', 5}}));
+    }
+}
+
 TEST_F(HookProcedures, OnlyTheTransitionBitTellsARelease) {
     // A repeat count, the extended-key and previous-state bits; the key is down.
     g_heldSnapSticky = 2;
