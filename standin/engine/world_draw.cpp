@@ -139,6 +139,13 @@ void DrawGrid(Canvas& canvas, const eng_view& view, const ViewBasis& basis) {
     }
 }
 
+struct Axis {
+    Vector axis;
+    COLORREF color;
+    const char* name;
+};
+const Axis kAxes[] = {{{1, 0, 0}, kRed, "x"}, {{0, 1, 0}, kGreen, "y"}, {{0, 0, 1}, kSky, "z"}};
+
 // At the pivot of what is selected: the gizmo with its arrow heads in a transform mode, when it is
 // shown at all, else a plain tripod.
 void DrawPivot(Canvas& canvas, const ViewBasis& basis, const eng_node& node) {
@@ -147,13 +154,7 @@ void DrawPivot(Canvas& canvas, const ViewBasis& basis, const eng_node& node) {
     const Vector pivot = NodePosition(node);
     const double length = PixelSize(basis, pivot) * (gizmo ? 56 : 20);
     const Projected from = Project(basis, pivot);
-    struct Row {
-        Vector axis;
-        COLORREF color;
-        const char* name;
-    };
-    const Row rows[] = {{{1, 0, 0}, kRed, "x"}, {{0, 1, 0}, kGreen, "y"}, {{0, 0, 1}, kSky, "z"}};
-    for (const Row& row : rows) {
+    for (const Axis& row : kAxes) {
         const Projected to = Project(basis, pivot + row.axis * length);
         const COLORREF color = gizmo ? row.color : kRed;
         canvas.Line(from.x, from.y, to.x, to.y, color);
@@ -173,13 +174,7 @@ void DrawPivot(Canvas& canvas, const ViewBasis& basis, const eng_node& node) {
 void DrawTripod(Canvas& canvas, const ViewBasis& basis) {
     constexpr double kLength = 24;
     const double x = 34, y = canvas.area.bottom - 34;
-    struct Row {
-        Vector axis;
-        COLORREF color;
-        const char* name;
-    };
-    const Row rows[] = {{{1, 0, 0}, kRed, "x"}, {{0, 1, 0}, kGreen, "y"}, {{0, 0, 1}, kSky, "z"}};
-    for (const Row& row : rows) {
+    for (const Axis& row : kAxes) {
         const double dx = Dot(row.axis, basis.right) * kLength;
         const double dy = -Dot(row.axis, basis.up) * kLength;
         if (std::hypot(dx, dy) < 2) continue;
