@@ -2,16 +2,22 @@
 
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "benchmarks/bounds.h"
+#include "benchmarks/call_counts.h"
 #include "benchmarks/clock.h"
 #include "benchmarks/hook_work.h"
+#include "benchmarks/passages.h"
 #include "benchmarks/queue_time.h"
 #include "benchmarks/report.h"
+#include "benchmarks/situations.h"
+#include "benchmarks/stage.h"
 #include "benchmarks/start_time.h"
 
 namespace {
@@ -20,13 +26,19 @@ using nlohmann::json;
 
 constexpr char kUsage[] =
     "usage: bench --host-dir DIR --plugin FILE --map FILE --empty-plugin FILE [--json FILE]\n"
-    "       bench check --host-dir DIR --plugin FILE --map FILE   the figures without times\n";
+    "       bench check --host-dir DIR --plugin FILE --map FILE --bounds FILE\n"
+    "                   the figures without times\n";
 
 using Options = std::map<std::string, std::string>;
 
 int Complain(const std::string& message) {
     std::fprintf(stderr, "bench: %s\n", message.c_str());
     return 1;
+}
+
+int Usage() {
+    std::fputs(kUsage, stderr);
+    return 2;
 }
 
 std::string BesideProgram(const char* name) {
@@ -70,6 +82,17 @@ json RunPart(const std::string& part, const Options& options) {
     return result;
 }
 
+json MeasureCounts(const plugin::Files& files) {
+    constexpr int kTurns = 16;
+    std::string message;
+    if (!stage::Open(desk::InputKind::kVirtual, files, &message)) return {{"error", message}};
+    if (!passages::Open(desk::InputKind::kVirtual))
+        return {{"error", "the plug-in installed no hooks"}};
+    json result = call_counts::CountAll(kTurns);
+    stage::Close();
+    return result;
+}
+
 int DoPart(const std::string& part, Options& options) {
     const plugin::Files files = {options["host-dir"], options["plugin"], options["map"]};
     json result;
@@ -80,6 +103,8 @@ int DoPart(const std::string& part, Options& options) {
         sizes.timed = false;
         sizes.gestures = 500;
         result = hook_work::Measure(files, sizes);
+    } else if (part == "counts") {
+        result = MeasureCounts(files);
     } else if (part == "queue") {
         result = queue_time::Measure(files, BesideProgram("low_level_hook.exe"), {});
     } else if (part == "start") {
@@ -116,14 +141,25 @@ json MeasureStarts(const Options& options, const std::string& empty_plugin) {
     return result;
 }
 
+std::string ReadText(const std::string& file) {
+    std::ifstream opened(file);
+    return {std::istreambuf_iterator<char>(opened), {}};
+}
+
 int Check(const Options& options) {
-    const json work = RunPart("calls", options);
+    Options common = options;
+    common.erase("bounds");
+    std::vector<std::string> misses;
+    const bounds::Table table = bounds::Parse(ReadText(options.at("bounds")), &misses);
+    const json counts = RunPart("counts", common);
+    if (counts.contains("error")) return Complain(counts["error"]);
+    for (const situations::Situation& one : situations::All())
+        std::printf("%-28s %4d  # %s\n", one.id, counts[one.id]["most"].get<int>(), one.title);
+    const json work = RunPart("calls", common);
     if (work.contains("error")) return Complain(work["error"]);
-    for (const json& one : work["situations"])
-        std::printf("%-40s %3d calls, at most %3d, %d allocations\n",
-                    one["title"].get<std::string>().c_str(), one["calls"]["total"].get<int>(),
-                    one["most_calls"]["total"].get<int>(), one["allocations"].get<int>());
-    const std::vector<std::string> misses = report::Misses(work);
+    for (const std::vector<std::string>& more :
+         {bounds::Misses(table, counts), report::Misses(work)})
+        misses.insert(misses.end(), more.begin(), more.end());
     for (const std::string& miss : misses)
         Complain(miss);
     return misses.empty() ? 0 : 1;
@@ -169,11 +205,9 @@ int bench_main(int count, char** arguments) {
         options[name.substr(2)] = arguments[next + 1];
     }
     const bool known = verb.empty() || verb == "check" || verb == "part";
-    if (!known || next != count || options["host-dir"].empty() || options["plugin"].empty()) {
-        std::fputs(kUsage, stderr);
-        return 2;
-    }
+    if (!known || next != count || options["host-dir"].empty() || options["plugin"].empty())
+        return Usage();
     if (verb == "part") return DoPart(part, options);
-    if (verb == "check") return Check(options);
+    if (verb == "check") return options.contains("bounds") ? Check(options) : Usage();
     return RunAll(options);
 }

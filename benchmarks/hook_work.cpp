@@ -5,12 +5,13 @@
 #include <psapi.h>
 
 #include <cstring>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "benchmarks/call_counts.h"
 #include "benchmarks/call_sites.h"
 #include "benchmarks/clock.h"
+#include "benchmarks/passages.h"
 #include "benchmarks/situations.h"
 #include "benchmarks/stage.h"
 #include "standin/engine/desk_internal.h"
@@ -20,89 +21,36 @@ namespace hook_work {
 namespace {
 
 using call_sites::Mode;
-using call_sites::Totals;
 using nlohmann::json;
 using situations::Message;
 using situations::Situation;
 
-HOOKPROC g_mouse_hook = nullptr;
-HOOKPROC g_key_hook = nullptr;
+using call_counts::CallsOf;
+using call_counts::Summary;
 
 // --- the messages of a situation, watched on their way through the plug-in ---
 
-struct Watch {
-    bool on = false;
-    std::vector<Totals> each;
-    MOUSEHOOKSTRUCTEX mouse{};  // the last message, to be repeated
-    WPARAM key = 0;
-    LPARAM key_flags = 0;
-};
-Watch g_watch;
+// The last one, to be repeated.
+MOUSEHOOKSTRUCTEX g_last_move{};
+WPARAM g_last_key = 0;
+LPARAM g_last_key_flags = 0;
 
-Totals Difference(const Totals& after, const Totals& before) {
-    return {after.win32 - before.win32, after.host - before.host, after.heap - before.heap};
-}
-
-LRESULT Watched(HOOKPROC procedure, int code, WPARAM wparam, LPARAM lparam) {
-    if (!g_watch.on) return procedure(code, wparam, lparam);
-    const Totals before = call_sites::Count();
-    const LRESULT answer = procedure(code, wparam, lparam);
-    g_watch.each.push_back(Difference(call_sites::Count(), before));
-    return answer;
-}
-
-LRESULT CALLBACK WatchedMouse(int code, WPARAM message, LPARAM details) {
-    if (message != WM_MOUSEMOVE) return g_mouse_hook(code, message, details);
-    g_watch.mouse = *reinterpret_cast<const MOUSEHOOKSTRUCTEX*>(details);
-    return Watched(g_mouse_hook, code, message, details);
-}
-
-LRESULT CALLBACK WatchedKey(int code, WPARAM key, LPARAM flags) {
-    g_watch.key = key;
-    g_watch.key_flags = flags;
-    return Watched(g_key_hook, code, key, flags);
-}
-
-uint64_t CallsOf(const Totals& totals) {
-    return totals.win32 + totals.host;
-}
-
-// What most messages cost, and the dearest one.
-struct Summary {
-    Totals typical;
-    Totals most;
-    uint64_t least_calls = 0;
-    uint64_t heap = 0;
-    size_t messages = 0;
-};
-
-Summary Summarize(const std::vector<Totals>& each) {
-    Summary summary;
-    summary.messages = each.size();
-    if (each.empty()) return summary;
-    std::map<std::pair<uint64_t, uint64_t>, int> often;
-    int best = 0;
-    summary.least_calls = CallsOf(each.front());
-    for (const Totals& one : each) {
-        const int times = ++often[{one.win32, one.host}];
-        if (times > best) {
-            best = times;
-            summary.typical = one;
-        }
-        if (CallsOf(one) >= CallsOf(summary.most)) summary.most = one;
-        summary.least_calls = std::min(summary.least_calls, CallsOf(one));
-        summary.heap += one.heap;
+LRESULT Watch(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam) {
+    if (way == passages::KeyHook()) {
+        g_last_key = wparam;
+        g_last_key_flags = lparam;
+    } else if (wparam == WM_MOUSEMOVE) {
+        g_last_move = *reinterpret_cast<const MOUSEHOOKSTRUCTEX*>(lparam);
     }
-    return summary;
+    return call_counts::Note(way, code, wparam, lparam);
 }
 
 Summary WatchMessages(const Situation& situation, int count) {
-    g_watch.each.clear();
-    g_watch.on = true;
+    passages::Watch(Watch);
     for (int turn = 0; turn < count; ++turn)
         situations::Send(situation, turn);
-    g_watch.on = false;
-    return Summarize(g_watch.each);
+    passages::Watch(nullptr);
+    return call_counts::Summarize(call_counts::Noted());
 }
 
 // --- answers of Win32 calls that are more than one number ---
@@ -187,7 +135,7 @@ LRESULT CALLBACK EmptyHook(int code, WPARAM wparam, LPARAM lparam) {
 // Compiled for itself, so that no procedure is built into it.
 [[gnu::noipa]] void Repeat(const Situation& situation, HOOKPROC procedure, int messages) {
     if (situation.message == Message::kMove) {
-        MOUSEHOOKSTRUCTEX mouse = g_watch.mouse;
+        MOUSEHOOKSTRUCTEX mouse = g_last_move;
         const POINT centre = g_fakes.cursor;
         for (int i = 0; i < messages; ++i) {
             // To and fro, so that no gesture runs away.
@@ -200,25 +148,28 @@ LRESULT CALLBACK EmptyHook(int code, WPARAM wparam, LPARAM lparam) {
         return;
     }
     constexpr LPARAM kReleased = 0xC0000000;
-    const LPARAM pressed = g_watch.key_flags & ~kReleased;
+    const LPARAM pressed = g_last_key_flags & ~kReleased;
     for (int i = 0; i < messages; ++i)
-        procedure(HC_ACTION, g_watch.key, i & 1 ? pressed | kReleased : pressed);
+        procedure(HC_ACTION, g_last_key, i & 1 ? pressed | kReleased : pressed);
 }
 
 HOOKPROC ProcedureFor(const Situation& situation) {
-    return situation.message == Message::kMove ? g_mouse_hook : g_key_hook;
+    return situation.message == Message::kMove ? passages::MouseHook() : passages::KeyHook();
+}
+
+LRESULT CALLBACK CountedMouse(int code, WPARAM message, LPARAM details) {
+    return call_counts::Note(passages::MouseHook(), code, message, details);
+}
+
+LRESULT CALLBACK CountedKey(int code, WPARAM key, LPARAM flags) {
+    return call_counts::Note(passages::KeyHook(), code, key, flags);
 }
 
 Summary CountFaked(const Situation& situation) {
     constexpr int kMessages = 64;
-    const Watch kept = g_watch;
     call_sites::SetMode(Mode::kFakeAndCount);
-    g_watch.each.clear();
-    g_watch.on = true;
-    Repeat(situation, situation.message == Message::kMove ? WatchedMouse : WatchedKey, kMessages);
-    Summary summary = Summarize(g_watch.each);
-    g_watch = kept;
-    return summary;
+    Repeat(situation, situation.message == Message::kMove ? CountedMouse : CountedKey, kMessages);
+    return call_counts::Summarize(call_counts::Noted());
 }
 
 // --- memory ---
@@ -250,16 +201,8 @@ long long Growth(unsigned long long after, unsigned long long before) {
     return static_cast<long long>(after) - static_cast<long long>(before);
 }
 
-json CallsText(const Totals& totals) {
+json CallsText(const call_sites::Totals& totals) {
     return {{"win32", totals.win32}, {"host", totals.host}, {"total", CallsOf(totals)}};
-}
-
-json NamesOfCalls() {
-    json names = json::object();
-    for (const call_sites::Site* site : call_sites::All())
-        if (site->calls && site->group != call_sites::Group::kRuntime)
-            names[site->name] = site->calls;
-    return names;
 }
 
 // Where calls can be counted at all, for a check that nothing was overlooked wholesale.
@@ -275,26 +218,20 @@ json CountPlaces() {
 }
 
 json MeasureSituation(const Situation& situation, const Sizes& sizes) {
-    stage::MoveTo(stage::PlaceIn(situation.window));
-    if (situation.begin) situation.begin();
+    situations::Enter(situation);
 
     constexpr int kWatched = 64;
     call_sites::SetMode(Mode::kCount);
     for (int turn = 0; turn < 4; ++turn)
         situations::Send(situation, turn);
     const Summary real = WatchMessages(situation, kWatched);
-    call_sites::Forget();
-    situations::Send(situation, kWatched);
-    const json names = NamesOfCalls();
 
     json result = {{"id", situation.id},
                    {"title", situation.title},
-                   {"messages", real.messages},
+                   {"messages", real.passages},
                    {"calls", CallsText(real.typical)},
                    {"most_calls", CallsText(real.most)},
-                   {"allowed_calls", situation.most_calls},
-                   {"allocations", real.heap},
-                   {"called", names}};
+                   {"allocations", real.heap}};
 
     PrepareFakes(situation);
     const Summary faked = CountFaked(situation);
@@ -330,7 +267,7 @@ json MeasureSituation(const Situation& situation, const Sizes& sizes) {
     }
 
     call_sites::SetMode(Mode::kCount);
-    if (situation.end) situation.end();
+    situations::Leave(situation);
     call_sites::SetMode(Mode::kUntouched);
     return result;
 }
@@ -341,11 +278,10 @@ json MeasureGestures(int gestures) {
     call_sites::SetMode(Mode::kCount);
     call_sites::Forget();
     const desk::Counts before = desk::CountsSoFar();
-    const auto all = situations::All();
+    const std::vector<Situation> all = situations::Repeated();
     for (int i = 0; i < gestures; ++i) {
         const Situation& situation = all[static_cast<size_t>(i) % all.size()];
-        stage::MoveTo(stage::PlaceIn(situation.window));
-        if (situation.begin) situation.begin();
+        situations::Enter(situation);
         situations::Send(situation, 0);
         situations::Send(situation, 1);
         if (situation.clicks) {
@@ -355,7 +291,7 @@ json MeasureGestures(int gestures) {
                 stage::Button(button, false);
             }
         }
-        if (situation.end) situation.end();
+        situations::Leave(situation);
     }
     const desk::Counts after = desk::CountsSoFar();
     const json result = {
@@ -374,13 +310,10 @@ json Measure(const plugin::Files& files, const Sizes& sizes) {
     std::string message;
     if (!stage::Open(desk::InputKind::kVirtual, files, &message)) return {{"error", message}};
     UseFakes();
-    g_mouse_hook = desk::g_desk.mouse_hook;
-    g_key_hook = desk::g_desk.key_hook;
-    if (!g_mouse_hook || !g_key_hook) return {{"error", "the plug-in installed no hooks"}};
-    desk::g_desk.mouse_hook = WatchedMouse;
-    desk::g_desk.key_hook = WatchedKey;
+    if (!passages::Open(desk::InputKind::kVirtual))
+        return {{"error", "the plug-in installed no hooks"}};
     json result = {{"places", CountPlaces()}};
-    for (const Situation& situation : situations::All())
+    for (const Situation& situation : situations::Repeated())
         result["situations"].push_back(MeasureSituation(situation, sizes));
     result["gestures"] = MeasureGestures(sizes.gestures);
     stage::Close();

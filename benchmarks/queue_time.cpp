@@ -146,6 +146,7 @@ double TimeEvents(Message message, int count) {
     const double begin = measure::NanosecondsNow();
     for (int i = 0; i < count; ++i) {
         switch (message) {
+            case Message::kNone: break;
             case Message::kMove: SendMove({at.x + (i & 1 ? 0 : 1), at.y}); break;
             case Message::kKey: SendKey('J', (i & 1) == 0); break;
             case Message::kModifier: SendKey(VK_CONTROL, (i & 1) == 0); break;
@@ -257,7 +258,7 @@ json Measure(const plugin::Files& files, const std::string& low_level_hook, cons
     result["passed_move_viewport"] =
         MeasurePassed(Message::kMove, "viewport.persp", low_level, sizes);
     result["passed_key"] = MeasurePassed(Message::kKey, "viewport.persp", low_level, sizes);
-    for (const Situation& situation : situations::All())
+    for (const Situation& situation : situations::Repeated())
         result["situations"][situation.id] = MeasureSituation(situation, sizes);
     stage::Close();
     return result;

@@ -10,7 +10,7 @@ namespace report {
 
 std::string Table(const nlohmann::json& results);
 
-// The figures that depend on no machine, held against their aims; one line for each that misses.
+// What own work must not do: allocate, grow, go another way. One line for each that does.
 std::vector<std::string> Misses(const nlohmann::json& work);
 
 }  // namespace report

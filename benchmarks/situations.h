@@ -1,30 +1,60 @@
-// The situations whose cost is told: what a user has brought about when the message comes.
+// The situations whose cost is told: what a user has brought about, and what is measured then.
 #pragma once
 
 #include <windows.h>
 
 #include <span>
+#include <string_view>
+#include <vector>
+
+#include "benchmarks/passages.h"
 
 namespace situations {
 
-enum class Message { kMove, kKey, kModifier };
+// What the loops of own work and of the queue send again and again; kNone: they leave it out.
+enum class Message { kNone, kMove, kKey, kModifier };
 
+using Deed = void (*)();
+
+// All deeds but `act` may be null: nothing.
 struct Situation {
     const char* id;
     const char* title;
-    Message message;
-    const char* window;  // where the cursor is
-    int most_calls;      // Win32 and host calls of one message; 0: no aim
-    bool runs_script;    // which calls back; a faked answer does not
-    bool clicks;         // no gesture runs, so the buttons are free
-    void (*begin)();     // before the messages, the cursor is there; null: nothing
-    void (*end)();
+    const char* window;  // where the cursor is; an editor is opened for it
+    Deed begin = nullptr;
+    Deed prepare = nullptr;  // before each turn
+    Deed act = nullptr;      // what is measured
+    Deed finish = nullptr;   // after each turn, brings back what was before it
+    Deed end = nullptr;
+    // The plug-in's global that tells, before or after `act`, that it is what the title says; null:
+    // none does.
+    const char* shown_by = nullptr;
+    Message message = Message::kNone;
+    bool runs_script = false;  // which calls back; a faked answer does not
+    bool clicks = false;       // no gesture runs, so the buttons are free
 };
 
-std::span<const Situation> All();
+// By subject, a file each.
+std::span<const Situation> Moves();
+std::span<const Situation> Gestures();  // moves while one runs
+std::span<const Situation> Buttons();
+std::span<const Situation> Chords();  // presses and releases of gestures
+std::span<const Situation> Commands();
 
-// One message of the situation, or a key going down and up again. `turn` counts them, so that the
-// mouse goes to and fro.
+std::vector<Situation> All();
+// Those that can be repeated in a loop.
+std::vector<Situation> Repeated();
+// Null: there is none of this name.
+const Situation* Find(std::string_view id);
+
+// The way into a situation, a turn in it, and the way out. Only the measured deed is watched. A
+// turn answers whether it was what the title says.
+void Enter(const Situation& situation);
+bool Turn(const Situation& situation, passages::Around around);
+void Leave(const Situation& situation);
+
+// One message of a repeated situation, or a key going down and up again. `turn` counts them, so
+// that the mouse goes to and fro.
 void Send(const Situation& situation, int turn);
 
 }  // namespace situations

@@ -87,8 +87,8 @@ void MoveBy(int dx, int dy) {
     MoveTo({from.x + dx, from.y + dy});
 }
 
-void Button(int virtual_key, bool down) {
-    desk::InjectButton(virtual_key, down);
+void Button(int virtual_key, bool down, bool soon) {
+    desk::InjectButton(virtual_key, down, soon);
     Deliver();
 }
 

@@ -23,7 +23,8 @@ POINT PlaceIn(const char* window);
 // The user's deeds, delivered with all that follows from them.
 void MoveTo(POINT screen);
 void MoveBy(int dx, int dy);
-void Button(int virtual_key, bool down);
+// `soon`: as the second press of a double click.
+void Button(int virtual_key, bool down, bool soon = false);
 void Key(int virtual_key, bool down);
 
 }  // namespace stage

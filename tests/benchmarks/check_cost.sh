@@ -15,4 +15,4 @@ if [ ! -f "$program" ]; then
 fi
 wine_session_begin null || exit 1
 run_wine "$program" check --host-dir "$built/host" --plugin "$built/plugin/KarvelMax.gup" \
-    --map "$built/plugin/KarvelMax.map"
+    --map "$built/plugin/KarvelMax.map" --bounds "$root/tests/benchmarks/bounds.txt"

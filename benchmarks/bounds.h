@@ -1,0 +1,22 @@
+// The most calls that a situation may take, read from a table: lines "SITUATION CALLS", and what
+// stands behind a # is for readers.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace bounds {
+
+using Table = std::map<std::string, int>;
+
+// What is wrong with the text is added to `complaints`.
+Table Parse(const std::string& text, std::vector<std::string>* complaints);
+
+// `counts` has the calls of each situation by its name. One line for each that takes more than the
+// table allows, that is not in the table, or that only the table knows.
+std::vector<std::string> Misses(const Table& table, const nlohmann::json& counts);
+
+}  // namespace bounds

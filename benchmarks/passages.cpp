@@ -1,0 +1,97 @@
+#include "benchmarks/passages.h"
+
+#include "standin/engine/desk_internal.h"
+#include "standin/engine/plugin_loader.h"
+#include "standin/engine/world.h"
+
+namespace passages {
+namespace {
+
+HOOKPROC g_mouse_hook = nullptr;
+HOOKPROC g_key_hook = nullptr;
+Around g_around = nullptr;
+
+LRESULT Pass(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam) {
+    return g_around ? g_around(way, code, wparam, lparam) : way(code, wparam, lparam);
+}
+
+// The system tells windows that come to lie under a resting cursor about it, as when a capture
+// ends.
+bool IsMoveOfNobody(WPARAM message, POINT at) {
+    static POINT last{-1, -1};
+    const bool moved = at.x != last.x || at.y != last.y;
+    last = at;
+    return !moved && (message == WM_MOUSEMOVE || message == WM_NCMOUSEMOVE);
+}
+
+LRESULT CALLBACK PassMouse(int code, WPARAM message, LPARAM details) {
+    if (IsMoveOfNobody(message, reinterpret_cast<const MOUSEHOOKSTRUCT*>(details)->pt))
+        return g_mouse_hook(code, message, details);
+    return Pass(g_mouse_hook, code, message, details);
+}
+
+LRESULT CALLBACK PassKey(int code, WPARAM key, LPARAM flags) {
+    return Pass(g_key_hook, code, key, flags);
+}
+
+LRESULT CALLBACK RunCommand(int, WPARAM id, LPARAM) {
+    return plugin::Execute(static_cast<int>(id));
+}
+
+LRESULT CALLBACK SendShortcut(int, WPARAM command, LPARAM main_window) {
+    return SendMessageA(reinterpret_cast<HWND>(main_window), WM_COMMAND, command, 0);
+}
+
+}  // namespace
+
+bool Open(desk::InputKind input) {
+    g_mouse_hook = desk::g_desk.mouse_hook;
+    g_key_hook = desk::g_desk.key_hook;
+    if (!g_mouse_hook || !g_key_hook) return false;
+    if (input == desk::InputKind::kVirtual) {
+        desk::g_desk.mouse_hook = PassMouse;
+        desk::g_desk.key_hook = PassKey;
+        return true;
+    }
+    UnhookWindowsHookEx(desk::g_desk.system_mouse_hook);
+    UnhookWindowsHookEx(desk::g_desk.system_key_hook);
+    const DWORD thread = GetCurrentThreadId();
+    desk::g_desk.system_mouse_hook = SetWindowsHookExA(WH_MOUSE, PassMouse, nullptr, thread);
+    desk::g_desk.system_key_hook = SetWindowsHookExA(WH_KEYBOARD, PassKey, nullptr, thread);
+    return desk::g_desk.system_mouse_hook && desk::g_desk.system_key_hook;
+}
+
+void Watch(Around around) {
+    g_around = around;
+}
+
+HOOKPROC MouseHook() {
+    return g_mouse_hook;
+}
+
+HOOKPROC KeyHook() {
+    return g_key_hook;
+}
+
+void Command(int id) {
+    Pass(RunCommand, HC_ACTION, static_cast<WPARAM>(id), 0);
+}
+
+void Shortcut() {
+    // No menu and no accelerator of the host has this number.
+    constexpr WORD kCommand = 40999;
+    constexpr WORD kFromAccelerator = 1;
+    Pass(SendShortcut, HC_ACTION, MAKEWPARAM(kCommand, kFromAccelerator),
+         reinterpret_cast<LPARAM>(world::Find("main")));
+}
+
+void Wheel() {
+    MOUSEHOOKSTRUCTEX details{};
+    details.pt = desk::CursorSoFar();
+    details.hwnd = desk::WindowAt(details.pt);
+    details.wHitTestCode = HTCLIENT;
+    details.mouseData = MAKELONG(0, WHEEL_DELTA);
+    PassMouse(HC_ACTION, WM_MOUSEWHEEL, reinterpret_cast<LPARAM>(&details));
+}
+
+}  // namespace passages

@@ -1,0 +1,91 @@
+// Moves of the mouse while a gesture runs.
+#include "benchmarks/deeds.h"
+#include "benchmarks/situations.h"
+
+namespace situations {
+namespace {
+
+using namespace deeds;
+
+template <int button>
+constexpr Situation Gesture(const char* id, const char* title, const char* window,
+                            Message message = Message::kNone) {
+    return {.id = id,
+            .title = title,
+            .window = window,
+            .begin = PressWithAlt<button>,
+            .act = Step,
+            .end = ReleaseWithAlt<button>,
+            .shown_by = kGestureOf<button>,
+            .message = message};
+}
+
+constexpr Situation kGestures[] = {
+    Gesture<VK_LBUTTON>("orbit", "move during orbit", kView, Message::kMove),
+    Gesture<VK_MBUTTON>("pan", "move during pan", kView, Message::kMove),
+    Gesture<VK_RBUTTON>("zoom", "move during zoom", kView, Message::kMove),
+    {.id = "scrub",
+     .title = "move during a time scrub",
+     .window = kView,
+     .begin = Sequence<ArmScrub, Press<VK_LBUTTON>, Drag>,
+     .act = Step,
+     .end = Sequence<Release<VK_LBUTTON>, LetGo<kScrubKey>>,
+     .shown_by = "g_scrubState",
+     .message = Message::kMove},
+    {.id = "scrub_armed",
+     .title = "move with the Time Scrubber key held",
+     .window = kView,
+     .begin = ArmScrub,
+     .act = Step,
+     .end = LetGo<kScrubKey>,
+     .shown_by = "g_scrubState"},
+    {.id = "refused",
+     .title = "move during a refused orbit",
+     .window = kView,
+     .begin = Sequence<LockView, PressWithAlt<VK_LBUTTON>>,
+     .act = Step,
+     .end = Sequence<ReleaseWithAlt<VK_LBUTTON>, UnlockView>,
+     .shown_by = "g_navLocked"},
+    Gesture<VK_MBUTTON>("pan_unwrap", "move during pan in the Unwrap editor", "unwrap"),
+    Gesture<VK_RBUTTON>("zoom_unwrap", "move during zoom in the Unwrap editor", "unwrap"),
+    Gesture<VK_MBUTTON>("pan_trackview", "move during pan in the Track View", "trackview"),
+    Gesture<VK_RBUTTON>("zoom_trackview", "move during zoom in the Track View", "trackview"),
+    Gesture<VK_MBUTTON>("pan_schematic", "move during pan in the Schematic View", "schematic"),
+    Gesture<VK_RBUTTON>("zoom_schematic", "move during zoom in the Schematic View", "schematic"),
+    {.id = "transform",
+     .title = "move during a quick transform",
+     .window = kView,
+     .begin = Sequence<TakeMoveTool, Press<VK_MBUTTON>, Drag>,
+     .act = Step,
+     .end = Sequence<Release<VK_MBUTTON>, TakeSelectTool>,
+     .shown_by = "g_quickXform"},
+    {.id = "transform_unwrap",
+     .title = "move during a quick transform, Unwrap editor",
+     .window = "unwrap",
+     .begin = Sequence<kTakeUnwrapTool, Press<VK_MBUTTON>, Drag>,
+     .act = Step,
+     .end = Sequence<Release<VK_MBUTTON>, kPutUnwrapToolAway>,
+     .shown_by = "g_quickXform"},
+    {.id = "transform_trackview",
+     .title = "move during a quick transform, Track View",
+     .window = "trackview",
+     .begin = Sequence<kTakeTrackTool, Press<VK_MBUTTON>, Drag>,
+     .act = Step,
+     .end = Sequence<Release<VK_MBUTTON>, kPutTrackToolAway>,
+     .shown_by = "g_quickXform"},
+    {.id = "transform_trackview_shift",
+     .title = "the same with Shift held",
+     .window = "trackview",
+     .begin = Sequence<kTakeTrackTool, Hold<VK_SHIFT>, Press<VK_MBUTTON>, Drag>,
+     .act = Step,
+     .end = Sequence<Release<VK_MBUTTON>, LetGo<VK_SHIFT>, kPutTrackToolAway>,
+     .shown_by = "g_quickXform"},
+};
+
+}  // namespace
+
+std::span<const Situation> Gestures() {
+    return kGestures;
+}
+
+}  // namespace situations
