@@ -106,7 +106,7 @@ void* WrapperOf(const char* name, void* original) {
     return nullptr;
 }
 
-void Turn(ULONGLONG* entry, void* wrapper) {
+void PatchEntry(ULONGLONG* entry, void* wrapper) {
     DWORD before = 0;
     if (!VirtualProtect(entry, sizeof *entry, PAGE_READWRITE, &before)) return;
     *entry = reinterpret_cast<ULONGLONG>(wrapper);
@@ -115,7 +115,7 @@ void Turn(ULONGLONG* entry, void* wrapper) {
 
 }  // namespace
 
-void TurnImports(HMODULE module) {
+void PatchImports(HMODULE module) {
     BYTE* const base = reinterpret_cast<BYTE*>(module);
     const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
@@ -133,7 +133,7 @@ void TurnImports(HMODULE module) {
                 reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
             void* const original = reinterpret_cast<void*>(entry->u1.Function);
             void* const wrapper = WrapperOf(reinterpret_cast<const char*>(import->Name), original);
-            if (wrapper) Turn(&entry->u1.Function, wrapper);
+            if (wrapper) PatchEntry(&entry->u1.Function, wrapper);
         }
     }
 }

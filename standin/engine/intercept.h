@@ -1,5 +1,5 @@
-// The plug-in's Win32 calls: its import table is turned to wrappers before its entry runs. A
-// wrapper writes the trace line and then lets the desk answer or the system.
+// The plug-in's Win32 calls: its import table is patched before its entry runs, so that each call
+// comes to a wrapper, which writes the trace line and then lets the desk answer or the system.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +10,8 @@
 
 namespace intercept {
 
-// Turns the imports of a freshly mapped module; entries of other modules stay untouched.
-void TurnImports(HMODULE module);
+// Patches the imports of a freshly mapped module; entries of other modules stay untouched.
+void PatchImports(HMODULE module);
 
 // `fail NAME` for Win32 calls and the heap of the C runtime.
 bool KnowsFault(std::string_view name);

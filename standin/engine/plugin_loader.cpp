@@ -29,7 +29,7 @@ struct Plugin {
 };
 Plugin g_plugin;
 
-// --- turning the imports between mapping and entry ---
+// --- patching the imports between mapping and entry ---
 
 // What ntdll tells a listener about a module; not in the headers.
 struct LoaderNotice {
@@ -46,12 +46,12 @@ using UnregisterListener = NTSTATUS(NTAPI*)(void* cookie);
 
 struct Arrival {
     std::wstring base_name;
-    bool turned = false;
+    bool patched = false;
 };
 
 void Attach(HMODULE module, Arrival* arrival) {
-    arrival->turned = true;
-    intercept::TurnImports(module);
+    arrival->patched = true;
+    intercept::PatchImports(module);
     trace::In("attach");
 }
 
@@ -59,7 +59,7 @@ void CALLBACK OnModule(ULONG reason, const LoaderNotice* notice, void* context) 
     constexpr ULONG kLoaded = 1;
     auto* const arrival = static_cast<Arrival*>(context);
     const size_t length = notice->base_name->Length / sizeof(wchar_t);
-    if (reason != kLoaded || arrival->turned || length != arrival->base_name.size() ||
+    if (reason != kLoaded || arrival->patched || length != arrival->base_name.size() ||
         _wcsnicmp(notice->base_name->Buffer, arrival->base_name.c_str(), length) != 0)
         return;
     Attach(static_cast<HMODULE>(notice->base), arrival);
@@ -69,7 +69,7 @@ std::string BaseName(const std::string& path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
 
-HMODULE LoadTurned(const std::string& path) {
+HMODULE LoadPatched(const std::string& path) {
     Arrival arrival;
     for (const char c : BaseName(path))
         arrival.base_name += static_cast<wchar_t>(c);
@@ -82,7 +82,7 @@ HMODULE LoadTurned(const std::string& path) {
     if (listen) listen(0, OnModule, &arrival, &cookie);
     const HMODULE module = LoadLibraryA(path.c_str());
     if (forget && cookie) forget(cookie);
-    if (arrival.turned) trace::Out(module ? "1" : "0");
+    if (arrival.patched) trace::Out(module ? "1" : "0");
     return module;
 }
 
@@ -246,7 +246,7 @@ bool Load(const Files& files, std::string* message) {
         *message = "the host's core.dll did not register itself, build the host DLLs again";
         return false;
     }
-    g_plugin.module = LoadTurned(files.plugin);
+    g_plugin.module = LoadPatched(files.plugin);
     if (!g_plugin.module) {
         *message = "the plug-in " + files.plugin + " can not be loaded (error " +
                    std::to_string(GetLastError()) + "), check what it imports";

@@ -1,5 +1,5 @@
 // The plug-in file on its way into the process: the host DLLs first, then the file with its imports
-// turned before its entry runs, then the host's start sequence.
+// patched before its entry runs, then the host's start sequence.
 #pragma once
 
 #include <windows.h>

@@ -375,13 +375,13 @@ bool Interpreter::RunBody(const Syntax& body, Frame& frame, Value& value) {
     }
 }
 
-// One turn of a `for`; false ends the loop.
-bool Interpreter::RunTurn(const Syntax& node, Frame& frame, std::vector<Value>& collected) {
+// One iteration of a `for`; false ends the loop.
+bool Interpreter::RunIteration(const Syntax& node, Frame& frame, std::vector<Value>& collected) {
     const LoopParts& parts = *node.loop;
     Charge(1);
     if (parts.while_test && !Test(*parts.while_test, frame, "while")) return false;
     if (parts.where_test && !Test(*parts.where_test, frame, "where")) return true;
-    // `continue` in `collect` collects nothing for this turn.
+    // `continue` in `collect` collects nothing for this iteration.
     Value value;
     if (RunBody(*parts.body, frame, value) && parts.collects) collected.push_back(std::move(value));
     return true;
@@ -407,8 +407,8 @@ Value Interpreter::RunCountingLoop(const Syntax& node, Frame& frame) {
     std::vector<Value> collected;
     Value& variable = frame.slots[static_cast<std::size_t>(node.slot)];
     try {
-        for (long long turn = 0;; ++turn) {
-            const double count = begin + increment * static_cast<double>(turn);
+        for (long long iteration = 0;; ++iteration) {
+            const double count = begin + increment * static_cast<double>(iteration);
             if (increment > 0 ? !(count <= end) : !(count >= end)) break;
             if (is_time)
                 variable = Value::Ticks(TruncateToInteger(count));
@@ -416,7 +416,7 @@ Value Interpreter::RunCountingLoop(const Syntax& node, Frame& frame) {
                 variable = Value::Float(static_cast<float>(count));
             else
                 variable = Value::Integer(TruncateToInteger(count));
-            if (!RunTurn(node, frame, collected)) break;
+            if (!RunIteration(node, frame, collected)) break;
         }
     } catch (const ExitSignal& signal) {
         if (!node.loop->collects) return signal.value;
@@ -432,7 +432,7 @@ Value Interpreter::RunCollectionLoop(const Syntax& node, Frame& frame) {
     try {
         for (const Value& item : items) {
             frame.slots[static_cast<std::size_t>(node.slot)] = item;
-            if (!RunTurn(node, frame, collected)) break;
+            if (!RunIteration(node, frame, collected)) break;
         }
     } catch (const ExitSignal& signal) {
         if (!node.loop->collects) return signal.value;

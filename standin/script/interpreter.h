@@ -84,7 +84,7 @@ private:
     Value RunCountingLoop(const Syntax& node, Frame& frame);
     Value RunCollectionLoop(const Syntax& node, Frame& frame);
     bool RunBody(const Syntax& body, Frame& frame, Value& value);
-    bool RunTurn(const Syntax& node, Frame& frame, std::vector<Value>& collected);
+    bool RunIteration(const Syntax& node, Frame& frame, std::vector<Value>& collected);
     Value RunAssignment(const Syntax& node, Frame& frame);
     bool Test(const Syntax& node, Frame& frame, std::string_view construct);
 

@@ -64,7 +64,7 @@ using SyntaxPointer = std::unique_ptr<Syntax>;
 struct LoopParts {
     SyntaxPointer step;        // `by`
     SyntaxPointer while_test;  // `while`, ends the loop
-    SyntaxPointer where_test;  // `where`, skips a turn
+    SyntaxPointer where_test;  // `where`, skips an iteration
     SyntaxPointer body;
     bool collects = false;
 };
