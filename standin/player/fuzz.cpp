@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "standin/player/excuses.h"
+#include "standin/player/exemptions.h"
 #include "standin/player/hook_model.h"
 #include "standin/player/walk.h"
 
@@ -39,11 +39,11 @@ bool Fails(const Verdict& verdict) {
     return verdict.status == 1 || verdict.status == 3;
 }
 
-// What all walks together visited and excused.
+// What all walks together visited and exempted.
 struct Totals {
     std::array<unsigned long long, hook_model::kPlaces> visits{};
-    std::array<unsigned long long, excuses::kExcuses> arisen{};
-    std::array<unsigned long long, excuses::kExcuses * excuses::kChecks> used{};
+    std::array<unsigned long long, exemptions::kExemptions> arisen{};
+    std::array<unsigned long long, exemptions::kExemptions * exemptions::kChecks> used{};
 
     void Add(const std::string& report) {
         std::istringstream lines(report);
@@ -77,16 +77,16 @@ bool Print(const Totals& totals) {
         if (!why.empty()) name.append(" (never: ").append(why).append(")");
         text += Row(totals.visits[i], name);
     }
-    text += "\nexcuses: how often each situation arose, and how often a check needed it\n";
+    text += "\nexemptions: how often each situation arose, and how often a check needed it\n";
     for (size_t i = 0; i < totals.arisen.size(); ++i) {
-        const excuses::Text& excuse = excuses::Of(static_cast<excuses::Excuse>(i));
+        const exemptions::Text& exemption = exemptions::Of(static_cast<exemptions::Exemption>(i));
         std::string needed;
-        for (size_t check = 0; check < excuses::kChecks; ++check)
-            if (const auto used = totals.used[i * excuses::kChecks + check])
+        for (size_t check = 0; check < exemptions::kChecks; ++check)
+            if (const auto used = totals.used[i * exemptions::kChecks + check])
                 needed += (needed.empty() ? ": " : ", ") +
-                          std::string(excuses::NameOf(static_cast<excuses::Check>(check))) + " " +
-                          std::to_string(used);
-        text += Row(totals.arisen[i], std::string(excuse.name) + needed);
+                          std::string(exemptions::NameOf(static_cast<exemptions::Check>(check))) +
+                          " " + std::to_string(used);
+        text += Row(totals.arisen[i], std::string(exemption.name) + needed);
     }
     Say(text);
     if (missing.empty()) return true;

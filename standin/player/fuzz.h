@@ -21,7 +21,7 @@ struct Options {
 struct Verdict {
     int status = 0;        // as of a play
     std::string messages;  // what it complained about
-    std::string report;    // what it visited and excused
+    std::string report;    // what it visited and exempted
 };
 
 // Plays these texts, some side by side; the order of the answers is that of the texts.

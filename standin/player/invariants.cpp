@@ -15,8 +15,8 @@
 namespace invariants {
 namespace {
 
-using excuses::Check;
-using excuses::Excuse;
+using exemptions::Check;
+using exemptions::Exemption;
 using hook_model::MouseFacts;
 using hook_model::State;
 using scenario::Command;
@@ -550,11 +550,11 @@ void Checker::Judge(const Call& call) {
     for (; next < call.inner.size(); ++next)
         Judge(call.inner[next]);
     if (call.mouse) {
-        excuses::NoteMouse(ledger_, before, model_.Now(), call.mouse_facts, outcome, call.down);
-        if (changed) excuses::NoteBetween(ledger_, outcome);
+        exemptions::NoteMouse(ledger_, before, model_.Now(), call.mouse_facts, outcome, call.down);
+        if (changed) exemptions::NoteBetween(ledger_, outcome);
         NotePasses(call);
     } else {
-        excuses::NoteKey(ledger_, before, call.key_facts);
+        exemptions::NoteKey(ledger_, before, call.key_facts);
     }
     if (broken_.empty()) broken_ = Compare(call, outcome);
 }
@@ -595,7 +595,7 @@ std::string Checker::CompareDoings(const Call& call, const hook_model::Outcome& 
 std::string Checker::Compare(const Call& call, const hook_model::Outcome& outcome) const {
     const bool navigation =
         call.mouse ? call.mouse_facts.options.navigation : call.key_facts.navigation;
-    if (!navigation && !call.effects.empty()) return std::string(excuses::TextOf(Check::kOff));
+    if (!navigation && !call.effects.empty()) return std::string(exemptions::TextOf(Check::kOff));
     if (call.swallowed != outcome.swallowed)
         return call.event + (call.swallowed ? " was swallowed, by the rules it passes"
                                             : " passed, by the rules it is swallowed");
@@ -662,7 +662,7 @@ void Checker::NotePasses(const Call& call) {
             passed_presses_ =
                 call.swallowed ? passed_presses_ & ~row.bit : passed_presses_ | row.bit;
         if (message == row.release && call.swallowed && (passed_presses_ & row.bit))
-            ledger_.Note(Excuse::kReleaseKept, {Check::kCapture});
+            ledger_.Note(Exemption::kReleaseKept, {Check::kCapture});
     }
 }
 
@@ -688,10 +688,10 @@ void Checker::NoteHost() {
     effects_seen_ = trace::DeedsOfCommand().size();
     const int depth = world::ModeDepth();
     const bool enters = HasEffect("sdk PushStdCommandMode *", from);
-    if (depth_seen_ == 0 && enters) ledger_.Note(Excuse::kEmptyStack, {Check::kDepth});
+    if (depth_seen_ == 0 && enters) ledger_.Note(Exemption::kEmptyStack, {Check::kDepth});
     if (!enters && !HasEffect("sdk PopCommandMode", from)) {
         if (depth < depth_seen_ && depth_seen_ > depth_)
-            ledger_.Note(Excuse::kHostLeaves, {Check::kDepth});
+            ledger_.Note(Exemption::kHostLeaves, {Check::kDepth});
         else
             depth_ += depth - depth_seen_;
     }
@@ -699,10 +699,10 @@ void Checker::NoteHost() {
         lock_ = IsLockOn();
     if (IsGizmoOn() != gizmo_seen_ && !HasEffect("sdk ExecuteAction 0 40105", from)) {
         gizmo_ = IsGizmoOn();
-        if (Value(kGizmoWasOn)) ledger_.Note(Excuse::kGizmoOption, {Check::kGizmo});
+        if (Value(kGizmoWasOn)) ledger_.Note(Exemption::kGizmoOption, {Check::kGizmo});
     }
     if (gizmo_saved_seen_ && !Value(kGizmoWasOn) && !IsGizmoOn())
-        ledger_.Note(Excuse::kHiddenTwice, {Check::kGizmo});
+        ledger_.Note(Exemption::kHiddenTwice, {Check::kGizmo});
     depth_seen_ = depth;
     lock_seen_ = IsLockOn();
     gizmo_seen_ = IsGizmoOn();
@@ -737,18 +737,18 @@ void Checker::NoteHostsDoings() {
     if (!acted && PluginState() == before_command_) return;
     if (!faults_.empty())
         for (const Row& row : kRows)
-            if (Fails(row.call)) ledger_.Note(Excuse::kFault, row.checks);
+            if (Fails(row.call)) ledger_.Note(Exemption::kFault, row.checks);
     if (HasEffect("win SendMessageA * WM_COMMAND *") && world::g_world.running_brush)
-        ledger_.Note(Excuse::kBrushBegins, {Check::kDepth});
+        ledger_.Note(Exemption::kBrushBegins, {Check::kDepth});
     const auto stuck = [](int id) {
         const eng_action* const action = world::FindAction(0, id);
         return action && action->stuck;
     };
     const eng_button* const lock = world::FindButton(59231);
     if (lock && !IsWindow(lock->window) && IsLockOn())
-        ledger_.Note(Excuse::kLockButtonGone, {Check::kLock});
-    if (stuck(40105)) ledger_.Note(Excuse::kStuckAction, {Check::kGizmo});
-    if (stuck(59231)) ledger_.Note(Excuse::kStuckAction, {Check::kLock});
+        ledger_.Note(Exemption::kLockButtonGone, {Check::kLock});
+    if (stuck(40105)) ledger_.Note(Exemption::kStuckAction, {Check::kGizmo});
+    if (stuck(59231)) ledger_.Note(Exemption::kStuckAction, {Check::kLock});
 }
 
 // What a command changes that is nobody's deed but the user's or the host's.
@@ -779,7 +779,7 @@ void Checker::NoteCommand(const Command& command) {
         default: break;
     }
     NoteHost();
-    if (!busy_ && (down_ & ~ButtonsDown())) excuses::NoteUnseen(ledger_, model_.Now());
+    if (!busy_ && (down_ & ~ButtonsDown())) exemptions::NoteUnseen(ledger_, model_.Now());
     NoteHostsDoings();
     if (IsInput(command.verb)) return;
     // A command may arm what a key's release ends, and a poke is meant to change what it names.
@@ -792,7 +792,7 @@ void Checker::NoteCommand(const Command& command) {
     constexpr int kStickyLock = 4;
     if (command.verb == Verb::kCommand && (state.requests & kStickyLock) &&
         !(now.requests & kStickyLock))
-        ledger_.Note(Excuse::kNudgeUnderLock, {Check::kGizmo});
+        ledger_.Note(Exemption::kNudgeUnderLock, {Check::kGizmo});
     state.scrub = now.scrub;
     state.requests = now.requests;
     state.snap = now.snap;
@@ -829,8 +829,8 @@ std::string Checker::After(const Command& command) {
     if (!broken_.empty()) return broken_;
     const State& now = model_.Now();
     const bool two = now.orbit + now.zoom + now.pan > 1;
-    if (two && !two_before_ && !ledger_.Excused(Check::kTwoGestures))
-        return std::string(excuses::TextOf(Check::kTwoGestures));
+    if (two && !two_before_ && !ledger_.Exempts(Check::kTwoGestures))
+        return std::string(exemptions::TextOf(Check::kTwoGestures));
     two_before_ = two;
     if (command.verb == Verb::kKey && !command.on && command.words[0] == "f8" && held_.empty() &&
         faults_.empty() && !busy_)
@@ -855,7 +855,7 @@ std::string Checker::AtRest() {
         {Check::kCapture, desk::Capture() == nullptr},
     };
     for (const auto& [check, holds] : kept)
-        if (!holds && !ledger_.Excused(check)) return std::string(excuses::TextOf(check));
+        if (!holds && !ledger_.Exempts(check)) return std::string(exemptions::TextOf(check));
     return {};
 }
 
@@ -867,9 +867,9 @@ std::string Checker::Report() const {
     const auto& arisen = ledger_.Arisen();
     for (size_t i = 0; i < arisen.size(); ++i) {
         if (arisen[i]) text += "a " + std::to_string(i) + ' ' + std::to_string(arisen[i]) + '\n';
-        for (size_t check = 0; check < excuses::kChecks; ++check)
+        for (size_t check = 0; check < exemptions::kChecks; ++check)
             if (const auto used = ledger_.Used()[i][check])
-                text += "u " + std::to_string(i * excuses::kChecks + check) + ' ' +
+                text += "u " + std::to_string(i * exemptions::kChecks + check) + ' ' +
                         std::to_string(used) + '\n';
     }
     return text;

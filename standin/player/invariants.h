@@ -1,5 +1,5 @@
 // What must hold during and after a random walk. A model of the hooks goes along with every event;
-// what the required behaviour itself leaves behind is excused by the situation that led to it.
+// what the required behaviour itself leaves behind is exempted by the situation that led to it.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "standin/engine/desk_control.h"
-#include "standin/player/excuses.h"
+#include "standin/player/exemptions.h"
 #include "standin/player/hook_model.h"
 #include "standin/player/scenario_parser.h"
 
@@ -28,7 +28,7 @@ public:
     // up and nobody holds anything more, that includes what must hold at rest.
     void Before(const scenario::Command& command);
     std::string After(const scenario::Command& command);
-    // What has been visited and excused, for walk_report to read.
+    // What has been visited and exempted, for walk_report to read.
     std::string Report() const;
 
     void BeforeHook(const desk::HookCall& call) override;
@@ -91,7 +91,7 @@ private:
     std::vector<Call> calls_;  // from the outermost one to the innermost one
     bool arms_ = false;        // the command is one that may arm what a key's release ends
     bool asked_ = false;       // a hook was asked during the command
-    excuses::Ledger ledger_;
+    exemptions::Ledger ledger_;
     std::string broken_;
     std::set<std::string, std::less<>> faults_;
     std::set<std::string, std::less<>> held_;  // keys and buttons that the user holds

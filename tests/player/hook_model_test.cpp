@@ -1,4 +1,4 @@
-// The walk's model of the hooks against sentences about them, and its excuses.
+// The walk's model of the hooks against sentences about them, and its exemptions.
 #include "standin/player/hook_model.h"
 
 #include <gmock/gmock.h>
@@ -7,12 +7,12 @@
 #include <initializer_list>
 #include <set>
 
-#include "standin/player/excuses.h"
+#include "standin/player/exemptions.h"
 
 namespace {
 
-using excuses::Check;
-using excuses::Excuse;
+using exemptions::Check;
+using exemptions::Exemption;
 using hook_model::KeyFacts;
 using hook_model::Message;
 using hook_model::MouseFacts;
@@ -51,7 +51,7 @@ public:
             case Message::kMiddleUp: down &= ~hook_model::kMiddleBit; break;
             default: break;
         }
-        excuses::NoteMouse(ledger, before, model.Now(), facts, outcome, down);
+        exemptions::NoteMouse(ledger, before, model.Now(), facts, outcome, down);
         return outcome;
     }
     void Do(std::initializer_list<Message> messages) {
@@ -62,7 +62,7 @@ public:
 
     MouseFacts facts;
     hook_model::Model model;
-    excuses::Ledger ledger;
+    exemptions::Ledger ledger;
     int down = 0;
 };
 
@@ -97,24 +97,24 @@ TEST(HookModel, LeftReleaseInAPanLeavesItsBit) {
     EXPECT_EQ(hand.Now().pan, 1);
     hand.Do(Message::kLeftUp);
     EXPECT_TRUE(hand.Now().held & hook_model::kLeftBit);
-    EXPECT_FALSE(hand.ledger.IsOpen(Check::kGesture)) << "a bit alone excuses nothing";
+    EXPECT_FALSE(hand.ledger.IsOpen(Check::kGesture)) << "a bit alone exempts nothing";
     hand.Do({Message::kMiddleUp, Message::kRightUp});
     EXPECT_EQ(hand.Now().orbit, 1) << "the stray bit made a zoom's end an orbit";
     EXPECT_EQ(hand.down, 0);
-    EXPECT_TRUE(hand.ledger.Excused(Check::kGesture));
-    EXPECT_GT(hand.ledger.Used()[static_cast<size_t>(Excuse::kStrayBit)]
+    EXPECT_TRUE(hand.ledger.Exempts(Check::kGesture));
+    EXPECT_GT(hand.ledger.Used()[static_cast<size_t>(Exemption::kStrayBit)]
                                 [static_cast<size_t>(Check::kGesture)],
               0u);
 }
 
-TEST(HookModel, OrdinaryGesturesExcuseNothing) {
+TEST(HookModel, OrdinaryGesturesExemptNothing) {
     Hand hand;
     hand.Do({Message::kLeftDown, Message::kMove, Message::kLeftUp, Message::kRightDown,
              Message::kMove, Message::kMove, Message::kRightUp, Message::kMiddleDown,
              Message::kMove, Message::kMiddleUp});
     hand.Do({Message::kLeftDown, Message::kMiddleDown, Message::kMiddleUp, Message::kLeftUp});
     hand.Do({Message::kRightDown, Message::kLeftDown, Message::kLeftUp, Message::kRightUp});
-    for (int check = 0; check < excuses::kChecks; ++check)
+    for (int check = 0; check < exemptions::kChecks; ++check)
         EXPECT_FALSE(hand.ledger.IsOpen(static_cast<Check>(check))) << check;
 }
 
@@ -337,15 +337,15 @@ TEST(HookModel, EveryPlaceHasANameOfItsOwn) {
     EXPECT_FALSE(names.contains(""));
 }
 
-TEST(Excuses, FreeTheirChecksUntilThoseAreClean) {
-    excuses::Ledger ledger;
-    EXPECT_FALSE(ledger.Excused(Check::kDepth));
-    ledger.Note(Excuse::kPanBelow, {Check::kDepth});
-    EXPECT_TRUE(ledger.Excused(Check::kDepth));
-    EXPECT_FALSE(ledger.Excused(Check::kGesture));
+TEST(Exemptions, FreeTheirChecksUntilThoseAreClean) {
+    exemptions::Ledger ledger;
+    EXPECT_FALSE(ledger.Exempts(Check::kDepth));
+    ledger.Note(Exemption::kPanBelow, {Check::kDepth});
+    EXPECT_TRUE(ledger.Exempts(Check::kDepth));
+    EXPECT_FALSE(ledger.Exempts(Check::kGesture));
     ledger.Clean(Check::kDepth);
-    EXPECT_FALSE(ledger.Excused(Check::kDepth));
-    EXPECT_EQ(ledger.Arisen()[static_cast<size_t>(Excuse::kPanBelow)], 1u);
+    EXPECT_FALSE(ledger.Exempts(Check::kDepth));
+    EXPECT_EQ(ledger.Arisen()[static_cast<size_t>(Exemption::kPanBelow)], 1u);
 }
 
 }  // namespace

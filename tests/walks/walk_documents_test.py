@@ -1,5 +1,5 @@
-"""The document about the random walks lists each excuse that the checker makes, with the reason that
-the checker itself gives."""
+"""The document about the random walks lists each exemption that the checker makes, with the reason
+that the checker itself gives."""
 import pathlib
 import re
 import unittest
@@ -7,8 +7,8 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 
-def excuses_of_the_checker():
-    source = (ROOT / "standin/player/excuses.cpp").read_text(encoding="utf-8")
+def exemptions_of_the_checker():
+    source = (ROOT / "standin/player/exemptions.cpp").read_text(encoding="utf-8")
     table = re.search(r"constexpr Text kTexts\[\] = \{(.*?)\n\};", source, re.DOTALL).group(1)
     rows = re.findall(r'\{((?:\s*"(?:[^"\\]|\\.)*"\s*,?)+)\}', table)
     texts = []
@@ -21,7 +21,7 @@ def excuses_of_the_checker():
 
 def rows_of_the_document():
     page = (ROOT / "docs/walks.md").read_text(encoding="utf-8")
-    section = page.split("## Excuses", 1)[1].split("\n## ", 1)[0]
+    section = page.split("## Exemptions", 1)[1].split("\n## ", 1)[0]
     rows = []
     for line in section.splitlines():
         cells = [cell.strip() for cell in line.strip().strip("|").split("|")]
@@ -30,9 +30,9 @@ def rows_of_the_document():
     return rows[1:]
 
 
-class Excuses(unittest.TestCase):
+class Exemptions(unittest.TestCase):
     def test_each_stands_in_the_document(self):
-        checker = excuses_of_the_checker()
+        checker = exemptions_of_the_checker()
         self.assertGreater(len(checker), 10)
         self.assertEqual([row[:3] for row in rows_of_the_document()], checker)
 

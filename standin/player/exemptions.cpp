@@ -1,8 +1,8 @@
-#include "standin/player/excuses.h"
+#include "standin/player/exemptions.h"
 
 #include <iterator>
 
-namespace excuses {
+namespace exemptions {
 namespace {
 
 using hook_model::Handler;
@@ -84,7 +84,7 @@ constexpr Text kTexts[] = {
     {"fault", "a call that sends input or changes the mode fails",
      "what did not arrive cannot be undone"},
 };
-static_assert(std::size(kTexts) == kExcuses);
+static_assert(std::size(kTexts) == kExemptions);
 
 constexpr std::string_view kCheckTexts[][2] = {
     {"gesture", "a gesture is still active"},
@@ -109,51 +109,51 @@ bool IsRelease(Message message) {
 }
 
 // Which of the reasons kept a release from where it would have ended something.
-Excuse LostBy(const MouseFacts& facts, const State& before, const Outcome& outcome) {
-    if (!facts.options.navigation) return Excuse::kNavigationOff;
-    if (facts.message == Message::kOther) return Excuse::kBorder;
-    if (outcome.redirected) return Excuse::kBrushTakes;
-    if (outcome.scrubbed) return Excuse::kScrubTakes;
-    if (before.quick && !outcome.came_to_release_rules) return Excuse::kQuickTakes;
-    return Excuse::kNoRow;
+Exemption LostBy(const MouseFacts& facts, const State& before, const Outcome& outcome) {
+    if (!facts.options.navigation) return Exemption::kNavigationOff;
+    if (facts.message == Message::kOther) return Exemption::kBorder;
+    if (outcome.redirected) return Exemption::kBrushTakes;
+    if (outcome.scrubbed) return Exemption::kScrubTakes;
+    if (before.quick && !outcome.came_to_release_rules) return Exemption::kQuickTakes;
+    return Exemption::kNoRow;
 }
 
 void NoteGesture(Ledger& ledger, const State& before, const State& after, const MouseFacts& facts,
                  const Outcome& outcome, bool release, int down) {
-    const auto gesture = [&ledger](Excuse excuse) {
-        ledger.Note(excuse, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
-                             Check::kKeysDown, Check::kDepth, Check::kCapture});
+    const auto gesture = [&ledger](Exemption exemption) {
+        ledger.Note(exemption, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
+                                Check::kKeysDown, Check::kDepth, Check::kCapture});
     };
     if (release && before.Gesture() && !outcome.came_to_release_rules)
         gesture(LostBy(facts, before, outcome));
-    if (outcome.used_bits & before.held & ~down & ~outcome.own_bit) gesture(Excuse::kStrayBit);
+    if (outcome.used_bits & before.held & ~down & ~outcome.own_bit) gesture(Exemption::kStrayBit);
     if (outcome.came_to_release_rules && after.Gesture()) {
         if (!facts.options.right_zoom && (facts.message == Message::kRightUp ||
                                           ((before.held | after.held) & hook_model::kRightBit)))
-            gesture(Excuse::kRightZoomOff);
+            gesture(Exemption::kRightZoomOff);
         else if (outcome.handler == Handler::kEndOrbit && outcome.orbit_refused && after.orbit)
-            gesture(Excuse::kEndOrbitRefused);
+            gesture(Exemption::kEndOrbitRefused);
         else if (down == 0)
-            gesture(Excuse::kNoRow);
+            gesture(Exemption::kNoRow);
     }
     const bool starts = outcome.handler == Handler::kStartOrbit ||
                         outcome.handler == Handler::kStartPan ||
                         outcome.handler == Handler::kStartZoom;
     // What a look has begun, the taking begins again.
-    if (starts && before.Gesture() && !facts.looked_at) gesture(Excuse::kSecondGesture);
+    if (starts && before.Gesture() && !facts.looked_at) gesture(Exemption::kSecondGesture);
 
     if (after.alt_owed && before.Drags() && !after.Drags()) {
         const bool editor = after.kind >= 3;
-        ledger.Note(editor ? Excuse::kEditorChord : Excuse::kChordRefused,
+        ledger.Note(editor ? Exemption::kEditorChord : Exemption::kChordRefused,
                     {Check::kAltOwed, Check::kKeysDown});
     }
     if (outcome.handler == Handler::kPanToZoom && before.kind == hook_model::kViewport)
-        ledger.Note(Excuse::kPanBelow, {Check::kDepth});
+        ledger.Note(Exemption::kPanBelow, {Check::kDepth});
     const bool resumes =
         outcome.handler == Handler::kEndZoom || outcome.handler == Handler::kEndPan;
     const bool of_its_own = outcome.handler == Handler::kEndZoom ? before.zoom : before.pan;
     if (resumes && before.kind == hook_model::kViewport && !of_its_own)
-        ledger.Note(Excuse::kSecondResume, {Check::kDepth});
+        ledger.Note(Exemption::kSecondResume, {Check::kDepth});
 }
 
 }  // namespace
@@ -166,23 +166,23 @@ std::string_view NameOf(Check check) {
     return kCheckTexts[static_cast<size_t>(check)][0];
 }
 
-const Text& Of(Excuse excuse) {
-    return kTexts[static_cast<size_t>(excuse)];
+const Text& Of(Exemption exemption) {
+    return kTexts[static_cast<size_t>(exemption)];
 }
 
-void Ledger::Note(Excuse excuse, std::initializer_list<Check> checks) {
-    Note(excuse, std::span(checks.begin(), checks.size()));
+void Ledger::Note(Exemption exemption, std::initializer_list<Check> checks) {
+    Note(exemption, std::span(checks.begin(), checks.size()));
 }
 
-void Ledger::Note(Excuse excuse, std::span<const Check> checks) {
-    ++arisen_[static_cast<size_t>(excuse)];
+void Ledger::Note(Exemption exemption, std::span<const Check> checks) {
+    ++arisen_[static_cast<size_t>(exemption)];
     for (const Check check : checks)
-        open_[Index(check)].set(static_cast<size_t>(excuse));
+        open_[Index(check)].set(static_cast<size_t>(exemption));
 }
 
-bool Ledger::Excused(Check check) {
-    const std::bitset<kExcuses>& open = open_[Index(check)];
-    for (size_t i = 0; i < kExcuses; ++i)
+bool Ledger::Exempts(Check check) {
+    const std::bitset<kExemptions>& open = open_[Index(check)];
+    for (size_t i = 0; i < kExemptions; ++i)
         if (open[i]) ++used_[i][Index(check)];
     return open.any();
 }
@@ -193,72 +193,74 @@ void NoteMouse(Ledger& ledger, const State& before, const State& after, const Mo
     NoteGesture(ledger, before, after, facts, outcome, release, down);
     if (facts.message == Message::kLeftDown && facts.kind >= 3 && after.sel_ctrl_shift &&
         !before.sel_ctrl_shift)
-        ledger.Note(Excuse::kClickPops, {Check::kDepth});
+        ledger.Note(Exemption::kClickPops, {Check::kDepth});
     if (before.quick && !after.quick && (after.requests & 1))
-        ledger.Note(Excuse::kLockKept, {Check::kLock, Check::kGizmo, Check::kCapture});
+        ledger.Note(Exemption::kLockKept, {Check::kLock, Check::kGizmo, Check::kCapture});
     if (!release) return;
 
-    const Excuse lost = LostBy(facts, before, outcome);
+    const Exemption lost = LostBy(facts, before, outcome);
     const bool left = facts.message == Message::kLeftUp || facts.border_release;
     const bool middle = facts.message == Message::kMiddleUp || facts.border_release;
     if (middle && before.quick && after.quick)
-        ledger.Note(
-            lost == Excuse::kNoRow || lost == Excuse::kQuickTakes ? Excuse::kOtherWindow : lost,
-            {Check::kQuick, Check::kLock, Check::kGizmo, Check::kCapture});
+        ledger.Note(lost == Exemption::kNoRow || lost == Exemption::kQuickTakes
+                        ? Exemption::kOtherWindow
+                        : lost,
+                    {Check::kQuick, Check::kLock, Check::kGizmo, Check::kCapture});
     if (left && before.Selecting() && after.Selecting()) {
-        Excuse reason = lost;
-        if (reason == Excuse::kNoRow) {
+        Exemption reason = lost;
+        if (reason == Exemption::kNoRow) {
             const bool here =
                 facts.kind == hook_model::kOtherWindow || facts.kind == hook_model::kSchematic;
-            reason = before.Drags() || outcome.swallowed ? Excuse::kGestureTakes
-                     : here                              ? Excuse::kOtherWindow
-                                                         : Excuse::kModeForbids;
+            reason = before.Drags() || outcome.swallowed ? Exemption::kGestureTakes
+                     : here                              ? Exemption::kOtherWindow
+                                                         : Exemption::kModeForbids;
         }
         ledger.Note(reason, {Check::kSelect, Check::kDepth, Check::kKeysDown, Check::kCapture});
     }
     if (before.scrub >= 2 && after.scrub >= 2) {
-        const Excuse reason = outcome.scrubbed ? Excuse::kScrubEdge
-                              : lost == Excuse::kNoRow || lost == Excuse::kQuickTakes
-                                  ? Excuse::kNoThumb
-                                  : lost;
+        const Exemption reason = outcome.scrubbed ? Exemption::kScrubEdge
+                                 : lost == Exemption::kNoRow || lost == Exemption::kQuickTakes
+                                     ? Exemption::kNoThumb
+                                     : lost;
         ledger.Note(reason, {Check::kScrub, Check::kCapture});
     }
     if (middle && before.redirect && after.redirect)
-        ledger.Note(lost == Excuse::kBrushTakes ? Excuse::kOtherWindow : lost,
+        ledger.Note(lost == Exemption::kBrushTakes ? Exemption::kOtherWindow : lost,
                     {Check::kKeysDown, Check::kCapture});
 }
 
 void NoteBetween(Ledger& ledger, const Outcome& outcome) {
     if (outcome.handler != Handler::kNone)
-        ledger.Note(Excuse::kInBetween, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
-                                         Check::kKeysDown, Check::kDepth, Check::kCapture});
-    if (outcome.shift_click) ledger.Note(Excuse::kInBetween, {Check::kDepth});
-    if (outcome.quick_begins) ledger.Note(Excuse::kInBetween, {Check::kGizmo});
+        ledger.Note(Exemption::kInBetween, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
+                                            Check::kKeysDown, Check::kDepth, Check::kCapture});
+    if (outcome.shift_click) ledger.Note(Exemption::kInBetween, {Check::kDepth});
+    if (outcome.quick_begins) ledger.Note(Exemption::kInBetween, {Check::kGizmo});
 }
 
 void NoteUnseen(Ledger& ledger, const State& now) {
     if (now.Gesture())
-        ledger.Note(Excuse::kUnseen, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
-                                      Check::kKeysDown, Check::kDepth, Check::kCapture});
+        ledger.Note(Exemption::kUnseen, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
+                                         Check::kKeysDown, Check::kDepth, Check::kCapture});
     if (now.quick)
-        ledger.Note(Excuse::kUnseen, {Check::kQuick, Check::kLock, Check::kGizmo, Check::kCapture});
+        ledger.Note(Exemption::kUnseen,
+                    {Check::kQuick, Check::kLock, Check::kGizmo, Check::kCapture});
     if (now.Selecting())
-        ledger.Note(Excuse::kUnseen,
+        ledger.Note(Exemption::kUnseen,
                     {Check::kSelect, Check::kDepth, Check::kKeysDown, Check::kCapture});
-    if (now.scrub >= 2) ledger.Note(Excuse::kUnseen, {Check::kScrub, Check::kCapture});
-    if (now.redirect) ledger.Note(Excuse::kUnseen, {Check::kKeysDown, Check::kCapture});
+    if (now.scrub >= 2) ledger.Note(Exemption::kUnseen, {Check::kScrub, Check::kCapture});
+    if (now.redirect) ledger.Note(Exemption::kUnseen, {Check::kKeysDown, Check::kCapture});
 }
 
 void NoteKey(Ledger& ledger, const State& before, const hook_model::KeyFacts& facts) {
     if (!facts.up) return;
     if (facts.navigation) {
-        if (before.scrub && before.snap) ledger.Note(Excuse::kTwoHeld, {Check::kSticky});
+        if (before.scrub && before.snap) ledger.Note(Exemption::kTwoHeld, {Check::kSticky});
         return;
     }
-    if (before.requests & 4) ledger.Note(Excuse::kNavigationOff, {Check::kLock, Check::kGizmo});
-    if (before.scrub) ledger.Note(Excuse::kNavigationOff, {Check::kScrub});
-    if (before.snap || before.nudge) ledger.Note(Excuse::kNavigationOff, {Check::kSticky});
-    if (before.nudge) ledger.Note(Excuse::kNavigationOff, {Check::kGizmo});
+    if (before.requests & 4) ledger.Note(Exemption::kNavigationOff, {Check::kLock, Check::kGizmo});
+    if (before.scrub) ledger.Note(Exemption::kNavigationOff, {Check::kScrub});
+    if (before.snap || before.nudge) ledger.Note(Exemption::kNavigationOff, {Check::kSticky});
+    if (before.nudge) ledger.Note(Exemption::kNavigationOff, {Check::kGizmo});
 }
 
-}  // namespace excuses
+}  // namespace exemptions

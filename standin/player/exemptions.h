@@ -1,6 +1,6 @@
-// Where the required behaviour itself breaks what a walk checks. Each excuse is one situation with
-// its reason; it frees only the checks that the situation touches, and only until what they look at
-// is clean again. Needs no Windows.
+// Where the required behaviour itself breaks what a walk checks. Each exemption is one situation
+// with its reason; it frees only the checks that the situation touches, and only until what they
+// look at is clean again. Needs no Windows.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 #include "standin/player/hook_model.h"
 
-namespace excuses {
+namespace exemptions {
 
 enum class Check {
     kGesture,      // no orbit, zoom, pan or refused gesture is left
@@ -33,7 +33,7 @@ constexpr int kChecks = static_cast<int>(Check::kCount);
 std::string_view TextOf(Check check);  // what is said when it does not hold
 std::string_view NameOf(Check check);
 
-enum class Excuse {
+enum class Exemption {
     kNavigationOff,
     kBorder,
     kUnseen,
@@ -70,39 +70,39 @@ enum class Excuse {
     kFault,
     kCount,
 };
-constexpr int kExcuses = static_cast<int>(Excuse::kCount);
+constexpr int kExemptions = static_cast<int>(Exemption::kCount);
 
 struct Text {
     std::string_view name;
     std::string_view situation;
     std::string_view reason;
 };
-const Text& Of(Excuse excuse);
+const Text& Of(Exemption exemption);
 
 class Ledger {
 public:
     // The situation has come about: these checks are not held against the plug-in.
-    void Note(Excuse excuse, std::span<const Check> checks);
-    void Note(Excuse excuse, std::initializer_list<Check> checks);
-    // What this check looks at is clean: its excuses are forgotten.
+    void Note(Exemption exemption, std::span<const Check> checks);
+    void Note(Exemption exemption, std::initializer_list<Check> checks);
+    // What this check looks at is clean: its exemptions are forgotten.
     void Clean(Check check) { open_[Index(check)].reset(); }
-    // The check does not hold. True: it is excused, and that is counted.
-    bool Excused(Check check);
+    // The check does not hold. True: it is exempted, and that is counted.
+    bool Exempts(Check check);
     bool IsOpen(Check check) const { return open_[Index(check)].any(); }
 
-    using Counts = std::array<std::array<unsigned long long, kChecks>, kExcuses>;
+    using Counts = std::array<std::array<unsigned long long, kChecks>, kExemptions>;
     const Counts& Used() const { return used_; }
-    const std::array<unsigned long long, kExcuses>& Arisen() const { return arisen_; }
+    const std::array<unsigned long long, kExemptions>& Arisen() const { return arisen_; }
 
 private:
     static size_t Index(Check check) { return static_cast<size_t>(check); }
 
-    std::array<std::bitset<kExcuses>, kChecks> open_;
-    std::array<unsigned long long, kExcuses> arisen_{};
+    std::array<std::bitset<kExemptions>, kChecks> open_;
+    std::array<unsigned long long, kExemptions> arisen_{};
     Counts used_{};
 };
 
-// What a mouse event that went from `before` to `after` excuses. `down`: the buttons that are down
+// What a mouse event that went from `before` to `after` exempts. `down`: the buttons that are down
 // after it.
 void NoteMouse(Ledger& ledger, const hook_model::State& before, const hook_model::State& after,
                const hook_model::MouseFacts& facts, const hook_model::Outcome& outcome, int down);
@@ -114,4 +114,4 @@ void NoteUnseen(Ledger& ledger, const hook_model::State& now);
 // Likewise for a key event.
 void NoteKey(Ledger& ledger, const hook_model::State& before, const hook_model::KeyFacts& facts);
 
-}  // namespace excuses
+}  // namespace exemptions
