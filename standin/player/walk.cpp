@@ -62,7 +62,7 @@ constexpr const char* kLastDown = "key down f8";
 constexpr const char* kLastUp = "key up f8";
 
 // What a walk may leave behind for good; the next part begins without it.
-constexpr const char* kWash[] = {
+constexpr const char* kResetCommands[] = {
     "mode 6",
     "polytools present",
     "scripts take 0",
@@ -166,7 +166,7 @@ private:
             OneKeyUp(key);
         Step(kLastDown);
         Step(kLastUp);
-        for (const char* line : kWash)
+        for (const char* line : kResetCommands)
             Step(line);
         last_size_ = static_cast<int>(lines_.size());
     }
@@ -862,10 +862,11 @@ Lines Mend(const Lines& lines) {
     if (rests) {
         // Nothing but what is put right has come since.
         const auto rest = std::find(mended.rbegin(), mended.rend(), kLastUp);
-        const auto washes = [](const std::string& line) {
-            return std::find(std::begin(kWash), std::end(kWash), line) != std::end(kWash);
+        const auto resets = [](const std::string& line) {
+            return std::find(std::begin(kResetCommands), std::end(kResetCommands), line) !=
+                   std::end(kResetCommands);
         };
-        if (std::all_of(mended.rbegin(), rest, washes)) return mended;
+        if (std::all_of(mended.rbegin(), rest, resets)) return mended;
     }
     if (busy) mended.push_back("busy off");
     if (peeks) mended.push_back("peek off");
@@ -890,7 +891,8 @@ size_t EventsIn(const Lines& lines) {
     return static_cast<size_t>(std::count_if(
         lines.begin() + static_cast<std::ptrdiff_t>(HeadOf(lines)), lines.end(),
         [](const std::string& line) {
-            return std::find(std::begin(kWash), std::end(kWash), line) == std::end(kWash);
+            return std::find(std::begin(kResetCommands), std::end(kResetCommands), line) ==
+                   std::end(kResetCommands);
         }));
 }
 
