@@ -514,7 +514,7 @@ void TakeForeground(HWND main_window) {
     ::SetFocus(main_window);
     if (g_desk.interactive) return;
     if (!IsVirtual()) ::SetCursorPos(0, 0);
-    // What the windows' making and the cursor's first place set off is nobody's deed.
+    // What the windows' making and the cursor's first place set off is nobody's input.
     MSG message;
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_INPUT | PM_QS_POSTMESSAGE)) {
     }

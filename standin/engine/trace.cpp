@@ -35,7 +35,7 @@ struct Journal {
     bool clear_at_next_line[kReadings] = {};
     std::function<std::string(HWND)> facts;
     HWND event_window = nullptr;
-    std::vector<std::string> deeds;
+    std::vector<std::string> all_effects;
 };
 
 // The watchdog's thread writes what there is, so every access is guarded.
@@ -106,8 +106,8 @@ void Effect(std::string_view kind, std::string_view text) {
     const int depth = g_journal.depth;
     WriteLine(depth > 0 ? depth - 1 : 0, kind, text);
     if (depth <= 1) Keep(Reading::kEffects, kind, text);
-    if (g_journal.deeds.size() < kMostLinesOfAnEvent)
-        g_journal.deeds.push_back(std::string(kind) + ' ' + std::string(text));
+    if (g_journal.all_effects.size() < kMostLinesOfAnEvent)
+        g_journal.all_effects.push_back(std::string(kind) + ' ' + std::string(text));
 }
 
 void Fact(Reading reading, std::string_view kind, std::string_view text) {
@@ -248,7 +248,7 @@ void BeginCommand(bool is_event) {
         g_journal.clear_at_next_line[list] = !is_event;
         if (is_event) g_journal.unread[list].Clear();
     }
-    g_journal.deeds.clear();
+    g_journal.all_effects.clear();
     ++g_progress;
 }
 
@@ -266,8 +266,8 @@ const std::vector<std::string>& EffectsOfCommand() {
     return g_journal.unread[static_cast<int>(Reading::kEffects)].lines;
 }
 
-const std::vector<std::string>& DeedsOfCommand() {
-    return g_journal.deeds;
+const std::vector<std::string>& AllEffectsOfCommand() {
+    return g_journal.all_effects;
 }
 
 unsigned long long Progress() {

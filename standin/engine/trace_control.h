@@ -38,10 +38,10 @@ void BeginCommand(bool is_event);
 // `state`, `value` and `got` lines.
 enum class Reading { kEffects, kStates, kValues, kArrivals };
 std::optional<std::string> NextLine(Reading reading);
-// All effects of the last command, read or not.
+// The effects of the last command, read or not.
 const std::vector<std::string>& EffectsOfCommand();
-// The same without `out` lines and with the effects of whatever came in between.
-const std::vector<std::string>& DeedsOfCommand();
+// The same without `out` lines and with the effects of the events in between.
+const std::vector<std::string>& AllEffectsOfCommand();
 
 // Grows with every event that ends and every command; a watchdog looks at it.
 unsigned long long Progress();

@@ -1,6 +1,6 @@
 // The world that the plug-in lives in: windows, scene, command modes, actions, toolbar, menus,
-// editors, MAXScript. These are the host's own deeds, untraced; engine_api.cpp adds the trace for
-// what the plug-in does. The player's commands map to these functions one to one.
+// editors, MAXScript. This is what the host does itself, untraced; engine_api.cpp adds the trace
+// for what the plug-in does. The player's commands map to these functions one to one.
 #pragma once
 
 #include <windows.h>
@@ -122,7 +122,7 @@ bool HostKey(int virtual_key, bool repeated);
 void TurnWheel(POINT screen, bool forward);
 
 // What the status line says besides the mode: the last commands, newest last.
-void NoteDeed(std::string_view text);
+void NoteCommand(std::string_view text);
 // Draws every window's picture now (before a screenshot).
 void PaintNow();
 

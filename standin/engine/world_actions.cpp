@@ -168,7 +168,7 @@ static void SetActionChecked(eng_action& action, bool checked) {
 
 bool ExecuteAction(eng_action& action) {
     if (!EditorTakesAction(action)) return false;
-    NoteDeed(action.name);
+    NoteCommand(action.name);
     if (action.stuck) return true;
     if (action.table == kMainTable && (action.id == 50020 || action.id == 50022))
         StepKey(action.id == 50022);
@@ -263,7 +263,7 @@ void SetButtonChecked(eng_button& button, bool checked) {
 void ButtonCommand(eng_button& button, int code) {
     const int id = button.id;
     if (code != BN_CLICKED && code != kFlyoffChosen) return;
-    NoteDeed("click " + button.name);
+    NoteCommand("click " + button.name);
     if (IsGeometryTool(button)) {
         SetButtonChecked(button, !button.checked);
     } else if (IsSculptBrush(button)) {

@@ -390,10 +390,10 @@ void DrawStatus(Canvas& canvas) {
     for (const Held& row : kHeld)
         if (desk::KeyDown(row.key)) held += (held.empty() ? "" : " + ") + std::string(row.name);
     canvas.Text(8, 17, "Held: " + (held.empty() ? std::string("nothing") : held), kYellow);
-    std::string deeds;
-    for (const std::string& deed : g_world.deeds)
-        deeds += (deeds.empty() ? "" : "  |  ") + deed;
-    canvas.Text(8, 32, "Last: " + deeds, kDim);
+    std::string last;
+    for (const std::string& command : g_world.last_commands)
+        last += (last.empty() ? "" : "  |  ") + command;
+    canvas.Text(8, 32, "Last: " + last, kDim);
     const RECT well{canvas.area.right - 110, 2, canvas.area.right - 8, canvas.area.bottom - 2};
     canvas.Fill(well, RGB(150, 150, 150));
     canvas.Text(well.left + 4, well.top + 2, "Cursor", RGB(20, 20, 20));

@@ -214,7 +214,7 @@ void BeginEdit(const Editor& editor) {
     for (Track* track : g_world.selected_tracks)
         g_edit.keys_before.push_back(KeysOf(*track));
     g_edit.vertices_before = g_world.unwrap_vertices;
-    NoteDeed("edit in " + std::string(editor.name));
+    NoteCommand("edit in " + std::string(editor.name));
 }
 
 void MoveEdit(const Editor& editor, POINT point) {

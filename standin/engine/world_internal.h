@@ -273,7 +273,7 @@ struct State {
     int views_out = 0;
     int buttons_out = 0;
     std::string listener_text;
-    std::vector<std::string> deeds;
+    std::vector<std::string> last_commands;
     std::set<Try> tried;
     int null_releases = 0;
 };

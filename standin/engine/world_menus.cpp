@@ -230,7 +230,7 @@ bool MenuCommand(UINT command) {
     }
     const eng_item* item = ItemOfCommand(command);
     if (!item) return false;
-    NoteDeed("menu " + TitleOf(*item));
+    NoteCommand("menu " + TitleOf(*item));
     if (IsPluginItem(*item))
         RunPluginAction(item->action);
     else if (eng_action* action = FindAction(item->table, item->action))

@@ -52,7 +52,7 @@ void ChangeModes(std::vector<eng_mode*> modes) {
     // Out of a view mode the arrow comes back at once, not with the next move.
     if (g_world.options.visible && before && now && HostCursor(before->id) && !HostCursor(now->id))
         SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)));
-    NoteDeed("mode " + ModeText(now));
+    NoteCommand("mode " + ModeText(now));
     Redraw();
     if (!g_plugin_calls || !g_plugin_calls->mode_changed) return;
     const std::vector<void*> callbacks = g_world.mode_callbacks;

@@ -382,7 +382,7 @@ bool Undo() {
     if (g_world.undo.empty() || !g_world.holds.empty()) return false;
     const UndoRecord record = std::move(g_world.undo.back());
     g_world.undo.pop_back();
-    NoteDeed("undo " + record.name);
+    NoteCommand("undo " + record.name);
     RestoreScene(record.before);
     return true;
 }

@@ -219,7 +219,7 @@ public:
     void ToggleTool(int group, int index, bool on) override {
         constexpr int kSculptGroup = 2;
         if (group == kSculptGroup) g_world.sculpt_tool = on ? index : 0;
-        NoteDeed("tool " + std::to_string(index) + (on ? " on" : " off"));
+        NoteCommand("tool " + std::to_string(index) + (on ? " on" : " off"));
     }
 
     void WriteListener(const std::string& text) override { trace::Listener(text); }

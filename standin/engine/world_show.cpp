@@ -364,10 +364,11 @@ std::vector<std::string> Leaks() {
     return lines;
 }
 
-void NoteDeed(std::string_view text) {
+void NoteCommand(std::string_view text) {
     if (!g_world.options.visible) return;
-    g_world.deeds.emplace_back(text);
-    if (g_world.deeds.size() > 5) g_world.deeds.erase(g_world.deeds.begin());
+    g_world.last_commands.emplace_back(text);
+    if (g_world.last_commands.size() > 5)
+        g_world.last_commands.erase(g_world.last_commands.begin());
     if (g_world.status) InvalidateRect(g_world.status, nullptr, FALSE);
 }
 

@@ -182,7 +182,7 @@ void BeginTransform(const eng_view& view) {
     for (const eng_node* node : g_drag.nodes)
         g_drag.before.push_back(node->state);
     g_drag.pivot = SelectionPivot();
-    NoteDeed(std::string(TransformName(g_drag.mode, g_drag.clone)) + " in " + view.name);
+    NoteCommand(std::string(TransformName(g_drag.mode, g_drag.clone)) + " in " + view.name);
 }
 
 void MoveTransform(const eng_view& view, POINT point) {
@@ -259,7 +259,7 @@ void ClickSelect(eng_node* hit, Modifiers keys) {
         if (hit) nodes.push_back(hit);
     }
     if (nodes == g_world.selection) return;
-    NoteDeed(hit ? "click on " + hit->name : std::string("click on nothing"));
+    NoteCommand(hit ? "click on " + hit->name : std::string("click on nothing"));
     HoldBegin();
     SetSelection(nodes);
     HoldAccept("Select");
@@ -362,11 +362,11 @@ void Release(eng_view& view, unsigned button, POINT point) {
         if (drag.kind == DragKind::kTransform)
             EndTransform(true);
         else
-            NoteDeed(std::string(drag.kind == DragKind::kOrbit  ? "orbit "
-                                 : drag.kind == DragKind::kZoom ? "zoom "
-                                 : drag.kind == DragKind::kPan  ? "pan "
-                                                                : "select ") +
-                     view.name);
+            NoteCommand(std::string(drag.kind == DragKind::kOrbit  ? "orbit "
+                                    : drag.kind == DragKind::kZoom ? "zoom "
+                                    : drag.kind == DragKind::kPan  ? "pan "
+                                                                   : "select ") +
+                        view.name);
         g_drag = {};
         if (drag.kind == DragKind::kTransform && !drag.begun && drag.deselect && !SelectionLocked())
             ClickSelect(nullptr, {});
@@ -597,7 +597,7 @@ void ZoomExtents(eng_view& view, bool selected_only) {
     view.camera.target = (low + high) * 0.5;
     const double radius = Length(high - low) / 2;
     view.camera.distance = std::max(1.0, radius * 1.1 / std::sin(Radians(kFieldOfView / 2)));
-    NoteDeed(selected_only ? "zoom extents selected" : "zoom extents");
+    NoteCommand(selected_only ? "zoom extents selected" : "zoom extents");
     Redraw();
 }
 
@@ -644,7 +644,7 @@ void TurnWheel(POINT screen, bool forward) {
     if (!view || view->locked) return;
     constexpr double kPixelsANotch = 40;
     Zoom(*view, forward ? -kPixelsANotch : kPixelsANotch, false);
-    NoteDeed("wheel in " + view->name);
+    NoteCommand("wheel in " + view->name);
     Redraw();
 }
 

@@ -529,7 +529,7 @@ void Create(const Options& options) {
     g_world.created = true;
     CreateWindows();
     ReplaceMode(6);
-    g_world.deeds.clear();
+    g_world.last_commands.clear();
 }
 
 void Destroy() {

@@ -100,7 +100,7 @@ bool IsInput(Verb verb) {
 }
 
 bool HasEffect(std::string_view pattern, size_t from = 0) {
-    const auto& effects = trace::DeedsOfCommand();
+    const auto& effects = trace::AllEffectsOfCommand();
     return std::any_of(
         effects.begin() + static_cast<std::ptrdiff_t>(std::min(from, effects.size())),
         effects.end(),
@@ -193,7 +193,7 @@ std::string TextOf(const hook_model::Sent& sent) {
 // What the plug-in did in one call of a hook that goes on since, without the calls in between.
 template <typename Calls>
 std::vector<std::string> OwnEffects(size_t from, size_t to, const Calls& inner) {
-    const auto& all = trace::DeedsOfCommand();
+    const auto& all = trace::AllEffectsOfCommand();
     to = std::min(to, all.size());
     std::vector<std::string> own;
     auto next = inner.begin();
@@ -487,7 +487,7 @@ void Checker::BeforeHook(const desk::HookCall& call) {
     begun.looks = call.code == HC_NOREMOVE;
     begun.mouse_facts.looked_at = !begun.looks && begun.event == looked_at_;
     begun.at_begin = PluginState();
-    begun.effects_from = trace::DeedsOfCommand().size();
+    begun.effects_from = trace::AllEffectsOfCommand().size();
     if (!calls_.empty()) {
         const Call& outer = calls_.back();
         const auto so_far = OwnEffects(outer.effects_from, begun.effects_from, outer.inner);
@@ -503,7 +503,7 @@ void Checker::AfterHook(const desk::HookCall&, bool swallowed) {
     looked_at_ = call.looks && !swallowed ? call.event : std::string();
     call.swallowed = swallowed;
     call.at_end = PluginState();
-    call.effects_to = trace::DeedsOfCommand().size();
+    call.effects_to = trace::AllEffectsOfCommand().size();
     call.effects = OwnEffects(call.effects_from, call.effects_to, call.inner);
     call.down = down_;
     if (call.inner.empty()) call.toolbar = Toolbar(call.at_begin, call.at_end, call.effects);
@@ -546,7 +546,7 @@ void Checker::Judge(const Call& call) {
     };
     const hook_model::Outcome outcome =
         call.mouse ? model_.Mouse(call.mouse_facts, between) : model_.Key(call.key_facts);
-    if (broken_.empty()) broken_ = CompareDoings(call, outcome);
+    if (broken_.empty()) broken_ = CompareEffects(call, outcome);
     for (; next < call.inner.size(); ++next)
         Judge(call.inner[next]);
     if (call.mouse) {
@@ -560,7 +560,7 @@ void Checker::Judge(const Call& call) {
 }
 
 // What a call has sent to windows and injected.
-std::string Checker::CompareDoings(const Call& call, const hook_model::Outcome& outcome) const {
+std::string Checker::CompareEffects(const Call& call, const hook_model::Outcome& outcome) const {
     // What a fault makes of it is not the question here.
     if (!faults_.empty()) return {};
     size_t sends = 0;
@@ -681,11 +681,11 @@ void Checker::Before(const Command& command) {
 }
 
 // What has come about since it was last asked, between two calls of the hooks or in one of them, is
-// either the plug-in's deed or that of the user and the host: a click on a brush or on the lock, a
+// either the plug-in's work or that of the user and the host: a click on a brush or on the lock, a
 // script.
 void Checker::NoteHost() {
     const size_t from = effects_seen_;
-    effects_seen_ = trace::DeedsOfCommand().size();
+    effects_seen_ = trace::AllEffectsOfCommand().size();
     const int depth = world::ModeDepth();
     const bool enters = HasEffect("sdk PushStdCommandMode *", from);
     if (depth_seen_ == 0 && enters) ledger_.Note(Exemption::kEmptyStack, {Check::kDepth});
@@ -710,7 +710,7 @@ void Checker::NoteHost() {
 }
 
 // A call that fails leaves undone what it was made for; which of them matter at rest.
-void Checker::NoteHostsDoings() {
+void Checker::NoteFaults() {
     struct Row {
         std::string_view call;
         std::vector<Check> checks;
@@ -733,7 +733,7 @@ void Checker::NoteHostsDoings() {
         // The lock button is only asked once its class is known.
         {"GetClassNameA", {Check::kLock}},
     };
-    const bool acted = !trace::DeedsOfCommand().empty();
+    const bool acted = !trace::AllEffectsOfCommand().empty();
     if (!acted && PluginState() == before_command_) return;
     if (!faults_.empty())
         for (const Row& row : kRows)
@@ -751,7 +751,7 @@ void Checker::NoteHostsDoings() {
     if (stuck(59231)) ledger_.Note(Exemption::kStuckAction, {Check::kLock});
 }
 
-// What a command changes that is nobody's deed but the user's or the host's.
+// What a command changes that is the user's or the host's doing.
 void Checker::NoteCommand(const Command& command) {
     const auto hold = [this, &command](const std::string& name) {
         if (command.on)
@@ -780,7 +780,7 @@ void Checker::NoteCommand(const Command& command) {
     }
     NoteHost();
     if (!busy_ && (down_ & ~ButtonsDown())) exemptions::NoteUnseen(ledger_, model_.Now());
-    NoteHostsDoings();
+    NoteFaults();
     if (IsInput(command.verb)) return;
     // A command may arm what a key's release ends, and a poke is meant to change what it names.
     State state = model_.Now();
@@ -824,7 +824,7 @@ std::string Checker::After(const Command& command) {
     if (!plugin::IsLoaded()) return {};
     if (!began_) Begin();
     if (command.verb == Verb::kCommand && !asked_ && broken_.empty())
-        broken_ = Toolbar(before_command_, PluginState(), trace::DeedsOfCommand());
+        broken_ = Toolbar(before_command_, PluginState(), trace::AllEffectsOfCommand());
     NoteCommand(command);
     if (!broken_.empty()) return broken_;
     const State& now = model_.Now();

@@ -56,7 +56,7 @@ private:
     void Begin();
     void Judge(const Call& call);
     std::string Compare(const Call& call, const hook_model::Outcome& outcome) const;
-    std::string CompareDoings(const Call& call, const hook_model::Outcome& outcome) const;
+    std::string CompareEffects(const Call& call, const hook_model::Outcome& outcome) const;
     std::string Toolbar(const hook_model::State& before, const hook_model::State& after,
                         const std::vector<std::string>& effects) const;
     std::string AtRest();
@@ -79,7 +79,7 @@ private:
     bool NobodyHoldsWhatIsDown() const;
     bool IsGizmoAsBefore() const;
     bool IsLockOff() const;
-    void NoteHostsDoings();
+    void NoteFaults();
     void NoteHost();
     void NotePasses(const Call& call);
     void ForgetWhatIsClean();

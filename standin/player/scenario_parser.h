@@ -128,7 +128,7 @@ bool IsAnyLines(std::string_view expected);
 // The virtual key of a key's name, 0 for an unknown one.
 int KeyByName(std::string_view name);
 
-// Whether a command's doings are what the next `expect` reads.
+// Whether a command's effects are what the next `expect` reads.
 bool IsEvent(Verb verb);
 
 }  // namespace scenario

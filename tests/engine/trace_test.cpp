@@ -33,8 +33,8 @@ TEST_F(TraceTest, ACommandThatSetsNothingOffHasNoEffectsOfAnEarlierOne) {
     EXPECT_EQ(trace::EffectsOfCommand(), Lines{});
 }
 
-// What happens in the middle of an event is no effect of its own, but a deed of the command.
-TEST_F(TraceTest, DeedsOfACommandAreThoseOfEventsInBetweenAsWell) {
+// What happens in the middle of an event is no effect of its own, but one of the command.
+TEST_F(TraceTest, AllEffectsOfACommandAreThoseOfEventsInBetweenAsWell) {
     trace::In("mouse 1");
     trace::Win("SendMessageA 1");
     trace::In("mouse 2");
@@ -44,10 +44,10 @@ TEST_F(TraceTest, DeedsOfACommandAreThoseOfEventsInBetweenAsWell) {
     trace::Out("swallow");
     EXPECT_EQ(trace::EffectsOfCommand(),
               (Lines{"win SendMessageA 1", "win SetCursor 118", "out swallow"}));
-    EXPECT_EQ(trace::DeedsOfCommand(),
+    EXPECT_EQ(trace::AllEffectsOfCommand(),
               (Lines{"win SendMessageA 1", "win SendMessageA 2", "win SetCursor 118"}));
     trace::BeginCommand(false);
-    EXPECT_EQ(trace::DeedsOfCommand(), Lines{});
+    EXPECT_EQ(trace::AllEffectsOfCommand(), Lines{});
 }
 
 TEST_F(TraceTest, WhatIsUnreadStaysToBeReadUntilTheNextLine) {
