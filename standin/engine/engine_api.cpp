@@ -1,4 +1,4 @@
-// The door: each call of the plug-in is written down, then done to the world.
+// The C interface: each call of the plug-in is written down, then done to the world.
 #include "standin/engine/engine_api.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The engine's door for the host DLLs: plain C functions, the same for both C++ ABIs.
+// The engine's interface for the host DLLs: plain C functions, the same for both C++ ABIs.
 //
 // Everything that the plug-in does to the host arrives here, and nothing else does: each function
 // first writes its trace line (an effect or a reader, as docs/trace.md tells) and then acts on the

@@ -1,5 +1,5 @@
 // What the files of the world share: the scene, the stacks and tables, and the handles that the
-// engine's door gives out. Nothing outside the engine includes this.
+// engine's C interface gives out. Nothing outside the engine includes this.
 #pragma once
 
 #include <windows.h>
