@@ -85,8 +85,8 @@ json RunPart(const std::string& part, const Options& options) {
 json MeasureCounts(const plugin::Files& files) {
     constexpr int kTurns = 16;
     std::string message;
-    if (!stage::Open(desk::InputKind::kVirtual, files, &message)) return {{"error", message}};
-    if (!passages::Open(desk::InputKind::kVirtual))
+    if (!stage::Open(input::Kind::kVirtual, files, &message)) return {{"error", message}};
+    if (!passages::Open(input::Kind::kVirtual))
         return {{"error", "the plug-in installed no hooks"}};
     json result = call_counts::CountAll(kTurns);
     stage::Close();

@@ -14,7 +14,7 @@
 #include "benchmarks/passages.h"
 #include "benchmarks/situations.h"
 #include "benchmarks/stage.h"
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/world.h"
 
 namespace hook_work {
@@ -98,9 +98,9 @@ BOOL WINAPI FakeGetWindowRect(HWND, RECT* frame) {
 }
 
 void PrepareFakes(const Situation& situation) {
-    g_fakes.cursor = desk::CursorSoFar();
+    g_fakes.cursor = input::CursorSoFar();
     for (int key = 0; key < 256; ++key)
-        g_fakes.keys[key] = desk::AsyncDown(key) ? static_cast<SHORT>(0x8000) : SHORT{0};
+        g_fakes.keys[key] = input::AsyncDown(key) ? static_cast<SHORT>(0x8000) : SHORT{0};
     if (situation.message == Message::kModifier)
         g_fakes.keys[VK_CONTROL] = static_cast<SHORT>(0x8000);
     const HWND window = world::Find(situation.window);
@@ -277,7 +277,7 @@ json MeasureSituation(const Situation& situation, const Sizes& sizes) {
 json MeasureGestures(int gestures) {
     call_sites::SetMode(Mode::kCount);
     call_sites::Forget();
-    const desk::Counts before = desk::CountsSoFar();
+    const input::Counts before = input::CountsSoFar();
     const std::vector<Situation> all = situations::Repeated();
     for (int i = 0; i < gestures; ++i) {
         const Situation& situation = all[static_cast<size_t>(i) % all.size()];
@@ -293,12 +293,12 @@ json MeasureGestures(int gestures) {
         }
         situations::Leave(situation);
     }
-    const desk::Counts after = desk::CountsSoFar();
+    const input::Counts after = input::CountsSoFar();
     const json result = {
         {"gestures", gestures},
         {"messages", after.passed + after.swallowed - before.passed - before.swallowed},
         {"allocations", call_sites::Count().heap},
-        {"keys_left_down", desk::AnythingDown()},
+        {"keys_left_down", input::AnythingDown()},
         {"modes_on_stack", world::ModeDepth()}};
     call_sites::SetMode(Mode::kUntouched);
     return result;
@@ -308,9 +308,9 @@ json MeasureGestures(int gestures) {
 
 json Measure(const plugin::Files& files, const Sizes& sizes) {
     std::string message;
-    if (!stage::Open(desk::InputKind::kVirtual, files, &message)) return {{"error", message}};
+    if (!stage::Open(input::Kind::kVirtual, files, &message)) return {{"error", message}};
     UseFakes();
-    if (!passages::Open(desk::InputKind::kVirtual))
+    if (!passages::Open(input::Kind::kVirtual))
         return {{"error", "the plug-in installed no hooks"}};
     json result = {{"places", CountPlaces()}};
     for (const Situation& situation : situations::Repeated())

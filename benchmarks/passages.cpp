@@ -1,6 +1,6 @@
 #include "benchmarks/passages.h"
 
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/plugin_loader.h"
 #include "standin/engine/world.h"
 
@@ -44,21 +44,21 @@ LRESULT CALLBACK SendShortcut(int, WPARAM command, LPARAM main_window) {
 
 }  // namespace
 
-bool Open(desk::InputKind input) {
-    g_mouse_hook = desk::g_desk.mouse_hook;
-    g_key_hook = desk::g_desk.key_hook;
+bool Open(input::Kind input) {
+    g_mouse_hook = input::g_input.mouse_hook;
+    g_key_hook = input::g_input.key_hook;
     if (!g_mouse_hook || !g_key_hook) return false;
-    if (input == desk::InputKind::kVirtual) {
-        desk::g_desk.mouse_hook = PassMouse;
-        desk::g_desk.key_hook = PassKey;
+    if (input == input::Kind::kVirtual) {
+        input::g_input.mouse_hook = PassMouse;
+        input::g_input.key_hook = PassKey;
         return true;
     }
-    UnhookWindowsHookEx(desk::g_desk.system_mouse_hook);
-    UnhookWindowsHookEx(desk::g_desk.system_key_hook);
+    UnhookWindowsHookEx(input::g_input.system_mouse_hook);
+    UnhookWindowsHookEx(input::g_input.system_key_hook);
     const DWORD thread = GetCurrentThreadId();
-    desk::g_desk.system_mouse_hook = SetWindowsHookExA(WH_MOUSE, PassMouse, nullptr, thread);
-    desk::g_desk.system_key_hook = SetWindowsHookExA(WH_KEYBOARD, PassKey, nullptr, thread);
-    return desk::g_desk.system_mouse_hook && desk::g_desk.system_key_hook;
+    input::g_input.system_mouse_hook = SetWindowsHookExA(WH_MOUSE, PassMouse, nullptr, thread);
+    input::g_input.system_key_hook = SetWindowsHookExA(WH_KEYBOARD, PassKey, nullptr, thread);
+    return input::g_input.system_mouse_hook && input::g_input.system_key_hook;
 }
 
 void Watch(Around around) {
@@ -87,8 +87,8 @@ void Shortcut() {
 
 void Wheel() {
     MOUSEHOOKSTRUCTEX details{};
-    details.pt = desk::CursorSoFar();
-    details.hwnd = desk::WindowAt(details.pt);
+    details.pt = input::CursorSoFar();
+    details.hwnd = input::WindowAt(details.pt);
     details.wHitTestCode = HTCLIENT;
     details.mouseData = MAKELONG(0, WHEEL_DELTA);
     PassMouse(HC_ACTION, WM_MOUSEWHEEL, reinterpret_cast<LPARAM>(&details));

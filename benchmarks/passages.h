@@ -4,17 +4,17 @@
 
 #include <windows.h>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 
 namespace passages {
 
 // Calls `way` with the arguments and gives back its answer.
 using Around = LRESULT (*)(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam);
 
-// Stands between the desk and the plug-in's hooks; with real input in place of the desk's own
+// Stands between the input and the plug-in's hooks; with real input in place of the engine's own
 // hooks, so that nothing but this lies between the system and the plug-in. False: there are no
 // hooks.
-bool Open(desk::InputKind input);
+bool Open(input::Kind input);
 // Null: nobody looks.
 void Watch(Around around);
 

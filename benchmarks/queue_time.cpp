@@ -8,7 +8,7 @@
 #include "benchmarks/clock.h"
 #include "benchmarks/situations.h"
 #include "benchmarks/stage.h"
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
@@ -62,7 +62,7 @@ public:
         toggle_ = CreateEventA(nullptr, FALSE, FALSE, (name + "-toggle").c_str());
         done_ = CreateEventA(nullptr, FALSE, FALSE, (name + "-done").c_str());
         // Its hooks are those of the desktop that the windows are on.
-        std::string desktop = desk::DesktopName();
+        std::string desktop = input::DesktopName();
         std::string line = "\"" + program + "\" " + name;
         STARTUPINFOA startup{};
         startup.cb = sizeof startup;
@@ -115,7 +115,7 @@ void Pump() {
         if (message.message == WM_MOUSEMOVE || message.message == WM_KEYDOWN ||
             message.message == WM_KEYUP)
             ++g_arrived;
-        desk::Dispatch(&message);
+        input::Dispatch(&message);
     }
 }
 
@@ -123,7 +123,7 @@ void SendMove(POINT to) {
     INPUT record{};
     record.type = INPUT_MOUSE;
     record.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    const SIZE screen = desk::ScreenSize();
+    const SIZE screen = input::ScreenSize();
     record.mi.dx = (to.x * 65536 + screen.cx - 1) / screen.cx;
     record.mi.dy = (to.y * 65536 + screen.cy - 1) / screen.cy;
     SendInput(1, &record, sizeof record);
@@ -235,13 +235,13 @@ json MeasureSituation(const Situation& situation, const Sizes& sizes) {
 
 json Measure(const plugin::Files& files, const std::string& low_level_hook, const Sizes& sizes) {
     std::string message;
-    if (!stage::Open(desk::InputKind::kReal, files, &message)) return {{"error", message}};
+    if (!stage::Open(input::Kind::kReal, files, &message)) return {{"error", message}};
     // The stand-in watches what the plug-in does; here nothing may stand between it and the system.
-    UnhookWindowsHookEx(desk::g_desk.system_mouse_hook);
-    UnhookWindowsHookEx(desk::g_desk.system_key_hook);
-    desk::g_desk.system_mouse_hook = nullptr;
-    desk::g_desk.system_key_hook = nullptr;
-    g_plugin = {desk::g_desk.mouse_hook, desk::g_desk.key_hook};
+    UnhookWindowsHookEx(input::g_input.system_mouse_hook);
+    UnhookWindowsHookEx(input::g_input.system_key_hook);
+    input::g_input.system_mouse_hook = nullptr;
+    input::g_input.system_key_hook = nullptr;
+    g_plugin = {input::g_input.mouse_hook, input::g_input.key_hook};
     call_sites::SetMode(call_sites::Mode::kSystem);
 
     LowLevelProgram low_level;

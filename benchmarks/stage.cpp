@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "benchmarks/call_sites.h"
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
@@ -26,12 +26,12 @@ bool MakeFolder() {
 void Deliver() {
     // The journal keeps the lines of one command.
     trace::BeginCommand(true);
-    desk::Drain();
+    input::Drain();
 }
 
 }  // namespace
 
-bool OpenWorld(desk::InputKind input, const plugin::Files& files, std::string* message) {
+bool OpenWorld(input::Kind input, const plugin::Files& files, std::string* message) {
     if (!MakeFolder()) {
         *message = "the folder " + g_folder + " can not be written, check the temporary folder";
         return false;
@@ -43,15 +43,15 @@ bool OpenWorld(desk::InputKind input, const plugin::Files& files, std::string* m
     options.screen_width = GetSystemMetrics(SM_CXVIRTUALSCREEN);
     options.screen_height = GetSystemMetrics(SM_CYVIRTUALSCREEN);
     *message =
-        desk::Open(input, desk::NewDesktopName(), options.screen_width, options.screen_height);
+        input::Open(input, input::NewDesktopName(), options.screen_width, options.screen_height);
     if (!message->empty()) return false;
     if (!plugin::LoadHost(files, message)) return false;
     world::Create(options);
-    desk::TakeForeground(world::Find("main"));
+    input::TakeForeground(world::Find("main"));
     return true;
 }
 
-bool Open(desk::InputKind input, const plugin::Files& files, std::string* message) {
+bool Open(input::Kind input, const plugin::Files& files, std::string* message) {
     if (!OpenWorld(input, files, message) || !plugin::LoadMap(files.map, message)) return false;
     if (!plugin::Start(files, message)) return false;
     std::vector<HMODULE> host;
@@ -60,7 +60,7 @@ bool Open(desk::InputKind input, const plugin::Files& files, std::string* messag
         host.push_back(GetModuleHandleA(name));
     const size_t slash = files.plugin.find_last_of("\\/");
     call_sites::Find(GetModuleHandleA(files.plugin.substr(slash + 1).c_str()), host);
-    desk::Drain();
+    input::Drain();
     return true;
 }
 
@@ -78,22 +78,22 @@ POINT PlaceIn(const char* window) {
 }
 
 void MoveTo(POINT screen) {
-    desk::InjectMove(screen);
+    input::InjectMove(screen);
     Deliver();
 }
 
 void MoveBy(int dx, int dy) {
-    const POINT from = desk::CursorSoFar();
+    const POINT from = input::CursorSoFar();
     MoveTo({from.x + dx, from.y + dy});
 }
 
 void Button(int virtual_key, bool down, bool soon) {
-    desk::InjectButton(virtual_key, down, soon);
+    input::InjectButton(virtual_key, down, soon);
     Deliver();
 }
 
 void Key(int virtual_key, bool down) {
-    desk::InjectKey(virtual_key, down);
+    input::InjectKey(virtual_key, down);
     Deliver();
 }
 

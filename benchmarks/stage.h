@@ -5,16 +5,16 @@
 
 #include <string>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/plugin_loader.h"
 
 namespace stage {
 
-// Makes the desk, the host's DLLs and the world, without a plug-in. False: *message.
-bool OpenWorld(desk::InputKind input, const plugin::Files& files, std::string* message);
+// Makes the input, the host's DLLs and the world, without a plug-in. False: *message.
+bool OpenWorld(input::Kind input, const plugin::Files& files, std::string* message);
 // The same with the plug-in loaded and started, its settings those of a fresh installation, and
 // the places where it calls out found.
-bool Open(desk::InputKind input, const plugin::Files& files, std::string* message);
+bool Open(input::Kind input, const plugin::Files& files, std::string* message);
 void Close();
 
 // A place inside a window of the world, in screen coordinates.

@@ -9,7 +9,7 @@ namespace start_time {
 
 nlohmann::json MeasureOnce(const plugin::Files& files) {
     std::string message;
-    if (!stage::OpenWorld(desk::InputKind::kVirtual, files, &message)) return {{"error", message}};
+    if (!stage::OpenWorld(input::Kind::kVirtual, files, &message)) return {{"error", message}};
     const double begin = measure::NanosecondsNow();
     const bool loaded = plugin::Load(files, &message);
     const double attached = measure::NanosecondsNow();

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <string>
 
-#include "standin/engine/desk.h"
 #include "standin/engine/faults.h"
+#include "standin/engine/input.h"
 #include "standin/engine/plugin_loader.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"

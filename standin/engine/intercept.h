@@ -1,5 +1,5 @@
 // The plug-in's Win32 calls: its import table is patched before its entry runs, so that each call
-// comes to a wrapper, which writes the trace line and then lets the desk answer or the system.
+// comes to a wrapper, which writes the trace line and then has the engine answer, or the system.
 #pragma once
 
 #include <windows.h>

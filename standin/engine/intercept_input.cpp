@@ -1,8 +1,8 @@
-// Keyboard, mouse, clock and hooks as the plug-in calls them: the desk answers.
+// Keyboard, mouse, clock and hooks as the plug-in calls them.
 #include <cstring>
 
-#include "standin/engine/desk.h"
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/intercept_internal.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/world.h"
@@ -61,7 +61,7 @@ UINT WINAPI OnSendInput(UINT count, INPUT* records, int) {
         text += ' ' + RecordText(records[i]);
     trace::Win(text);
     if (Fails("SendInput")) return 0;
-    return desk::SendInputRecords(records, count);
+    return input::SendInputRecords(records, count);
 }
 
 HCURSOR g_shape = nullptr;
@@ -69,7 +69,7 @@ HCURSOR g_shape = nullptr;
 HCURSOR WINAPI OnSetCursor(HCURSOR cursor) {
     trace::Win("SetCursor " + ResourceText(cursor));
     if (Fails("SetCursor")) return nullptr;
-    if (!desk::IsVirtual()) return ::SetCursor(cursor);
+    if (!input::IsVirtual()) return ::SetCursor(cursor);
     const HCURSOR before = g_shape;
     g_shape = cursor;
     return before;
@@ -78,25 +78,25 @@ HCURSOR WINAPI OnSetCursor(HCURSOR cursor) {
 BOOL WINAPI OnSetCursorPos(int x, int y) {
     trace::Win("SetCursorPos " + PointText(x, y));
     if (Fails("SetCursorPos")) return FALSE;
-    return desk::MoveCursor({x, y});
+    return input::MoveCursor({x, y});
 }
 
 BOOL WINAPI OnGetCursorPos(POINT* point) {
     const bool fails = Fails("GetCursorPos");
-    if (!fails) *point = desk::Cursor();
+    if (!fails) *point = input::Cursor();
     if (trace::AsksWanted())
         trace::Ask("GetCursorPos", fails ? "0" : PointText(point->x, point->y));
     return !fails;
 }
 
 SHORT WINAPI OnGetAsyncKeyState(int key) {
-    const SHORT state = Fails("GetAsyncKeyState") ? SHORT{0} : desk::AsyncKeyState(key);
+    const SHORT state = Fails("GetAsyncKeyState") ? SHORT{0} : input::AsyncKeyState(key);
     if (trace::AsksWanted()) trace::Ask("GetAsyncKeyState " + Number(key), Number(state));
     return state;
 }
 
 SHORT WINAPI OnGetKeyState(int key) {
-    const SHORT state = Fails("GetKeyState") ? SHORT{0} : desk::ThreadKeyState(key);
+    const SHORT state = Fails("GetKeyState") ? SHORT{0} : input::ThreadKeyState(key);
     if (trace::AsksWanted()) trace::Ask("GetKeyState " + Number(key), Number(state));
     return state;
 }
@@ -113,28 +113,28 @@ std::string KeysDown(const BYTE state[256]) {
 
 BOOL WINAPI OnGetKeyboardState(BYTE* state) {
     const bool fails = Fails("GetKeyboardState");
-    if (!fails) desk::ReadKeyboard(state);
+    if (!fails) input::ReadKeyboard(state);
     if (trace::AsksWanted()) trace::Ask("GetKeyboardState", fails ? "0" : KeysDown(state));
     return !fails;
 }
 
 BOOL WINAPI OnSetKeyboardState(BYTE* state) {
     BYTE before[256];
-    desk::ReadKeyboard(before);
+    input::ReadKeyboard(before);
     std::string text = "SetKeyboardState";
     for (int key = 0; key < 256; ++key)
         if (before[key] != state[key]) text += ' ' + Number(key) + "=" + Number(state[key]);
     trace::Win(text);
     if (Fails("SetKeyboardState")) return FALSE;
-    desk::WriteKeyboard(state);
+    input::WriteKeyboard(state);
     return TRUE;
 }
 
 int WINAPI OnGetSystemMetrics(int index) {
     int value = 0;
     if (!Fails("GetSystemMetrics")) {
-        const SIZE screen = desk::ScreenSize();
-        const RECT all = desk::WholeScreen();
+        const SIZE screen = input::ScreenSize();
+        const RECT all = input::WholeScreen();
         switch (index) {
             case SM_CXSCREEN: value = screen.cx; break;
             case SM_CYSCREEN: value = screen.cy; break;
@@ -142,7 +142,7 @@ int WINAPI OnGetSystemMetrics(int index) {
             case SM_YVIRTUALSCREEN: value = all.top; break;
             case SM_CXVIRTUALSCREEN: value = all.right - all.left; break;
             case SM_CYVIRTUALSCREEN: value = all.bottom - all.top; break;
-            case SM_SWAPBUTTON: value = desk::ButtonsAreSwapped(); break;
+            case SM_SWAPBUTTON: value = input::ButtonsAreSwapped(); break;
             default: value = ::GetSystemMetrics(index);
         }
     }
@@ -151,7 +151,7 @@ int WINAPI OnGetSystemMetrics(int index) {
 }
 
 DWORD WINAPI OnGetTickCount() {
-    const DWORD ticks = Fails("GetTickCount") ? 0 : desk::Ticks();
+    const DWORD ticks = Fails("GetTickCount") ? 0 : input::Ticks();
     if (trace::AsksWanted()) trace::Ask("GetTickCount", Number(ticks));
     return ticks;
 }
@@ -160,13 +160,13 @@ DWORD WINAPI OnGetTickCount() {
 void WINAPI OnSleep(DWORD milliseconds) {
     trace::Win("Sleep " + Number(milliseconds));
     if (Fails("Sleep")) return;
-    desk::AdvanceClock(milliseconds);
-    if (!desk::IsVirtual()) ::Sleep(milliseconds ? 1 : 0);  // what waits gets its turn
+    input::AdvanceClock(milliseconds);
+    if (!input::IsVirtual()) ::Sleep(milliseconds ? 1 : 0);  // what waits gets its turn
 }
 
 LPARAM WINAPI OnGetMessageExtraInfo() {
     const LPARAM extra =
-        Fails("GetMessageExtraInfo") || desk::IsVirtual() ? 0 : ::GetMessageExtraInfo();
+        Fails("GetMessageExtraInfo") || input::IsVirtual() ? 0 : ::GetMessageExtraInfo();
     if (trace::AsksWanted()) trace::Ask("GetMessageExtraInfo", Number(extra));
     return extra;
 }
@@ -178,7 +178,7 @@ HWND WINAPI OnGetForegroundWindow() {
 }
 
 HWND WINAPI OnWindowFromPoint(POINT point) {
-    const HWND window = Fails("WindowFromPoint") ? nullptr : desk::WindowAt(point);
+    const HWND window = Fails("WindowFromPoint") ? nullptr : input::WindowAt(point);
     if (trace::AsksWanted())
         trace::Ask("WindowFromPoint " + PointText(point.x, point.y), world::Of(window));
     return window;
@@ -192,12 +192,12 @@ HHOOK WINAPI OnSetWindowsHookExA(int type, HOOKPROC procedure, HINSTANCE module,
     trace::Win("SetWindowsHookExA " + Number(type) + " module=" + ModuleText(module) +
                " thread=" + ThreadText(thread));
     if (Fails("SetWindowsHookExA")) return nullptr;
-    return desk::InstallHook(type, procedure);
+    return input::InstallHook(type, procedure);
 }
 
 LRESULT WINAPI OnCallNextHookEx(HHOOK, int code, WPARAM wparam, LPARAM lparam) {
     Fails("CallNextHookEx");
-    return desk::PassOn(code, wparam, lparam);
+    return input::PassOn(code, wparam, lparam);
 }
 
 HWND WINAPI OnSetFocus(HWND window) {

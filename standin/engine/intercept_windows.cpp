@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/intercept_internal.h"
 #include "standin/engine/message_names.h"
 #include "standin/engine/trace.h"
@@ -48,15 +48,15 @@ LRESULT WINAPI OnSendMessageA(HWND window, UINT message, WPARAM wparam, LPARAM l
     trace::Win("SendMessageA " + MessageText(window, message, wparam, lparam));
     if (Fails("SendMessageA")) return 0;
     const LRESULT answer = ::SendMessageA(window, message, wparam, lparam);
-    desk::NoteSent(message);
-    desk::PumpWithin(window, message);
+    input::NoteSent(message);
+    input::PumpWithin(window, message);
     return answer;
 }
 
 BOOL WINAPI OnPostMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     trace::Win("PostMessageA " + MessageText(window, message, wparam, lparam));
     if (Fails("PostMessageA")) return FALSE;
-    desk::NotePosted();
+    input::NotePosted();
     return ::PostMessageA(window, message, wparam, lparam);
 }
 
@@ -243,7 +243,7 @@ int WINAPI OnMessageBoxA(HWND owner, const char* text, const char* caption, UINT
                " type=" + HexText(type));
     if (Fails("MessageBoxA")) return 0;
     // It would wait for its answer; a scenario has nobody to give one.
-    if (!desk::IsInteractive()) return IDOK;
+    if (!input::IsInteractive()) return IDOK;
     trace::Flush();
     return ::MessageBoxA(owner, text, caption, type);
 }

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "standin/engine/desk.h"
+#include "standin/engine/input.h"
 #include "standin/engine/world_internal.h"
 
 namespace world {
@@ -388,7 +388,7 @@ void DrawStatus(Canvas& canvas) {
                                      {VK_RBUTTON, "Right button"}};
     std::string held;
     for (const Held& row : kHeld)
-        if (desk::KeyDown(row.key)) held += (held.empty() ? "" : " + ") + std::string(row.name);
+        if (input::KeyDown(row.key)) held += (held.empty() ? "" : " + ") + std::string(row.name);
     canvas.Text(8, 17, "Held: " + (held.empty() ? std::string("nothing") : held), kYellow);
     std::string last;
     for (const std::string& command : g_world.last_commands)
@@ -498,7 +498,7 @@ void DrawTry(Canvas& canvas) {
 // Pictures of the screen come without the system's pointer.
 void DrawPointer(Canvas& canvas, HWND window) {
     if (!g_world.options.draw_pointer) return;
-    const POINT at = desk::ToClient(window, desk::Cursor());
+    const POINT at = input::ToClient(window, input::Cursor());
     if (PtInRect(&canvas.area, at)) canvas.Pointer(at.x, at.y);
 }
 

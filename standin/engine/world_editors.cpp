@@ -3,7 +3,7 @@
 #include <cmath>
 #include <tuple>
 
-#include "standin/engine/desk.h"
+#include "standin/engine/input.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/world_internal.h"
 
@@ -255,7 +255,7 @@ EditKind PressMiddle(const Editor& editor, Modifiers keys) {
 void PressInEditor(Editor& editor, unsigned button, WPARAM flags, POINT point) {
     PressIn(editor.client, button);
     // Not confirmed for the left and the right button: that they bring the editor to the front.
-    if (button != MK_MBUTTON && desk::Focus() != editor.client) desk::SetFocus(editor.client);
+    if (button != MK_MBUTTON && input::Focus() != editor.client) input::SetFocus(editor.client);
     const bool editing = g_edit.kind == EditKind::kEdit || g_edit.kind == EditKind::kRegion;
     if (button == MK_RBUTTON && editing && g_edit.window == editor.client) {
         EndEdit(false);

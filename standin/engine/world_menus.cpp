@@ -1,7 +1,7 @@
 // The menu manager's menus and the menu bar that is made of them.
 #include <algorithm>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/world_internal.h"
 
@@ -113,7 +113,7 @@ void RunOwnCommand(UINT command) {
     switch (command) {
         case kExit:
             PostMessageA(g_world.main, WM_CLOSE, 0, 0);
-            desk::NotePosted();
+            input::NotePosted();
             break;
         case kUndo: Undo(); break;
         case kSelectAll:
@@ -239,7 +239,7 @@ bool MenuCommand(UINT command) {
 }
 
 bool HostKey(int virtual_key, bool repeated) {
-    const bool ctrl = desk::ThreadKeyState(VK_CONTROL) < 0;
+    const bool ctrl = input::ThreadKeyState(VK_CONTROL) < 0;
     if (ctrl) {
         if (virtual_key != 'Z') return false;
         Undo();

@@ -1,7 +1,7 @@
 // The command mode stack and those who want to know of its changes.
 #include <algorithm>
 
-#include "standin/engine/desk.h"
+#include "standin/engine/input.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/world_internal.h"
 
@@ -41,7 +41,7 @@ void ChangeModes(std::vector<eng_mode*> modes) {
     }
     if (!g_world.playing && OnStack(300)) {
         g_world.playing = true;
-        g_world.playing_since = desk::Ticks();
+        g_world.playing_since = input::Ticks();
         g_world.playing_from = g_world.time;
         // The picture must be woken up; without one, whoever asks for the time looks at the clock.
         if (g_world.options.visible) SetTimer(g_world.main, 1, 33, nullptr);

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "standin/engine/desk.h"
 #include "standin/engine/faults.h"
+#include "standin/engine/input.h"
 #include "standin/engine/world_internal.h"
 
 namespace world {
@@ -180,13 +180,13 @@ void SetTime(int ticks) {
     Redraw();
 }
 
-// Playback runs by the desk's clock, in the range, over and over. Looked at whenever somebody asks
+// Playback runs by the input's clock, in the range, over and over. Looked at whenever somebody asks
 // for the time, so that nothing has to run in between.
 void UpdatePlayback() {
     if (!g_world.playing) return;
     const int length = g_world.range_end - g_world.range_start;
     if (length <= 0) return;
-    const unsigned long passed = desk::Ticks() - g_world.playing_since;
+    const unsigned long passed = input::Ticks() - g_world.playing_since;
     const long long frames = static_cast<long long>(passed) * 30 / 1000;
     const long long from = g_world.playing_from - g_world.range_start;
     SetTime(g_world.range_start +

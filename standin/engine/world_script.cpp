@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <map>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world_internal.h"
@@ -304,7 +304,7 @@ void SetScriptTime(unsigned long milliseconds) {
 
 ScriptResult RunScript(std::string_view text) {
     Scripts& scripts = TheScripts();
-    desk::AdvanceClock(g_world.script_time);
+    input::AdvanceClock(g_world.script_time);
     const script::Result result = scripts.interpreter.Evaluate(text);
     if (!result.error) return {true, scripts.interpreter.ToText(result.value)};
     const script::Error& error = *result.error;

@@ -2,8 +2,8 @@
 // fail.
 #include <algorithm>
 
-#include "standin/engine/desk.h"
 #include "standin/engine/faults.h"
+#include "standin/engine/input.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/world_internal.h"
 
@@ -196,7 +196,7 @@ BOOL CALLBACK AddControl(HWND control, LPARAM parameter) {
         "control " + Of(control) + " " + class_name + " " + RectText(place) +
         ((style & WS_VISIBLE) ? "" : " hidden") + ((style & WS_DISABLED) ? " disabled" : "") +
         (checkable && SendMessageA(control, BM_GETCHECK, 0, 0) == BST_CHECKED ? " on" : "") +
-        (control == desk::Focus() ? " focus" : "") + " " + trace::Quoted(text));
+        (control == input::Focus() ? " focus" : "") + " " + trace::Quoted(text));
     return TRUE;
 }
 
@@ -334,7 +334,7 @@ std::vector<std::string> Show(std::string_view what, std::string_view argument) 
             lines.push_back("leak " + leak);
         if (lines.empty()) lines.push_back("leak none");
     } else if (what == "capture") {
-        lines.push_back("capture " + Of(desk::Capture()));
+        lines.push_back("capture " + Of(input::Capture()));
     } else if (what == "state") {
         lines.push_back("subobject " + std::to_string(g_world.subobject_level));
         lines.push_back("snap " + std::to_string(g_world.snap));

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/world_internal.h"
 
 namespace world {
@@ -29,17 +29,17 @@ std::optional<Try> g_drag_before;
 bool g_scrub_key = false;
 
 bool AnyButtonDown() {
-    return desk::AsyncDown(VK_LBUTTON) || desk::AsyncDown(VK_MBUTTON) ||
-           desk::AsyncDown(VK_RBUTTON);
+    return input::AsyncDown(VK_LBUTTON) || input::AsyncDown(VK_MBUTTON) ||
+           input::AsyncDown(VK_RBUTTON);
 }
 
-class Watcher : public desk::HookObserver {
+class Watcher : public input::HookObserver {
 public:
-    void BeforeHook(const desk::HookCall&) override {}
-    void AfterHook(const desk::HookCall& call, bool swallowed) override {
+    void BeforeHook(const input::HookCall&) override {}
+    void AfterHook(const input::HookCall& call, bool swallowed) override {
         if (!call.mouse && call.up) HoldScrubKey(false);
         if (call.mouse && call.message == WM_LBUTTONDOWN && swallowed && ViewOf(call.window) &&
-            desk::AsyncDown(VK_MENU) && !DragRuns())
+            input::AsyncDown(VK_MENU) && !DragRuns())
             NoteTry(Try::kRefusedOrbit);
     }
 };
@@ -67,7 +67,7 @@ void NoteViewDrag(Try kind) {
 
 void WatchHooks() {
     static Watcher watcher;
-    desk::Observe(&watcher);
+    input::Observe(&watcher);
 }
 
 void HoldScrubKey(bool down) {

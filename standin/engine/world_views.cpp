@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 
-#include "standin/engine/desk.h"
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/world_internal.h"
 
 namespace world {
@@ -166,7 +166,7 @@ void Pan(eng_view& view, double dx, double dy) {
 
 void BeginTransform(const eng_view& view) {
     g_drag.begun = true;
-    g_drag.quick = desk::AsyncDown(VK_MBUTTON);
+    g_drag.quick = input::AsyncDown(VK_MBUTTON);
     HoldBegin();
     g_drag.holding = true;
     if (g_drag.clone) {
@@ -263,7 +263,7 @@ void ClickSelect(eng_node* hit, Modifiers keys) {
     HoldBegin();
     SetSelection(nodes);
     HoldAccept("Select");
-    if (desk::AsyncDown(VK_CONTROL) || desk::AsyncDown(VK_SHIFT)) NoteTry(Try::kModifierClick);
+    if (input::AsyncDown(VK_CONTROL) || input::AsyncDown(VK_SHIFT)) NoteTry(Try::kModifierClick);
 }
 
 // --- messages ---
@@ -295,14 +295,14 @@ void PressLeft(eng_view& view, WPARAM flags, POINT point) {
     if (SelectionLocked()) return;
     eng_node* hit = HitTest(view, point);
     // Alt takes away here as well, and nothing is left to drag.
-    if (hit && IsSelected(hit) && desk::KeyDown(VK_MENU)) {
+    if (hit && IsSelected(hit) && input::KeyDown(VK_MENU)) {
         g_drag.kind = DragKind::kClick;
         ClickSelect(hit, {true, false, false});
         return;
     }
     if (hit && !IsSelected(hit))
-        ClickSelect(hit, {desk::KeyDown(VK_MENU), (flags & MK_CONTROL) != 0, false});
-    g_drag.deselect = !hit && !(flags & (MK_CONTROL | MK_SHIFT)) && !desk::KeyDown(VK_MENU);
+        ClickSelect(hit, {input::KeyDown(VK_MENU), (flags & MK_CONTROL) != 0, false});
+    g_drag.deselect = !hit && !(flags & (MK_CONTROL | MK_SHIFT)) && !input::KeyDown(VK_MENU);
 }
 
 void Press(eng_view& view, unsigned button, WPARAM flags, POINT point) {
@@ -315,7 +315,7 @@ void Press(eng_view& view, unsigned button, WPARAM flags, POINT point) {
     }
     PressIn(view.window, button);  // a drag elsewhere ends with its capture
     ActivateView(&view);
-    if (desk::Focus() != view.window) desk::SetFocus(view.window);
+    if (input::Focus() != view.window) input::SetFocus(view.window);
     if (g_drag.kind != DragKind::kNone) return;
     g_drag = {};
     g_drag.window = view.window;
@@ -324,7 +324,7 @@ void Press(eng_view& view, unsigned button, WPARAM flags, POINT point) {
     g_drag.camera = view.camera;
     if (button == MK_LBUTTON)
         PressLeft(view, flags, point);
-    else if (button == MK_MBUTTON && desk::KeyDown(VK_MENU) && !view.locked &&
+    else if (button == MK_MBUTTON && input::KeyDown(VK_MENU) && !view.locked &&
              view.kind != ViewKind::kOrthographic)
         g_drag.kind = DragKind::kOrbit;
     if (g_drag.kind == DragKind::kNone) g_drag = {};
@@ -381,8 +381,8 @@ void Release(eng_view& view, unsigned button, POINT point) {
 }  // namespace
 
 Modifiers ModifiersOf(WPARAM flags) {
-    return {desk::KeyDown(VK_MENU), (flags & MK_CONTROL) || desk::KeyDown(VK_CONTROL),
-            (flags & MK_SHIFT) || desk::KeyDown(VK_SHIFT)};
+    return {input::KeyDown(VK_MENU), (flags & MK_CONTROL) || input::KeyDown(VK_CONTROL),
+            (flags & MK_SHIFT) || input::KeyDown(VK_SHIFT)};
 }
 
 bool DragRuns() {
@@ -640,7 +640,7 @@ LRESULT CALLBACK ViewportProcedure(HWND window, UINT message, WPARAM wparam, LPA
 }
 
 void TurnWheel(POINT screen, bool forward) {
-    eng_view* view = ViewOf(desk::WindowAt(screen));
+    eng_view* view = ViewOf(input::WindowAt(screen));
     if (!view || view->locked) return;
     constexpr double kPixelsANotch = 40;
     Zoom(*view, forward ? -kPixelsANotch : kPixelsANotch, false);

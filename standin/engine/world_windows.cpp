@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "standin/engine/desk.h"
 #include "standin/engine/faults.h"
+#include "standin/engine/input.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/world_internal.h"
 
@@ -375,7 +375,7 @@ void PressIn(HWND window, unsigned button) {
         g_presses.erase(loser);
         ForgetDrag(loser);
     }
-    desk::SetCapture(window);
+    input::SetCapture(window);
 }
 
 void ReleaseIn(HWND window, unsigned button) {
@@ -386,7 +386,7 @@ void ReleaseIn(HWND window, unsigned button) {
     g_presses.erase(at);
     if (g_capture_owner == window) {
         g_capture_owner = nullptr;
-        desk::ReleaseCapture();
+        input::ReleaseCapture();
     }
 }
 
@@ -394,7 +394,7 @@ void ForgetPresses(HWND window) {
     g_presses.erase(window);
     if (g_capture_owner == window) {
         g_capture_owner = nullptr;
-        desk::ReleaseCapture();
+        input::ReleaseCapture();
     }
 }
 
@@ -718,7 +718,7 @@ void SetForegroundTitle(std::string_view title) {
 }
 
 HWND ForegroundWindow() {
-    const HWND focus = desk::Focus();
+    const HWND focus = input::Focus();
     const HWND root = focus ? GetAncestor(focus, GA_ROOT) : nullptr;
     if (root) return root;
     return g_world.foreground ? g_world.foreground : g_world.main;

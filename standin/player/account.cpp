@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/trace_control.h"
 
 namespace account {
@@ -165,7 +165,7 @@ void Writer::AddPicture(const std::string& name) {
 void Writer::Close() {
     if (!file_) return;
     EndRepeats();
-    const desk::Counts counts = desk::CountsSoFar();
+    const input::Counts counts = input::CountsSoFar();
     std::fprintf(file_, "n\t%llu %llu %llu %llu\n", counts.injected, counts.own, counts.swallowed,
                  counts.passed);
     std::fclose(file_);

@@ -131,8 +131,8 @@ std::string ReadArguments(int count, char** arguments, Arguments* result) {
         bool good = true;
         if (argument == "--input") {
             good = std::strcmp(value, "virtual") == 0 || std::strcmp(value, "real") == 0;
-            options.input = std::strcmp(value, "real") == 0 ? desk::InputKind::kReal
-                                                            : desk::InputKind::kVirtual;
+            options.input =
+                std::strcmp(value, "real") == 0 ? input::Kind::kReal : input::Kind::kVirtual;
         } else if (argument == "--abi") {
             good = std::strcmp(value, "gnu") == 0 || std::strcmp(value, "msvc") == 0;
             result->abi = value;
@@ -248,7 +248,7 @@ std::vector<std::string> ChildArguments(const Arguments& arguments, const std::s
     std::vector<std::string> list = {
         "play-one",
         "--input",
-        options.input == desk::InputKind::kReal ? "real" : "virtual",
+        options.input == input::Kind::kReal ? "real" : "virtual",
         "--abi",
         arguments.abi,
         "--release",
@@ -291,7 +291,7 @@ bool StartPlay(const Arguments& arguments, const std::string& file,
     const screen_size::Claim claim(width, height);
     std::vector<std::string> list = ChildArguments(arguments, file);
     // The size of a desktop stays.
-    const bool shared = !again && options.input == desk::InputKind::kVirtual &&
+    const bool shared = !again && options.input == input::Kind::kVirtual &&
                         width == options.screen_width && height == options.screen_height;
     const std::string& desktop = shared ? pool->Shared(slot) : pool->Fresh(slot);
     if (desktop.empty()) {
@@ -408,7 +408,7 @@ int ListFaults() {
 }
 
 int PlayTour(Arguments arguments) {
-    arguments.options.input = desk::InputKind::kReal;
+    arguments.options.input = input::Kind::kReal;
     arguments.options.shots = arguments.out;
     if (arguments.tour_scenarios.empty())
         arguments.tour_scenarios = ProgramFolder() + "\\..\\..\\..\\standin\\player\\tour";
@@ -448,7 +448,7 @@ int PlayTour(Arguments arguments) {
 int PlayWalks(Arguments arguments) {
     if (!CheckFiles(arguments)) return player::kUnreadable;
     arguments.options.invariants = true;
-    arguments.walks.real = arguments.options.input == desk::InputKind::kReal;
+    arguments.walks.real = arguments.options.input == input::Kind::kReal;
     arguments.walks.faults = player::FaultNames();
     // After the start only the host itself takes from its heap, and does not outlive its end.
     std::erase(arguments.walks.faults, "MAX_new");

@@ -1,6 +1,6 @@
 #include "standin/player/desktops.h"
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 
 namespace desktops {
 namespace {
@@ -33,7 +33,7 @@ struct Pool::Ground {
     bool stands = false;
 
     bool Make() {
-        name = desk::NewDesktopName();
+        name = input::NewDesktopName();
         desktop = CreateDesktopA(name.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
         ready = CreateEventA(nullptr, TRUE, FALSE, nullptr);
         end = CreateEventA(nullptr, TRUE, FALSE, nullptr);

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "standin/engine/desk.h"
+#include "standin/engine/input.h"
 #include "standin/engine/message_names.h"
 #include "standin/engine/plugin_loader.h"
 #include "standin/engine/trace_control.h"
@@ -145,10 +145,10 @@ bool IsLockOn() {
 
 // As the system names them, whatever button of the mouse that is.
 int ButtonsDown() {
-    const bool swapped = desk::ButtonsAreSwapped();
-    return (desk::AsyncDown(swapped ? VK_RBUTTON : VK_LBUTTON) ? hook_model::kLeftBit : 0) |
-           (desk::AsyncDown(swapped ? VK_LBUTTON : VK_RBUTTON) ? hook_model::kRightBit : 0) |
-           (desk::AsyncDown(VK_MBUTTON) ? hook_model::kMiddleBit : 0);
+    const bool swapped = input::ButtonsAreSwapped();
+    return (input::AsyncDown(swapped ? VK_RBUTTON : VK_LBUTTON) ? hook_model::kLeftBit : 0) |
+           (input::AsyncDown(swapped ? VK_LBUTTON : VK_RBUTTON) ? hook_model::kRightBit : 0) |
+           (input::AsyncDown(VK_MBUTTON) ? hook_model::kMiddleBit : 0);
 }
 
 int ButtonOf(UINT message, bool* down) {
@@ -217,7 +217,7 @@ int ButtonsSent(const std::vector<std::string>& effects) {
 }  // namespace
 
 Checker::~Checker() {
-    desk::Observe(nullptr);
+    input::Observe(nullptr);
 }
 
 // --- what is so ---
@@ -326,7 +326,7 @@ bool Checker::EditMode(int kind) const {
                        [&](int id) { return checked(2077580866, id); });
 }
 
-MouseFacts Checker::MouseFactsOf(const desk::HookCall& call) const {
+MouseFacts Checker::MouseFactsOf(const input::HookCall& call) const {
     MouseFacts facts;
     facts.message = MessageOf(call.message);
     facts.border_release = call.message == WM_NCLBUTTONUP || call.message == WM_NCRBUTTONUP ||
@@ -340,22 +340,22 @@ MouseFacts Checker::MouseFactsOf(const desk::HookCall& call) const {
     facts.options.slow_zoom = Option(kSlowZooming);
     facts.kind = KindOf(call.window);
     const bool keys = !Fails("GetAsyncKeyState");
-    facts.alt = keys && desk::AsyncDown(VK_MENU);
-    facts.ctrl = keys && desk::AsyncDown(VK_CONTROL);
-    facts.shift = keys && desk::AsyncDown(VK_SHIFT);
-    facts.right_down = keys && desk::AsyncDown(VK_RBUTTON);
-    facts.left_ctrl = keys && desk::AsyncDown(VK_LCONTROL);
-    facts.right_ctrl = keys && desk::AsyncDown(VK_RCONTROL);
-    facts.alt_before = !Fails("GetKeyState") && desk::ThreadKeyState(VK_MENU) < 0;
+    facts.alt = keys && input::AsyncDown(VK_MENU);
+    facts.ctrl = keys && input::AsyncDown(VK_CONTROL);
+    facts.shift = keys && input::AsyncDown(VK_SHIFT);
+    facts.right_down = keys && input::AsyncDown(VK_RBUTTON);
+    facts.left_ctrl = keys && input::AsyncDown(VK_LCONTROL);
+    facts.right_ctrl = keys && input::AsyncDown(VK_RCONTROL);
+    facts.alt_before = !Fails("GetKeyState") && input::ThreadKeyState(VK_MENU) < 0;
     facts.input_is_taken = !Fails("SendInput");
     facts.on_menu = call.hit == HTMENU;
     facts.at = ToPoint(call.at);
-    facts.cursor = ToPoint(Fails("GetCursorPos") ? call.at : desk::CursorSoFar());
-    const RECT screen = desk::WholeScreen();
+    facts.cursor = ToPoint(Fails("GetCursorPos") ? call.at : input::CursorSoFar());
+    const RECT screen = input::WholeScreen();
     if (!Fails("GetSystemMetrics")) {
         facts.screen = {static_cast<int>(screen.right - screen.left),
                         static_cast<int>(screen.bottom - screen.top)};
-        facts.swapped = desk::ButtonsAreSwapped();
+        facts.swapped = input::ButtonsAreSwapped();
     }
     facts.thumb = Value(kScrub) && ThumbFound();
     facts.mode = Mode();
@@ -390,7 +390,7 @@ std::optional<bool> Checker::SelectButton() const {
     return button->enabled && !Fails("ICustButton.IsEnabled") && !Fails("IsEnabled");
 }
 
-hook_model::KeyFacts Checker::KeyFactsOf(const desk::HookCall& call) const {
+hook_model::KeyFacts Checker::KeyFactsOf(const input::HookCall& call) const {
     using Key = hook_model::KeyFacts::Key;
     hook_model::KeyFacts facts;
     facts.key = call.key == VK_MENU      ? Key::kAlt
@@ -403,10 +403,10 @@ hook_model::KeyFacts Checker::KeyFactsOf(const desk::HookCall& call) const {
     const bool keys = !Fails("GetAsyncKeyState");
     facts.any_button = keys && ButtonsDown() != 0;
     if (facts.key == Key::kOther || facts.any_button || !facts.cursors) return facts;
-    facts.kind = KindOf(desk::WindowAt(desk::CursorSoFar()));
-    facts.alt = keys && desk::AsyncDown(VK_MENU);
-    facts.ctrl = keys && desk::AsyncDown(VK_CONTROL);
-    facts.shift = keys && desk::AsyncDown(VK_SHIFT);
+    facts.kind = KindOf(input::WindowAt(input::CursorSoFar()));
+    facts.alt = keys && input::AsyncDown(VK_MENU);
+    facts.ctrl = keys && input::AsyncDown(VK_CONTROL);
+    facts.shift = keys && input::AsyncDown(VK_SHIFT);
     facts.mode = Mode();
     facts.subobject = Subobject();
     facts.select_button = SelectButton();
@@ -436,7 +436,7 @@ bool Checker::NobodyHoldsWhatIsDown() const {
     const int buttons = ButtonsDown();
     return std::any_of(std::begin(kRows), std::end(kRows),
                        [this](const Row& row) {
-                           return desk::AsyncDown(row.key) &&
+                           return input::AsyncDown(row.key) &&
                                   std::none_of(row.names.begin(), row.names.end(),
                                                [this](std::string_view name) {
                                                    return held_.contains(name);
@@ -467,10 +467,10 @@ void Checker::Begin() {
     depth_ = depth_seen_ = world::ModeDepth();
     lock_ = lock_seen_ = IsLockOn();
     gizmo_ = gizmo_seen_ = IsGizmoOn();
-    desk::Observe(this);
+    input::Observe(this);
 }
 
-void Checker::BeforeHook(const desk::HookCall& call) {
+void Checker::BeforeHook(const input::HookCall& call) {
     asked_ = true;
     if (calls_.empty()) NoteHost();
     bool pressed = false;
@@ -496,7 +496,7 @@ void Checker::BeforeHook(const desk::HookCall& call) {
     calls_.push_back(std::move(begun));
 }
 
-void Checker::AfterHook(const desk::HookCall&, bool swallowed) {
+void Checker::AfterHook(const input::HookCall&, bool swallowed) {
     if (calls_.empty()) return;
     Call call = std::move(calls_.back());
     calls_.pop_back();
@@ -817,7 +817,7 @@ void Checker::ForgetWhatIsClean() {
     if (rests && IsLockOff()) ledger_.Clean(Check::kLock);
     if (rests && !now.requests && !Value(kGizmoWasOn) && IsGizmoAsBefore())
         ledger_.Clean(Check::kGizmo);
-    if (rests && !now.scrub && !desk::Capture()) ledger_.Clean(Check::kCapture);
+    if (rests && !now.scrub && !input::Capture()) ledger_.Clean(Check::kCapture);
 }
 
 std::string Checker::After(const Command& command) {
@@ -852,7 +852,7 @@ std::string Checker::AtRest() {
         {Check::kLock, IsLockOff()},
         {Check::kGizmo, IsGizmoAsBefore()},
         {Check::kSticky, !now.snap && !now.nudge},
-        {Check::kCapture, desk::Capture() == nullptr},
+        {Check::kCapture, input::Capture() == nullptr},
     };
     for (const auto& [check, holds] : kept)
         if (!holds && !ledger_.Exempts(check)) return std::string(exemptions::TextOf(check));

@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/player/exemptions.h"
 #include "standin/player/hook_model.h"
 #include "standin/player/scenario_parser.h"
 
 namespace invariants {
 
-class Checker : public desk::HookObserver {
+class Checker : public input::HookObserver {
 public:
     Checker() = default;
     Checker(const Checker&) = delete;
@@ -31,8 +31,8 @@ public:
     // What has been visited and exempted, for walk_report to read.
     std::string Report() const;
 
-    void BeforeHook(const desk::HookCall& call) override;
-    void AfterHook(const desk::HookCall& call, bool swallowed) override;
+    void BeforeHook(const input::HookCall& call) override;
+    void AfterHook(const input::HookCall& call, bool swallowed) override;
 
 private:
     // One call of a hook, with the calls that came in between while a window handled what the
@@ -65,8 +65,8 @@ private:
     int Value(int index) const;
     bool Fails(std::string_view call) const;
     bool Option(int index) const;
-    hook_model::MouseFacts MouseFactsOf(const desk::HookCall& call) const;
-    hook_model::KeyFacts KeyFactsOf(const desk::HookCall& call) const;
+    hook_model::MouseFacts MouseFactsOf(const input::HookCall& call) const;
+    hook_model::KeyFacts KeyFactsOf(const input::HookCall& call) const;
     bool ViewFails() const;
     int KindOf(HWND window) const;
     bool OrbitAllowed(HWND window) const;

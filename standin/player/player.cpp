@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "standin/engine/desk.h"
 #include "standin/engine/faults.h"
+#include "standin/engine/input.h"
 #include "standin/engine/intercept.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
@@ -190,22 +190,22 @@ int ButtonKey(const std::string& name) {
 }
 
 bool AnyButtonDown() {
-    return desk::AsyncDown(VK_LBUTTON) || desk::AsyncDown(VK_RBUTTON) ||
-           desk::AsyncDown(VK_MBUTTON);
+    return input::AsyncDown(VK_LBUTTON) || input::AsyncDown(VK_RBUTTON) ||
+           input::AsyncDown(VK_MBUTTON);
 }
 
 std::string FactsText(HWND window) {
-    const POINT cursor = desk::CursorSoFar();
+    const POINT cursor = input::CursorSoFar();
     const int mode = world::ModeId();
-    return desk::AsyncText() + " cursor=" + std::to_string(cursor.x) + "," +
-           std::to_string(cursor.y) + " over=" + world::Of(desk::WindowAt(cursor)) +
+    return input::AsyncText() + " cursor=" + std::to_string(cursor.x) + "," +
+           std::to_string(cursor.y) + " over=" + world::Of(input::WindowAt(cursor)) +
            " mode=" + (mode == world::kNoMode ? "none" : std::to_string(mode)) +
            " depth=" + std::to_string(world::ModeDepth()) +
            " selected=" + std::to_string(world::SelectedCount()) +
            " subobject=" + std::to_string(world::SubobjectLevel()) +
            " view=" + (window ? world::ViewText(window) : "-") +
            " locked=" + (window ? world::LockedText(window) : "-") +
-           " tick=" + std::to_string(desk::Ticks());
+           " tick=" + std::to_string(input::Ticks());
 }
 
 class Player {
@@ -232,8 +232,8 @@ public:
                 Complain(command.line, problem);
                 return kUnreadable;
             }
-            desk::Drain();
-            if (const std::string disturbance = desk::Disturbance(); !disturbance.empty()) {
+            input::Drain();
+            if (const std::string disturbance = input::Disturbance(); !disturbance.empty()) {
                 trace::Flush();
                 Complain(command.line, disturbance);
                 return kDisturbed;
@@ -297,47 +297,50 @@ private:
 
     std::string DoInput(const Command& command) {
         switch (command.verb) {
-            case Verb::kKey: desk::InjectKey(Number(command, 0), command.on); return {};
+            case Verb::kKey: input::InjectKey(Number(command, 0), command.on); return {};
             case Verb::kMoveWindow: {
                 const HWND window = world::Find(command.words[0]);
                 if (!window) return "the window " + command.words[0] + " is not open";
-                desk::InjectMove(desk::ToScreen(window, {Number(command, 0), Number(command, 1)}));
+                input::InjectMove(
+                    input::ToScreen(window, {Number(command, 0), Number(command, 1)}));
                 return {};
             }
             case Verb::kMoveScreen:
-                desk::InjectMove({Number(command, 0), Number(command, 1)});
+                input::InjectMove({Number(command, 0), Number(command, 1)});
                 return {};
             case Verb::kMoveBy: {
-                const POINT cursor = desk::CursorSoFar();
-                desk::InjectMove({cursor.x + Number(command, 0), cursor.y + Number(command, 1)});
+                const POINT cursor = input::CursorSoFar();
+                input::InjectMove({cursor.x + Number(command, 0), cursor.y + Number(command, 1)});
                 return {};
             }
-            case Verb::kMouseDown: desk::InjectButton(ButtonKey(command.words[0]), true); return {};
-            case Verb::kMouseUp: desk::InjectButton(ButtonKey(command.words[0]), false); return {};
-            case Verb::kDoubleClick:
-                desk::InjectButton(ButtonKey(command.words[0]), true, true);
-                desk::Drain();
-                desk::InjectButton(ButtonKey(command.words[0]), false);
+            case Verb::kMouseDown:
+                input::InjectButton(ButtonKey(command.words[0]), true);
                 return {};
-            case Verb::kBusy: desk::SetBusy(true); return {};
-            case Verb::kNoLongerBusy: desk::SetBusy(false); return {};
+            case Verb::kMouseUp: input::InjectButton(ButtonKey(command.words[0]), false); return {};
+            case Verb::kDoubleClick:
+                input::InjectButton(ButtonKey(command.words[0]), true, true);
+                input::Drain();
+                input::InjectButton(ButtonKey(command.words[0]), false);
+                return {};
+            case Verb::kBusy: input::SetBusy(true); return {};
+            case Verb::kNoLongerBusy: input::SetBusy(false); return {};
             case Verb::kPeek:
                 peeks_ = command.on;
                 if (const std::string problem = PeekAndReenter(); !problem.empty()) return problem;
-                desk::SetPeeking(command.on);
+                input::SetPeeking(command.on);
                 return {};
-            case Verb::kCode: desk::SetNextCode(Number(command, 0)); return {};
-            case Verb::kSwap: desk::SetSwapped(command.on); return {};
+            case Verb::kCode: input::SetNextCode(Number(command, 0)); return {};
+            case Verb::kSwap: input::SetSwapped(command.on); return {};
             case Verb::kReenter: {
                 const HWND window = world::Find(command.words[0]);
                 if (!window) return "the window " + command.words[0] + " is not open";
                 reenters_ = reenters_ || command.on;
                 if (const std::string problem = PeekAndReenter(); !problem.empty()) return problem;
-                desk::SetReenters(window, command.on);
+                input::SetReenters(window, command.on);
                 return {};
             }
             case Verb::kClock:
-                desk::AdvanceClock(static_cast<unsigned long>(command.numbers[0]));
+                input::AdvanceClock(static_cast<unsigned long>(command.numbers[0]));
                 return {};
             default: return kNotMine;
         }
@@ -345,7 +348,7 @@ private:
 
     // Wine hands a message that a hook is only looking at out to whoever pumps in there.
     std::string PeekAndReenter() const {
-        return peeks_ && reenters_ && options_.input == desk::InputKind::kReal
+        return peeks_ && reenters_ && options_.input == input::Kind::kReal
                    ? "peek and reenter together need virtual input"
                    : "";
     }
@@ -407,7 +410,7 @@ private:
         trace::In("click " + name);
         SendMessageA(control, BM_CLICK, 0, 0);
         // The system's controls take the capture from whoever has it, and give it up.
-        desk::FollowCapture();
+        input::FollowCapture();
         trace::Out("0");
         return {};
     }
@@ -508,7 +511,7 @@ private:
         } else if (what == "plugin") {
             ShowPlugin();
         } else if (what == "clock") {
-            trace::State("clock " + std::to_string(desk::Ticks()));
+            trace::State("clock " + std::to_string(input::Ticks()));
         } else if (what == "allocations") {
             // Since they were last asked for.
             const unsigned long long now = intercept::Allocations();
@@ -532,8 +535,8 @@ private:
     }
 
     static void ShowKeys() {
-        trace::State("keys " + desk::AsyncText());
-        trace::State("threadkeys " + desk::ThreadText());
+        trace::State("keys " + input::AsyncText());
+        trace::State("threadkeys " + input::ThreadText());
     }
 
     static void ShowPlugin() {
@@ -632,7 +635,7 @@ private:
         std::snprintf(name, sizeof name, "film-%03d", ++film_steps_);
         std::string file = options_.shots + "\\" + name;
         for (const Held& held : kHeld)
-            if (desk::AsyncDown(held.key)) file += held.name;
+            if (input::AsyncDown(held.key)) file += held.name;
         world::PaintNow();
         pictures::SaveScreen(file + ".png");
     }
@@ -741,8 +744,8 @@ int RunInteractive(const Options& options) {
     listed.facts = options.facts;
     trace::Open(listed);
     trace::SetFactsSource(FactsText);
-    desk::OpenInteractive();
-    const SIZE screen = desk::ScreenSize();
+    input::OpenInteractive();
+    const SIZE screen = input::ScreenSize();
     world::Options world_options;
     world_options.release = options.release;
     world_options.screen_width = screen.cx;
@@ -764,13 +767,13 @@ int RunInteractive(const Options& options) {
     world_options.keys.assign(std::begin(kKeyLines), std::end(kKeyLines));
     world::Create(world_options);
     const HWND main_window = world::Find("main");
-    desk::TakeForeground(main_window);
+    input::TakeForeground(main_window);
     if (!plugin::Start(options.files, &message)) {
         Complain(0, message);
         return kUnreadable;
     }
     trace::Flush();
-    desk::RunInteractive(main_window, RunHotkey, options.watch);
+    input::RunInteractive(main_window, RunHotkey, options.watch);
     trace::Flush();
     return kGood;
 }
@@ -810,8 +813,8 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     world_options.config_dir = config_dir.Path() + (scenario.config_dir_slash ? "\\" : "");
     g_preparing = "opening the desktop";
     const std::string problem =
-        desk::Open(options.input, options.desktop, world_options.screen_width,
-                   world_options.screen_height, {scenario.screen_left, scenario.screen_top});
+        input::Open(options.input, options.desktop, world_options.screen_width,
+                    world_options.screen_height, {scenario.screen_left, scenario.screen_top});
     if (options.ready) SetEvent(options.ready);
     if (!problem.empty()) {
         Complain(scenario.screen_line, problem);
@@ -831,7 +834,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
         return kDisturbed;
     }
     g_preparing = "taking the foreground";
-    desk::TakeForeground(world::Find("main"));
+    input::TakeForeground(world::Find("main"));
 
     Player player(options, scenario, config_dir.SettingsFile());
     if (!player.OpenAccount()) {
@@ -840,7 +843,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     }
     g_preparing = nullptr;
     int status = player.Run();
-    desk::GiveBackSettings();
+    input::GiveBackSettings();
     player.CloseAccount();
     if (status != kUnreadable && status != kDisturbed)
         for (const std::string& leak : world::Leaks()) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/plugin_loader.h"
 #include "standin/player/scenario_parser.h"
 
@@ -17,7 +17,7 @@ enum Status { kGood = 0, kDifferent = 1, kUnreadable = 2, kDied = 3 };
 constexpr int kDisturbed = 4;
 
 struct Options {
-    desk::InputKind input = desk::InputKind::kVirtual;
+    input::Kind input = input::Kind::kVirtual;
     int release = 13900;
     int screen_width = 1280;
     int screen_height = 1024;

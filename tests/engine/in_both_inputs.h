@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/trace_control.h"
 
 namespace in_both_inputs {
@@ -19,18 +19,18 @@ inline void PressAfterAClick() {
     press.type = INPUT_MOUSE;
     press.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
     for (const bool late : {false, true}) {
-        desk::InjectButton(VK_LBUTTON, true);
-        desk::InjectButton(VK_LBUTTON, false);
-        desk::Drain();
-        if (late) desk::AdvanceClock(600);
+        input::InjectButton(VK_LBUTTON, true);
+        input::InjectButton(VK_LBUTTON, false);
+        input::Drain();
+        if (late) input::AdvanceClock(600);
         trace::BeginCommand(true);
-        desk::SendInputRecords(&press, 1);
-        desk::Drain();
+        input::SendInputRecords(&press, 1);
+        input::Drain();
         EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
                   late ? "got viewport.persp WM_LBUTTONDOWN 1 30,40"
                        : "got viewport.persp WM_LBUTTONDBLCLK 1 30,40");
-        desk::InjectButton(VK_LBUTTON, false);
-        desk::Drain();
+        input::InjectButton(VK_LBUTTON, false);
+        input::Drain();
     }
 }
 
@@ -44,12 +44,12 @@ inline LRESULT CALLBACK NoteKey(int, WPARAM key, LPARAM lparam) {
 
 // What a keyboard hook is told of the two sides of keys. Answers the hook, which stays installed.
 inline HHOOK PressBothSides() {
-    const HHOOK hook = desk::InstallHook(WH_KEYBOARD, NoteKey);
+    const HHOOK hook = input::InstallHook(WH_KEYBOARD, NoteKey);
     g_keys.clear();
     for (const int key : {VK_LCONTROL, VK_RCONTROL, VK_LMENU, VK_RMENU, VK_CONTROL, VK_RSHIFT}) {
-        desk::InjectKey(key, true);
-        desk::InjectKey(key, false);
-        desk::Drain();
+        input::InjectKey(key, true);
+        input::InjectKey(key, false);
+        input::Drain();
     }
     EXPECT_EQ(g_keys,
               (std::vector<std::string>{"17", "17", "17 extended", "17 extended", "18", "18",

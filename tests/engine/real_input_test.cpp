@@ -1,4 +1,4 @@
-// What the desk notices when the system does not play along: events on their way that vanish, a
+// What real input notices when the system does not play along: events on their way that vanish, a
 // cursor that nobody moved.
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/desk_control.h"
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_control.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
@@ -19,20 +19,20 @@ class RealInputTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         static const std::string problem =
-            desk::Open(desk::InputKind::kReal, desk::NewDesktopName(),
-                       GetSystemMetrics(SM_CXVIRTUALSCREEN), GetSystemMetrics(SM_CYVIRTUALSCREEN));
+            input::Open(input::Kind::kReal, input::NewDesktopName(),
+                        GetSystemMetrics(SM_CXVIRTUALSCREEN), GetSystemMetrics(SM_CYVIRTUALSCREEN));
         ASSERT_EQ(problem, "");
     }
     void SetUp() override {
         world::Create({});
-        desk::TakeForeground(world::Find("main"));
-        desk::g_desk.cursor = {};
-        desk::g_desk.disturbance.clear();
+        input::TakeForeground(world::Find("main"));
+        input::g_input.cursor = {};
+        input::g_input.disturbance.clear();
     }
     void TearDown() override { world::Destroy(); }
 
     static POINT InView(LONG x, LONG y) {
-        return desk::ToScreen(world::Find("viewport.persp"), {x, y});
+        return input::ToScreen(world::Find("viewport.persp"), {x, y});
     }
     static std::string At(POINT point) {
         return std::to_string(point.x) + "," + std::to_string(point.y);
@@ -40,65 +40,65 @@ protected:
 };
 
 TEST_F(RealInputTest, nothing_is_noticed_while_all_arrives) {
-    desk::InjectMove(InView(30, 40));
-    desk::Drain();
-    desk::InjectButton(VK_LBUTTON, true);
-    desk::InjectButton(VK_LBUTTON, false);
-    desk::Drain();
-    EXPECT_EQ(desk::Disturbance(), "");
+    input::InjectMove(InView(30, 40));
+    input::Drain();
+    input::InjectButton(VK_LBUTTON, true);
+    input::InjectButton(VK_LBUTTON, false);
+    input::Drain();
+    EXPECT_EQ(input::Disturbance(), "");
 }
 
 TEST_F(RealInputTest, a_move_that_vanishes_is_noticed) {
     const POINT place = InView(30, 40);
-    desk::InjectMove(place);
+    input::InjectMove(place);
     MSG taken;
     ASSERT_TRUE(PeekMessageA(&taken, nullptr, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE));
-    desk::Drain();
-    EXPECT_EQ(desk::Disturbance(),
+    input::Drain();
+    EXPECT_EQ(input::Disturbance(),
               "the system lost an event of the mouse at " + At(place) + " over viewport.persp");
 }
 
 TEST_F(RealInputTest, a_button_that_vanishes_is_noticed) {
     const POINT place = InView(50, 20);
-    desk::InjectMove(place);
-    desk::Drain();
-    desk::InjectButton(VK_MBUTTON, true);
+    input::InjectMove(place);
+    input::Drain();
+    input::InjectButton(VK_MBUTTON, true);
     MSG taken;
     ASSERT_TRUE(PeekMessageA(&taken, nullptr, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE));
-    desk::Drain();
-    EXPECT_EQ(desk::Disturbance(),
+    input::Drain();
+    EXPECT_EQ(input::Disturbance(),
               "the system lost an event of the mouse at " + At(place) + " over viewport.persp");
-    desk::InjectButton(VK_MBUTTON, false);
-    desk::Drain();
+    input::InjectButton(VK_MBUTTON, false);
+    input::Drain();
 }
 
 TEST_F(RealInputTest, a_cursor_that_moved_by_itself_is_noticed_after_the_events) {
     const POINT place = InView(30, 40);
-    desk::InjectMove(place);
+    input::InjectMove(place);
     const POINT elsewhere = {place.x + 7, place.y};
     ::SetCursorPos(elsewhere.x, elsewhere.y);
-    desk::Drain();
-    EXPECT_EQ(desk::Disturbance(),
+    input::Drain();
+    EXPECT_EQ(input::Disturbance(),
               "the system put the cursor to " + At(elsewhere) + ", it was left at " + At(place));
 }
 
 TEST_F(RealInputTest, a_cursor_that_moved_by_itself_is_noticed_before_the_next_event) {
     const POINT place = InView(30, 40);
-    desk::InjectMove(place);
-    desk::Drain();
+    input::InjectMove(place);
+    input::Drain();
     ::SetCursorPos(place.x, place.y + 9);
-    desk::InjectKey('K', true);
-    EXPECT_EQ(desk::Disturbance(), "the system put the cursor to " + At({place.x, place.y + 9}) +
-                                       ", it was left at " + At(place));
-    desk::InjectKey('K', false);
-    desk::Drain();
+    input::InjectKey('K', true);
+    EXPECT_EQ(input::Disturbance(), "the system put the cursor to " + At({place.x, place.y + 9}) +
+                                        ", it was left at " + At(place));
+    input::InjectKey('K', false);
+    input::Drain();
 }
 
 TEST_F(RealInputTest, events_over_no_window_of_ours_may_go_elsewhere) {
     ShowWindow(world::Find("main"), SW_HIDE);
-    desk::InjectMove({300, 300});
-    desk::Drain();
-    EXPECT_EQ(desk::Disturbance(), "");
+    input::InjectMove({300, 300});
+    input::Drain();
+    EXPECT_EQ(input::Disturbance(), "");
 }
 
 // --- hooks of other programs in the same thread, around the plug-in's ---
@@ -125,7 +125,7 @@ LRESULT CALLBACK AskedLast(int code, WPARAM message, LPARAM) {
 
 LRESULT CALLBACK InTheMiddle(int code, WPARAM message, LPARAM details) {
     NoteCall("ours", code, message);
-    const LRESULT answer = desk::PassOn(code, message, details);
+    const LRESULT answer = input::PassOn(code, message, details);
     if (message != WM_MOUSEMOVE) g_handed_back = answer;
     return answer;
 }
@@ -136,28 +136,28 @@ protected:
         RealInputTest::SetUp();
         const DWORD thread = GetCurrentThreadId();
         last_ = SetWindowsHookExA(WH_MOUSE, AskedLast, nullptr, thread);
-        ours_ = desk::InstallHook(WH_MOUSE, InTheMiddle);
+        ours_ = input::InstallHook(WH_MOUSE, InTheMiddle);
         first_ = SetWindowsHookExA(WH_MOUSE, AskedFirst, nullptr, thread);
         g_last_answer = 0;
         g_handed_back = -1;
-        desk::InjectMove(InView(30, 40));
-        desk::Drain();
+        input::InjectMove(InView(30, 40));
+        input::Drain();
         g_calls.clear();
-        swallowed_ = desk::CountsSoFar().swallowed;
+        swallowed_ = input::CountsSoFar().swallowed;
     }
     void TearDown() override {
-        desk::SetPeeking(false);
+        input::SetPeeking(false);
         for (const HHOOK hook : {last_, ours_, first_})
             UnhookWindowsHookEx(hook);
-        desk::g_desk.mouse_hook = nullptr;
-        desk::g_desk.system_mouse_hook = nullptr;
-        if (desk::AsyncDown(VK_MBUTTON)) desk::InjectButton(VK_MBUTTON, false);
-        desk::Drain();
+        input::g_input.mouse_hook = nullptr;
+        input::g_input.system_mouse_hook = nullptr;
+        if (input::AsyncDown(VK_MBUTTON)) input::InjectButton(VK_MBUTTON, false);
+        input::Drain();
         RealInputTest::TearDown();
     }
     static void PressMiddle() {
-        desk::InjectButton(VK_MBUTTON, true);
-        desk::Drain();
+        input::InjectButton(VK_MBUTTON, true);
+        input::Drain();
     }
 
     unsigned long long swallowed_ = 0;
@@ -171,95 +171,95 @@ private:
 const std::string kMiddle = " " + std::to_string(WM_MBUTTONDOWN);
 
 TEST_F(HookChain, OthersSeeWhatIsPassedOnWithItsCode) {
-    desk::SetPeeking(true);
+    input::SetPeeking(true);
     PressMiddle();
     EXPECT_EQ(g_calls, (std::vector<std::string>{"first 3" + kMiddle, "ours 3" + kMiddle,
                                                  "last 3" + kMiddle, "first 0" + kMiddle,
                                                  "ours 0" + kMiddle, "last 0" + kMiddle}));
-    EXPECT_EQ(desk::Capture(), world::Find("viewport.persp"));
+    EXPECT_EQ(input::Capture(), world::Find("viewport.persp"));
 }
 
 TEST_F(HookChain, ACodeOfItsOwnIsPassedOnAsItIs) {
-    desk::SetNextCode(-1);
+    input::SetNextCode(-1);
     PressMiddle();
     EXPECT_EQ(g_calls, (std::vector<std::string>{"first 0" + kMiddle, "ours -1" + kMiddle,
                                                  "last -1" + kMiddle}));
-    EXPECT_EQ(desk::Capture(), world::Find("viewport.persp"));
+    EXPECT_EQ(input::Capture(), world::Find("viewport.persp"));
 }
 
 TEST_F(HookChain, TheAnswerOfOthersIsHandedBack) {
     g_last_answer = 1;
     PressMiddle();
     EXPECT_EQ(g_handed_back, 1);
-    EXPECT_EQ(desk::Capture(), nullptr) << "the other program keeps the press";
-    EXPECT_EQ(desk::CountsSoFar().swallowed, swallowed_) << "the plug-in did not";
+    EXPECT_EQ(input::Capture(), nullptr) << "the other program keeps the press";
+    EXPECT_EQ(input::CountsSoFar().swallowed, swallowed_) << "the plug-in did not";
 }
 
 // --- keys that the system does not tell of as Windows does ---
 
 TEST_F(RealInputTest, the_general_keys_tell_of_each_press) {
     const auto asked = [](int key) {
-        return static_cast<unsigned short>(desk::AsyncKeyState(key));
+        return static_cast<unsigned short>(input::AsyncKeyState(key));
     };
     asked(VK_CONTROL);
-    desk::InjectKey(VK_RCONTROL, true);
-    desk::Drain();
+    input::InjectKey(VK_RCONTROL, true);
+    input::Drain();
     EXPECT_EQ(asked(VK_CONTROL), 0x8001);
     EXPECT_EQ(asked(VK_CONTROL), 0x8000);
-    desk::InjectKey(VK_CONTROL, true);
-    desk::InjectKey(VK_CONTROL, false);
-    desk::Drain();
+    input::InjectKey(VK_CONTROL, true);
+    input::InjectKey(VK_CONTROL, false);
+    input::Drain();
     EXPECT_EQ(asked(VK_CONTROL), 0x8001);
-    desk::InjectKey(VK_RCONTROL, false);
-    desk::Drain();
+    input::InjectKey(VK_RCONTROL, false);
+    input::Drain();
     EXPECT_EQ(asked(VK_CONTROL), 0);
 }
 
 TEST_F(RealInputTest, swapped_buttons_arrive_exchanged) {
-    desk::SetSwapped(true);
-    desk::InjectMove(InView(30, 40));
-    desk::InjectButton(VK_LBUTTON, true);
-    desk::Drain();
+    input::SetSwapped(true);
+    input::InjectMove(InView(30, 40));
+    input::InjectButton(VK_LBUTTON, true);
+    input::Drain();
     EXPECT_LT(GetKeyState(VK_LBUTTON), 0);
-    EXPECT_GE(desk::AsyncKeyState(VK_LBUTTON), 0);
-    EXPECT_LT(desk::AsyncKeyState(VK_RBUTTON), 0);
-    desk::InjectButton(VK_LBUTTON, false);
-    desk::Drain();
-    desk::GiveBackSettings();
-    EXPECT_FALSE(desk::ButtonsAreSwapped());
-    EXPECT_EQ(desk::Disturbance(), "");
+    EXPECT_GE(input::AsyncKeyState(VK_LBUTTON), 0);
+    EXPECT_LT(input::AsyncKeyState(VK_RBUTTON), 0);
+    input::InjectButton(VK_LBUTTON, false);
+    input::Drain();
+    input::GiveBackSettings();
+    EXPECT_FALSE(input::ButtonsAreSwapped());
+    EXPECT_EQ(input::Disturbance(), "");
 }
 
 TEST_F(RealInputTest, injected_buttons_are_the_hardwares) {
-    desk::SetSwapped(true);
-    desk::InjectMove(InView(30, 40));
-    desk::Drain();
+    input::SetSwapped(true);
+    input::InjectMove(InView(30, 40));
+    input::Drain();
     INPUT record{};
     record.type = INPUT_MOUSE;
     record.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
     trace::BeginCommand(true);
-    desk::SendInputRecords(&record, 1);
-    desk::Drain();
+    input::SendInputRecords(&record, 1);
+    input::Drain();
     EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
               "got viewport.persp WM_RBUTTONDOWN 2 30,40");
-    EXPECT_LT(desk::AsyncKeyState(VK_LBUTTON), 0);
+    EXPECT_LT(input::AsyncKeyState(VK_LBUTTON), 0);
     record.mi.dwFlags = MOUSEEVENTF_LEFTUP;
-    desk::SendInputRecords(&record, 1);
-    desk::Drain();
-    desk::GiveBackSettings();
-    EXPECT_EQ(desk::Disturbance(), "");
+    input::SendInputRecords(&record, 1);
+    input::Drain();
+    input::GiveBackSettings();
+    EXPECT_EQ(input::Disturbance(), "");
 }
 
 TEST_F(RealInputTest, an_injected_press_may_be_the_second_of_a_double_click) {
-    desk::InjectMove(InView(30, 40));
+    input::InjectMove(InView(30, 40));
     in_both_inputs::PressAfterAClick();
 }
 
 TEST_F(RealInputTest, hooks_get_the_general_key_and_which_side_it_is) {
     const HHOOK hook = in_both_inputs::PressBothSides();
     UnhookWindowsHookEx(hook);
-    desk::g_desk.key_hook = nullptr;
-    desk::g_desk.system_key_hook = nullptr;
+    input::g_input.key_hook = nullptr;
+    input::g_input.system_key_hook = nullptr;
 }
 
 // What our own bookkeeping of the menu keys says, against what the system does with the same
@@ -281,21 +281,21 @@ TEST_F(RealInputTest, the_menu_command_comes_where_the_system_sends_it) {
          {"Aa", "AKka", "Ff", "AaAa", "KAka", "FKkf", "AAa", "FFf", "KkAa"}) {
         trace::BeginCommand(true);
         commands = 0;
-        desk::SetFocus(world::Find("main"));
+        input::SetFocus(world::Find("main"));
         int told = 0;
         for (const HWND focus : {world::Find("main"), window}) {
-            desk::SetFocus(focus);
+            input::SetFocus(focus);
             for (const char c : keys) {
                 const char key = static_cast<char>(c & ~0x20);
-                desk::InjectKey(key == 'A' ? VK_MENU : key == 'F' ? VK_F10 : 'K', c == key);
+                input::InjectKey(key == 'A' ? VK_MENU : key == 'F' ? VK_F10 : 'K', c == key);
                 if (focus != window) {
-                    desk::Drain();
+                    input::Drain();
                     continue;
                 }
                 MSG message;
                 while (PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE))
                     DispatchMessageA(&message);
-                desk::g_desk.waiting.clear();
+                input::g_input.waiting.clear();
             }
             if (focus == window) break;
             while (const auto line = trace::NextLine(trace::Reading::kArrivals))

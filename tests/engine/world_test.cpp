@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/desk.h"
-#include "standin/engine/desk_control.h"
 #include "standin/engine/engine_api.h"
+#include "standin/engine/input.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/world.h"
 #include "standin/engine/world_internal.h"
 
@@ -20,20 +20,20 @@ class WorldTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         static const std::string problem =
-            desk::Open(desk::InputKind::kVirtual, desk::NewDesktopName(), 1280, 1024);
+            input::Open(input::Kind::kVirtual, input::NewDesktopName(), 1280, 1024);
         ASSERT_EQ(problem, "");
     }
     void SetUp() override { world::Create({}); }
     void TearDown() override {
-        if (desk::KeyDown(VK_MENU)) Alt(false);
+        if (input::KeyDown(VK_MENU)) Alt(false);
         world::Destroy();
         world::g_plugin_calls = nullptr;
         world::g_script_calls = nullptr;
     }
 
     static void Alt(bool down) {
-        desk::InjectKey(VK_MENU, down);
-        desk::Drain();
+        input::InjectKey(VK_MENU, down);
+        input::Drain();
     }
 };
 
@@ -263,7 +263,7 @@ TEST_F(WorldTest, AMiddlePressLeavesWhatIsInFrontThere) {
                   MA_NOACTIVATE);
         Mouse(name, WM_MBUTTONDOWN, 0, 5, 40);
         Mouse(name, WM_MBUTTONUP, 0, 5, 40);
-        EXPECT_EQ(desk::Focus(), world::Find("main")) << name;
+        EXPECT_EQ(input::Focus(), world::Find("main")) << name;
         EXPECT_EQ(GetActiveWindow(), world::Find("main")) << name;
     }
 }
@@ -272,11 +272,11 @@ TEST_F(WorldTest, AClickedEditorOrViewportGetsTheFocus) {
     world::OpenWindow("trackview");
     Mouse("trackview", WM_LBUTTONDOWN, 0, 5, 40);
     Mouse("trackview", WM_LBUTTONUP, 0, 5, 40);
-    EXPECT_EQ(desk::Focus(), world::Find("trackview"));
+    EXPECT_EQ(input::Focus(), world::Find("trackview"));
     EXPECT_EQ(world::ForegroundWindow(), GetAncestor(world::Find("trackview"), GA_ROOT));
     Mouse("viewport.user", WM_RBUTTONDOWN, 0, 5, 40);
     Mouse("viewport.user", WM_RBUTTONUP, 0, 5, 40);
-    EXPECT_EQ(desk::Focus(), world::Find("viewport.user"));
+    EXPECT_EQ(input::Focus(), world::Find("viewport.user"));
     EXPECT_EQ(world::ForegroundWindow(), world::Find("main"));
 }
 
@@ -315,22 +315,22 @@ TEST_F(WorldTest, ADestroyedButtonIsGoneAndCanComeBack) {
 TEST_F(WorldTest, CaptureIsKeptUntilTheLastButtonIsUp) {
     const HWND view = world::Find("viewport.top");
     Mouse("viewport.top", WM_LBUTTONDOWN, 0, 5, 5);
-    EXPECT_EQ(desk::Capture(), view);
+    EXPECT_EQ(input::Capture(), view);
     Mouse("viewport.top", WM_RBUTTONDOWN, 0, 5, 5);
     Mouse("viewport.top", WM_LBUTTONUP, 0, 5, 5);
-    EXPECT_EQ(desk::Capture(), view);
+    EXPECT_EQ(input::Capture(), view);
     Mouse("viewport.top", WM_MBUTTONUP, 0, 5, 5);  // never went down here
-    EXPECT_EQ(desk::Capture(), view);
+    EXPECT_EQ(input::Capture(), view);
     Mouse("viewport.top", WM_RBUTTONUP, 0, 5, 5);
-    EXPECT_EQ(desk::Capture(), nullptr);
+    EXPECT_EQ(input::Capture(), nullptr);
 }
 
 TEST_F(WorldTest, AWindowThatGoesTakesItsCaptureAlong) {
     world::OpenWindow("schematic");
     Mouse("schematic", WM_MBUTTONDOWN, 0, 5, 5);
-    EXPECT_EQ(desk::Capture(), world::Find("schematic"));
+    EXPECT_EQ(input::Capture(), world::Find("schematic"));
     world::DestroyWindow("schematic");
-    EXPECT_EQ(desk::Capture(), nullptr);
+    EXPECT_EQ(input::Capture(), nullptr);
 }
 
 // --- navigation ---
@@ -481,7 +481,7 @@ TEST_F(WorldTest, TheRightButtonCancelsAMove) {
     Mouse("viewport.top", WM_LBUTTONUP, 0, 120, 40);
     EXPECT_EQ(world::NodePosition(Node("Box001")), Vector{});
     EXPECT_EQ(Only("undo"), "undo none");
-    EXPECT_EQ(desk::Capture(), nullptr);
+    EXPECT_EQ(input::Capture(), nullptr);
     EXPECT_TRUE(world::Leaks().empty());
 }
 
@@ -810,10 +810,10 @@ TEST_F(WorldTest, EveryChangeOfModeIsTold) {
 TEST_F(WorldTest, PlaybackRunsByTheClockAndEndsWithItsMode) {
     world::SetPlaying(true);
     EXPECT_EQ(Only("modes"), "modes 6 300");
-    desk::AdvanceClock(1000);
+    input::AdvanceClock(1000);
     EXPECT_EQ(Only("time"), "time 30");
     world::SetPlaying(false);
-    desk::AdvanceClock(1000);
+    input::AdvanceClock(1000);
     EXPECT_EQ(Only("time"), "time 30");
     EXPECT_EQ(Only("modes"), "modes 6");
 }
@@ -837,7 +837,7 @@ TEST_F(WorldTest, EditorsPanAndZoomWithTheMiddleButton) {
         Alt(false);
         EXPECT_GT(editor.zoom, 1) << name;
         EXPECT_EQ(editor.pan_x, 30) << name;
-        EXPECT_EQ(desk::Capture(), nullptr);
+        EXPECT_EQ(input::Capture(), nullptr);
     }
 }
 
@@ -1067,7 +1067,7 @@ TEST_F(WorldTest, TheThumbSetsTheTime) {
     GetClientRect(world::Find("thumb"), &thumb);
     const int room = slider.right - thumb.right;
     Mouse("thumb", WM_LBUTTONDOWN, MK_LBUTTON, 40, 10);
-    EXPECT_EQ(desk::Capture(), world::Find("thumb"));
+    EXPECT_EQ(input::Capture(), world::Find("thumb"));
     Mouse("thumb", WM_MOUSEMOVE, MK_LBUTTON, 40 + room / 2, 10);
     EXPECT_EQ(Only("time"), "time 50");
     // The thumb went along: the point in it is where it was taken hold of.
@@ -1076,7 +1076,7 @@ TEST_F(WorldTest, TheThumbSetsTheTime) {
     Mouse("thumb", WM_LBUTTONUP, 0, 40, 10);
     Mouse("thumb", WM_MOUSEMOVE, 0, 0, 10);
     EXPECT_EQ(Only("time"), "time 75");
-    EXPECT_EQ(desk::Capture(), nullptr);
+    EXPECT_EQ(input::Capture(), nullptr);
 }
 
 // --- menus ---

@@ -1,11 +1,11 @@
-// The desk: keyboard, mouse, clock and the queue between them and the windows, either played by the
+// Input: keyboard, mouse, clock and the queue between them and the windows, either played by the
 // engine (virtual) or the system's own (real). The windows of the world use it instead of the
 // system's calls, so that both kinds of input drive the same code.
 #pragma once
 
 #include <windows.h>
 
-namespace desk {
+namespace input {
 
 bool IsVirtual();
 
@@ -15,7 +15,7 @@ POINT Cursor();  // screen coordinates
 unsigned long Ticks();
 
 // Mouse capture of the world's windows. A window that took it keeps it until every button that
-// went down in it has come up; the windows call these, the desk routes by them.
+// went down in it has come up; the windows call these, and input is routed by them.
 HWND Capture();
 void SetCapture(HWND window);
 void ReleaseCapture();
@@ -28,4 +28,4 @@ void SetFocus(HWND window);
 POINT ToScreen(HWND window, POINT client);
 POINT ToClient(HWND window, POINT screen);
 
-}  // namespace desk
+}  // namespace input

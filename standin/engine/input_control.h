@@ -1,4 +1,4 @@
-// The desk as the player and the intercepted calls of the plug-in use it: what is injected, what
+// Input as the player and the intercepted calls of the plug-in use it: what is injected, what
 // waits, what the hooks and windows are given. The same bookkeeping runs for both kinds of input;
 // with real input it tells which of the delivered events the plug-in injected itself.
 #pragma once
@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-namespace desk {
+namespace input {
 
-enum class InputKind { kVirtual, kReal };
+enum class Kind { kVirtual, kReal };
 
 // A name that no desktop here has had: the number of a process comes again, and the desktop of the
 // process that had it before may be just about to vanish.
@@ -20,7 +20,7 @@ std::string NewDesktopName();
 // keys. Answers what is wrong, empty: nothing.
 // The size is that of the main monitor; `origin` is where the whole screen begins, at 0,0 or, with
 // other monitors to the left of it or above it, before that.
-std::string Open(InputKind kind, const std::string& desktop, int width, int height,
+std::string Open(Kind kind, const std::string& desktop, int width, int height,
                  POINT origin = {0, 0});
 // The name of the desktop that the thread is on.
 std::string DesktopName();
@@ -108,7 +108,7 @@ HWND WindowAt(POINT screen);
 HHOOK InstallHook(int type, HOOKPROC procedure);
 LRESULT PassOn(int code, WPARAM wparam, LPARAM lparam);
 void NotePosted();
-// A message went to a window outside of the desk's own doing; it may have moved the capture.
+// A message went to a window by another way than from here; it may have moved the capture.
 void NoteSent(UINT message);
 // The same, for whoever knows that it did.
 void FollowCapture();
@@ -124,4 +124,4 @@ bool AnythingDown();
 // A message that came out of the queue, or is as good as that: dialogs first, then the window.
 void Dispatch(MSG* message);
 
-}  // namespace desk
+}  // namespace input

@@ -1,12 +1,12 @@
-// Virtual input: the desk plays the system. Nothing waits, nothing depends on another process.
+// Virtual input: the engine plays the system. Nothing waits, nothing depends on another process.
 #include <cstdlib>
 #include <utility>
 
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
-namespace desk {
+namespace input {
 namespace {
 
 bool IsButtonDown(UINT message) {
@@ -22,7 +22,7 @@ bool IsInput(UINT message) {
 // What was posted to the windows. The system's own mouse and keyboard stay out of a virtual play;
 // painting has nobody to look at it and is asked for when a picture is taken.
 void PumpPosted() {
-    g_desk.posted = false;
+    g_input.posted = false;
     MSG message;
     constexpr UINT kWanted = PM_REMOVE | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE;
     while (PeekMessageA(&message, nullptr, 0, 0, kWanted))
@@ -47,15 +47,15 @@ bool Activate(HWND window, int hit, UINT message) {
 // only looked at is not recorded.
 UINT WithDoubleClick(const Event& event, HWND window, int hit, bool records) {
     if (!IsButtonDown(event.message)) return event.message;
-    const Press& last = g_desk.last_press;
+    const Press& last = g_input.last_press;
     const bool asked = hit != HTCLIENT || (GetClassLongPtrA(window, GCL_STYLE) & CS_DBLCLKS) != 0;
     const bool again = asked && last.message == event.message && last.window == window &&
                        last.flags == event.flags && event.time - last.time < GetDoubleClickTime() &&
                        std::abs(event.at.x - last.at.x) < GetSystemMetrics(SM_CXDOUBLECLK) / 2 &&
                        std::abs(event.at.y - last.at.y) < GetSystemMetrics(SM_CYDOUBLECLK) / 2;
     if (records) {
-        g_desk.last_press = {};
-        if (!again) g_desk.last_press = {event.message, window, event.at, event.flags, event.time};
+        g_input.last_press = {};
+        if (!again) g_input.last_press = {event.message, window, event.at, event.flags, event.time};
     }
     return again ? event.message + (WM_LBUTTONDBLCLK - WM_LBUTTONDOWN) : event.message;
 }
@@ -71,21 +71,23 @@ struct InHand {
     InHand* outer = nullptr;
     bool delivered = false;
 
-    explicit InHand(const Event& one) : event(one), outer(g_desk.in_hand) { g_desk.in_hand = this; }
-    ~InHand() { g_desk.in_hand = outer; }
+    explicit InHand(const Event& one) : event(one), outer(g_input.in_hand) {
+        g_input.in_hand = this;
+    }
+    ~InHand() { g_input.in_hand = outer; }
     InHand(const InHand&) = delete;
     InHand& operator=(const InHand&) = delete;
 
     void Deliver() {
         if (!std::exchange(delivered, true) && event.kind != EventKind::kMove)
-            g_desk.thread.Change(event.key, event.down, 0x80);
+            g_input.thread.Change(event.key, event.down, 0x80);
     }
 };
 
 // All around it have had their turn already: what is in hand inside of another was handed out by a
 // pump.
 void NoteInHandDelivered() {
-    InHand* const in_hand = g_desk.in_hand;
+    InHand* const in_hand = g_input.in_hand;
     if (!in_hand || in_hand->delivered) return;
     // Wine comes upon the press once more then, before it lets it go, and takes it for two.
     if (in_hand->window) WithDoubleClick(in_hand->event, in_hand->window, in_hand->hit, true);
@@ -170,7 +172,7 @@ End DeliverKey(const Event& event, int code) {
         return End::kArrived;
     }
     // The system's dialogs ask the system's own table whether Shift is down with Tab.
-    ::SetKeyboardState(g_desk.thread.keys);
+    ::SetKeyboardState(g_input.thread.keys);
     Dispatch(&arrived);
     BYTE nothing_down[256] = {};
     ::SetKeyboardState(nothing_down);
@@ -192,22 +194,22 @@ void DrainVirtual() {
     bool takes = false;
     for (;;) {
         // The system hands out what was posted before it hands out input.
-        if (g_desk.posted) {
+        if (g_input.posted) {
             PumpPosted();
             takes = false;
         }
-        if (g_desk.waiting.empty()) {
+        if (g_input.waiting.empty()) {
             // Asking the system takes longer than most events do. Without a dialog of the system's
             // controls nobody posts but those who say so.
             if (world::AnyDialogOpen()) PumpPosted();
-            if (g_desk.waiting.empty() && !g_desk.posted) return;
+            if (g_input.waiting.empty() && !g_input.posted) return;
             continue;
         }
-        const Event event = g_desk.waiting.front();
-        g_desk.waiting.pop_front();
-        if (g_desk.peeking && !takes) {
+        const Event event = g_input.waiting.front();
+        g_input.waiting.pop_front();
+        if (g_input.peeking && !takes) {
             if (Deliver(event, HC_NOREMOVE) == End::kPeeked) {
-                g_desk.waiting.push_front(event);
+                g_input.waiting.push_front(event);
                 takes = true;
             }
             continue;
@@ -216,4 +218,4 @@ void DrainVirtual() {
     }
 }
 
-}  // namespace desk
+}  // namespace input

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
-namespace desk {
+namespace input {
 namespace {
 
 // Asks the window of an open menu for the menu.
@@ -95,4 +95,4 @@ void EndWatch() {
     g_hook = nullptr;
 }
 
-}  // namespace desk
+}  // namespace input

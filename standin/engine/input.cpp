@@ -1,18 +1,18 @@
-#include "standin/engine/desk.h"
+#include "standin/engine/input.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/message_names.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
-namespace desk {
+namespace input {
 
-State g_desk;
+State g_input;
 
 namespace {
 
@@ -46,11 +46,11 @@ bool IsExtended(int key) {
 
 WPARAM MouseFlags() {
     WPARAM flags = 0;
-    if (g_desk.async.Down(LogicalButton(VK_LBUTTON))) flags |= MK_LBUTTON;
-    if (g_desk.async.Down(LogicalButton(VK_RBUTTON))) flags |= MK_RBUTTON;
-    if (g_desk.async.Down(VK_MBUTTON)) flags |= MK_MBUTTON;
-    if (g_desk.async.Down(VK_SHIFT)) flags |= MK_SHIFT;
-    if (g_desk.async.Down(VK_CONTROL)) flags |= MK_CONTROL;
+    if (g_input.async.Down(LogicalButton(VK_LBUTTON))) flags |= MK_LBUTTON;
+    if (g_input.async.Down(LogicalButton(VK_RBUTTON))) flags |= MK_RBUTTON;
+    if (g_input.async.Down(VK_MBUTTON)) flags |= MK_MBUTTON;
+    if (g_input.async.Down(VK_SHIFT)) flags |= MK_SHIFT;
+    if (g_input.async.Down(VK_CONTROL)) flags |= MK_CONTROL;
     return flags;
 }
 
@@ -64,26 +64,26 @@ UINT ButtonMessage(int key, bool down) {
 
 // Whether a key message is one of the system's (menu) kind, by the keys that are down before it.
 UINT KeyMessage(int key, bool down) {
-    const bool alt = g_desk.async.Down(VK_MENU);
-    const bool ctrl = g_desk.async.Down(VK_CONTROL);
+    const bool alt = g_input.async.Down(VK_MENU);
+    const bool ctrl = g_input.async.Down(VK_CONTROL);
     bool system = false;
     switch (GeneralKey(key)) {
         case VK_MENU:
             if (down) {
                 system = !ctrl;
-                if (system) g_desk.alt_alone = true;
+                if (system) g_input.alt_alone = true;
             } else {
-                system = alt && g_desk.alt_alone;
-                g_desk.alt_alone = false;
+                system = alt && g_input.alt_alone;
+                g_input.alt_alone = false;
             }
             break;
         case VK_CONTROL:
             system = !down && alt;
-            if (system) g_desk.alt_alone = false;
+            if (system) g_input.alt_alone = false;
             break;
         default:
             system = (alt && !ctrl) || key == VK_F10;
-            if (system) g_desk.alt_alone = false;
+            if (system) g_input.alt_alone = false;
     }
     if (system) return down ? WM_SYSKEYDOWN : WM_SYSKEYUP;
     return down ? WM_KEYDOWN : WM_KEYUP;
@@ -96,15 +96,15 @@ void QueueKey(int key, bool down, int scan, bool extended, bool own) {
     event.down = down;
     event.own = own;
     event.message = KeyMessage(event.key, down);
-    const bool was_down = g_desk.async.Down(event.key);
-    g_desk.async.Change(event.key, down, 0xC0);
+    const bool was_down = g_input.async.Down(event.key);
+    g_input.async.Change(event.key, down, 0xC0);
     unsigned flags = 0;
     if (extended && GeneralKey(event.key) != VK_SHIFT) flags |= KF_EXTENDED;
-    if (g_desk.async.Down(VK_MENU)) flags |= KF_ALTDOWN;
+    if (g_input.async.Down(VK_MENU)) flags |= KF_ALTDOWN;
     if (was_down) flags |= KF_REPEAT;
     if (!down) flags |= KF_UP;
     event.lparam = static_cast<LPARAM>((flags | static_cast<unsigned>(scan & 0xFF)) << 16 | 1u);
-    g_desk.waiting.push_back(event);
+    g_input.waiting.push_back(event);
 }
 
 void QueueButton(int key, bool down, bool own) {
@@ -112,39 +112,39 @@ void QueueButton(int key, bool down, bool own) {
     event.kind = EventKind::kButton;
     event.key = LogicalButton(key);
     event.down = down;
-    event.at = g_desk.cursor;
-    event.time = g_desk.time;
+    event.at = g_input.cursor;
+    event.time = g_input.time;
     event.own = own;
     event.message = ButtonMessage(event.key, down);
-    g_desk.async.Change(key, down, 0xC0);
+    g_input.async.Change(key, down, 0xC0);
     event.flags = MouseFlags();
-    g_desk.waiting.push_back(event);
+    g_input.waiting.push_back(event);
 }
 
 // A move that nobody has taken yet becomes a move to the newer place.
 void QueueMove(POINT to, bool own) {
-    g_desk.cursor = to;
+    g_input.cursor = to;
     Event event;
     event.kind = EventKind::kMove;
     event.at = to;
     event.own = own;
     event.message = WM_MOUSEMOVE;
     event.flags = MouseFlags();
-    if (!g_desk.waiting.empty() && g_desk.waiting.back().kind == EventKind::kMove)
-        g_desk.waiting.back() = event;
+    if (!g_input.waiting.empty() && g_input.waiting.back().kind == EventKind::kMove)
+        g_input.waiting.back() = event;
     else
-        g_desk.waiting.push_back(event);
+        g_input.waiting.push_back(event);
 }
 
 POINT OnScreen(POINT point) {
-    return {std::clamp<LONG>(point.x, g_desk.origin.x, g_desk.screen.cx - 1),
-            std::clamp<LONG>(point.y, g_desk.origin.y, g_desk.screen.cy - 1)};
+    return {std::clamp<LONG>(point.x, g_input.origin.x, g_input.screen.cx - 1),
+            std::clamp<LONG>(point.y, g_input.origin.y, g_input.screen.cy - 1)};
 }
 
 // What the parts of an absolute place are parts of: the main monitor, or the whole screen.
 RECT Measured(DWORD flags) {
     if (flags & MOUSEEVENTF_VIRTUALDESK) return WholeScreen();
-    return {0, 0, g_desk.screen.cx, g_desk.screen.cy};
+    return {0, 0, g_input.screen.cx, g_input.screen.cy};
 }
 
 // The system takes places in 65536ths of the screen; rounded up so that it comes back exactly.
@@ -173,10 +173,10 @@ void QueueRecord(const INPUT& record, bool own) {
             to = {all.left + pixel(record.mi.dx, all.right - all.left),
                   all.top + pixel(record.mi.dy, all.bottom - all.top)};
         } else {
-            to = {g_desk.cursor.x + record.mi.dx, g_desk.cursor.y + record.mi.dy};
+            to = {g_input.cursor.x + record.mi.dx, g_input.cursor.y + record.mi.dy};
         }
         to = OnScreen(to);
-        if (to.x != g_desk.cursor.x || to.y != g_desk.cursor.y) QueueMove(to, own);
+        if (to.x != g_input.cursor.x || to.y != g_input.cursor.y) QueueMove(to, own);
     }
     struct Row {
         DWORD flag;
@@ -193,12 +193,11 @@ void QueueRecord(const INPUT& record, bool own) {
 }
 
 void Inject(const INPUT& record) {
-    ++g_desk.counts.injected;
-    const bool outermost =
-        g_desk.kind == InputKind::kReal && !g_desk.interactive && !g_desk.draining;
+    ++g_input.counts.injected;
+    const bool outermost = g_input.kind == Kind::kReal && !g_input.interactive && !g_input.draining;
     if (outermost) LookForStrayCursor();
     QueueRecord(record, false);
-    if (g_desk.kind == InputKind::kReal) InjectForReal(record);
+    if (g_input.kind == Kind::kReal) InjectForReal(record);
 }
 
 std::string DownText(const KeyState& state) {
@@ -222,7 +221,7 @@ std::string DownText(const KeyState& state) {
 // Of the system's answer for a key, with real input: the bit that tells of a press since the last
 // question is the bookkeeping's where the system does not keep it, for keys that have two sides.
 SHORT AsyncKeyStateOfSystem(int key, unsigned pressed) {
-    if (g_desk.interactive) return ::GetAsyncKeyState(key);
+    if (g_input.interactive) return ::GetAsyncKeyState(key);
     // Wine swaps no buttons, see InjectForReal.
     const int asked = SystemIsSynchronous() ? LogicalButton(key) : key;
     const unsigned state = static_cast<unsigned short>(::GetAsyncKeyState(asked));
@@ -234,8 +233,8 @@ HookObserver* g_observer = nullptr;
 
 class PassedOn {
 public:
-    PassedOn() : before_(g_desk.passed_on) { g_desk.passed_on = false; }
-    ~PassedOn() { g_desk.passed_on = before_; }
+    PassedOn() : before_(g_input.passed_on) { g_input.passed_on = false; }
+    ~PassedOn() { g_input.passed_on = before_; }
     PassedOn(const PassedOn&) = delete;
     PassedOn& operator=(const PassedOn&) = delete;
 
@@ -244,8 +243,8 @@ private:
 };
 
 bool Verdict(LRESULT answer) {
-    const bool swallowed = answer != 0 && !g_desk.passed_on;
-    ++(swallowed ? g_desk.counts.swallowed : g_desk.counts.passed);
+    const bool swallowed = answer != 0 && !g_input.passed_on;
+    ++(swallowed ? g_input.counts.swallowed : g_input.counts.passed);
     trace::Out(swallowed ? "swallow" : "pass");
     return swallowed;
 }
@@ -327,13 +326,13 @@ void KeyState::Change(int key, bool down, BYTE down_bits) {
 }
 
 int LogicalButton(int key) {
-    if (!g_desk.swapped) return key;
+    if (!g_input.swapped) return key;
     return key == VK_LBUTTON ? VK_RBUTTON : key == VK_RBUTTON ? VK_LBUTTON : key;
 }
 
 LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
-    if (!g_desk.mouse_hook) return 0;
-    code = std::exchange(g_desk.next_code, {}).value_or(code);
+    if (!g_input.mouse_hook) return 0;
+    code = std::exchange(g_input.next_code, {}).value_or(code);
     POINT client = hook->pt;
     ScreenToClient(hook->hwnd, &client);
     std::string text = "mouse " + names::Message(message) + ' ' + world::Of(hook->hwnd) + ' ' +
@@ -352,15 +351,15 @@ LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
     call.hit = hook->wHitTestCode;
     if (g_observer) g_observer->BeforeHook(call);
     const PassedOn scope;
-    const LRESULT answer = g_desk.mouse_hook(code, message, reinterpret_cast<LPARAM>(hook));
+    const LRESULT answer = g_input.mouse_hook(code, message, reinterpret_cast<LPARAM>(hook));
     const bool swallowed = Verdict(answer);
     if (g_observer) g_observer->AfterHook(call, swallowed);
     return answer;
 }
 
 LRESULT AskKeyHook(int code, int general_key, LPARAM lparam, bool own) {
-    if (!g_desk.key_hook) return 0;
-    code = std::exchange(g_desk.next_code, {}).value_or(code);
+    if (!g_input.key_hook) return 0;
+    code = std::exchange(g_input.next_code, {}).value_or(code);
     const bool up = (lparam & (static_cast<LPARAM>(KF_UP) << 16)) != 0;
     std::string text = "key " + KeyText(general_key) + (up ? " up" : " down");
     if (own) text += " own";
@@ -372,7 +371,7 @@ LRESULT AskKeyHook(int code, int general_key, LPARAM lparam, bool own) {
     call.up = up;
     if (g_observer) g_observer->BeforeHook(call);
     const PassedOn scope;
-    const LRESULT answer = g_desk.key_hook(code, static_cast<WPARAM>(general_key), lparam);
+    const LRESULT answer = g_input.key_hook(code, static_cast<WPARAM>(general_key), lparam);
     const bool swallowed = Verdict(answer);
     if (g_observer) g_observer->AfterHook(call, swallowed);
     return answer;
@@ -393,42 +392,42 @@ void ReportKeyArrival(HWND window, UINT message, WPARAM key) {
                Number(static_cast<long long>(key)) + " 0,0");
 }
 
-// --- desk.h ---
+// --- input.h ---
 
 bool IsVirtual() {
-    return g_desk.kind == InputKind::kVirtual;
+    return g_input.kind == Kind::kVirtual;
 }
 
 bool KeyDown(int virtual_key) {
-    if (IsVirtual()) return g_desk.thread.Down(virtual_key);
+    if (IsVirtual()) return g_input.thread.Down(virtual_key);
     return ::GetKeyState(virtual_key) < 0;
 }
 
 POINT Cursor() {
-    if (IsVirtual()) return g_desk.cursor;
+    if (IsVirtual()) return g_input.cursor;
     POINT cursor{};
     ::GetCursorPos(&cursor);
     return cursor;
 }
 
 unsigned long Ticks() {
-    return g_desk.interactive ? GetTickCount() : g_desk.clock;
+    return g_input.interactive ? GetTickCount() : g_input.clock;
 }
 
 HWND Capture() {
     if (!IsVirtual()) return ::GetCapture();
-    if (g_desk.capture && !IsWindow(g_desk.capture)) g_desk.capture = nullptr;
-    return g_desk.capture;
+    if (g_input.capture && !IsWindow(g_input.capture)) g_input.capture = nullptr;
+    return g_input.capture;
 }
 
 void SetCapture(HWND window) {
     ::SetCapture(window);
-    g_desk.capture = window;
+    g_input.capture = window;
 }
 
 void ReleaseCapture() {
     ::ReleaseCapture();
-    g_desk.capture = nullptr;
+    g_input.capture = nullptr;
 }
 
 HWND Focus() {
@@ -449,7 +448,7 @@ POINT ToClient(HWND window, POINT screen) {
     return screen;
 }
 
-// --- desk_control.h ---
+// --- input_control.h ---
 
 std::string NewDesktopName() {
     LARGE_INTEGER now{};
@@ -459,21 +458,21 @@ std::string NewDesktopName() {
            "-" + std::to_string(++made);
 }
 
-std::string Open(InputKind kind, const std::string& desktop, int width, int height, POINT origin) {
-    g_desk = State();
-    g_desk.kind = kind;
-    g_desk.screen = {width, height};
-    g_desk.origin = origin;
+std::string Open(Kind kind, const std::string& desktop, int width, int height, POINT origin) {
+    g_input = State();
+    g_input.kind = kind;
+    g_input.screen = {width, height};
+    g_input.origin = origin;
     // Opens the one that is there already.
-    g_desk.desktop = CreateDesktopA(desktop.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
-    if (!g_desk.desktop || !SetThreadDesktop(g_desk.desktop))
+    g_input.desktop = CreateDesktopA(desktop.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
+    if (!g_input.desktop || !SetThreadDesktop(g_input.desktop))
         return "the system gives no desktop to play on, end other programs and try again";
     // The first window makes the system set the desktop up, at the size that holds now.
     DestroyWindow(
         CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
-    if (kind == InputKind::kVirtual) return {};
+    if (kind == Kind::kVirtual) return {};
     if (!SystemIsSynchronous())
-        g_desk.swapped = g_desk.swapped_before = ::GetSystemMetrics(SM_SWAPBUTTON) != 0;
+        g_input.swapped = g_input.swapped_before = ::GetSystemMetrics(SM_SWAPBUTTON) != 0;
     // Without acceleration a distance is a distance.
     int plain[3] = {0, 0, 0};
     SystemParametersInfoA(SPI_SETMOUSE, 0, plain, 0);
@@ -496,23 +495,23 @@ std::string DesktopName() {
 }
 
 void OpenInteractive() {
-    g_desk = State();
-    g_desk.kind = InputKind::kReal;
-    g_desk.interactive = true;
-    g_desk.origin = {GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN)};
-    g_desk.screen = {g_desk.origin.x + GetSystemMetrics(SM_CXVIRTUALSCREEN),
-                     g_desk.origin.y + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+    g_input = State();
+    g_input.kind = Kind::kReal;
+    g_input.interactive = true;
+    g_input.origin = {GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN)};
+    g_input.screen = {g_input.origin.x + GetSystemMetrics(SM_CXVIRTUALSCREEN),
+                      g_input.origin.y + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
 }
 
 bool IsInteractive() {
-    return g_desk.interactive;
+    return g_input.interactive;
 }
 
 void TakeForeground(HWND main_window) {
     SetForegroundWindow(main_window);
     SetActiveWindow(main_window);
     ::SetFocus(main_window);
-    if (g_desk.interactive) return;
+    if (g_input.interactive) return;
     if (!IsVirtual()) ::SetCursorPos(0, 0);
     // What the windows' making and the cursor's first place set off is nobody's input.
     MSG message;
@@ -521,10 +520,10 @@ void TakeForeground(HWND main_window) {
 }
 
 void Close() {
-    if (g_desk.system_mouse_hook) UnhookWindowsHookEx(g_desk.system_mouse_hook);
-    if (g_desk.system_key_hook) UnhookWindowsHookEx(g_desk.system_key_hook);
+    if (g_input.system_mouse_hook) UnhookWindowsHookEx(g_input.system_mouse_hook);
+    if (g_input.system_key_hook) UnhookWindowsHookEx(g_input.system_key_hook);
     GiveBackSettings();
-    g_desk = State();
+    g_input = State();
 }
 
 void InjectKey(int virtual_key, bool down) {
@@ -534,26 +533,26 @@ void InjectKey(int virtual_key, bool down) {
     record.ki.wScan = static_cast<WORD>(MapVirtualKeyA(static_cast<UINT>(virtual_key), 0));
     record.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
     if (IsExtended(virtual_key)) record.ki.dwFlags |= KEYEVENTF_EXTENDEDKEY;
-    ++g_desk.time;
+    ++g_input.time;
     Inject(record);
 }
 
 void InjectMove(POINT screen) {
     screen = OnScreen(screen);
-    if (screen.x == g_desk.cursor.x && screen.y == g_desk.cursor.y) return;
+    if (screen.x == g_input.cursor.x && screen.y == g_input.cursor.y) return;
     INPUT record{};
     record.type = INPUT_MOUSE;
     record.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_VIRTUALDESK;
     const RECT all = WholeScreen();
     record.mi.dx = InScreenParts(screen.x - all.left, all.right - all.left);
     record.mi.dy = InScreenParts(screen.y - all.top, all.bottom - all.top);
-    ++g_desk.time;
+    ++g_input.time;
     Inject(record);
 }
 
 void InjectButton(int virtual_key, bool down, bool soon) {
     constexpr unsigned kFarApart = 10000;
-    g_desk.time += down && !soon ? kFarApart : 1;
+    g_input.time += down && !soon ? kFarApart : 1;
     INPUT record{};
     record.type = INPUT_MOUSE;
     switch (LogicalButton(virtual_key)) {
@@ -570,72 +569,72 @@ void InjectButton(int virtual_key, bool down, bool soon) {
 
 void Drain() {
     // A command that is played from inside an event leaves the queue to the event's own drain.
-    if (g_desk.draining || g_desk.busy) return;
-    g_desk.draining = true;
+    if (g_input.draining || g_input.busy) return;
+    g_input.draining = true;
     if (IsVirtual())
         DrainVirtual();
     else
         DrainReal();
-    g_desk.draining = false;
+    g_input.draining = false;
 }
 
 std::string Disturbance() {
-    return g_desk.disturbance;
+    return g_input.disturbance;
 }
 
 void AdvanceClock(unsigned long milliseconds) {
-    g_desk.clock += milliseconds;
-    g_desk.time += milliseconds;
+    g_input.clock += milliseconds;
+    g_input.time += milliseconds;
 }
 
 void SetBusy(bool busy) {
-    g_desk.busy = busy;
+    g_input.busy = busy;
 }
 
 void SetPeeking(bool peeking) {
-    g_desk.peeking = peeking;
+    g_input.peeking = peeking;
 }
 
 void SetNextCode(int code) {
-    g_desk.next_code = code;
+    g_input.next_code = code;
 }
 
 void SetSwapped(bool swapped) {
-    if (g_desk.swapped == swapped) return;
-    g_desk.swapped = swapped;
+    if (g_input.swapped == swapped) return;
+    g_input.swapped = swapped;
     if (!IsVirtual() && !SystemIsSynchronous()) ::SwapMouseButton(swapped);
 }
 
 void GiveBackSettings() {
-    SetSwapped(g_desk.swapped_before);
+    SetSwapped(g_input.swapped_before);
 }
 
 void SetReenters(HWND window, bool reenters) {
     if (reenters)
-        g_desk.reentering.insert(window);
+        g_input.reentering.insert(window);
     else
-        g_desk.reentering.erase(window);
+        g_input.reentering.erase(window);
 }
 
 void PumpWithin(HWND window, UINT message) {
     const bool is_button = message > WM_MOUSEMOVE && message <= WM_MBUTTONDBLCLK;
-    if (!is_button || !g_desk.reentering.contains(window) || g_desk.interactive) return;
+    if (!is_button || !g_input.reentering.contains(window) || g_input.interactive) return;
     NoteInHandDelivered();
-    ++g_desk.pumps_within;
+    ++g_input.pumps_within;
     if (IsVirtual())
         DrainVirtual();
     else
         HandOutReal();
-    --g_desk.pumps_within;
+    --g_input.pumps_within;
 }
 
 Counts CountsSoFar() {
-    return g_desk.counts;
+    return g_input.counts;
 }
 
 UINT SendInputRecords(const INPUT* records, UINT count) {
     for (UINT i = 0; i < count; ++i) {
-        ++g_desk.counts.own;
+        ++g_input.counts.own;
         QueueRecord(records[i], true);
     }
     if (!IsVirtual())
@@ -646,15 +645,15 @@ UINT SendInputRecords(const INPUT* records, UINT count) {
 
 bool MoveCursor(POINT screen) {
     screen = OnScreen(screen);
-    if (g_desk.interactive) return ::SetCursorPos(screen.x, screen.y);
-    if (screen.x == g_desk.cursor.x && screen.y == g_desk.cursor.y) return true;
+    if (g_input.interactive) return ::SetCursorPos(screen.x, screen.y);
+    if (screen.x == g_input.cursor.x && screen.y == g_input.cursor.y) return true;
     QueueMove(screen, false);
     if (!IsVirtual()) MoveCursorForReal(screen);
     return true;
 }
 
 SHORT AsyncKeyState(int virtual_key) {
-    BYTE& state = g_desk.async.keys[virtual_key & 255];
+    BYTE& state = g_input.async.keys[virtual_key & 255];
     const unsigned pressed = state & 0x40 ? 1u : 0u;
     state = static_cast<BYTE>(state & ~0x40);
     if (!IsVirtual()) return AsyncKeyStateOfSystem(virtual_key, pressed);
@@ -663,34 +662,34 @@ SHORT AsyncKeyState(int virtual_key) {
 
 SHORT ThreadKeyState(int virtual_key) {
     if (!IsVirtual()) return ::GetKeyState(virtual_key);
-    const BYTE state = g_desk.thread.keys[virtual_key & 255];
+    const BYTE state = g_input.thread.keys[virtual_key & 255];
     return static_cast<SHORT>((state & 0x80 ? 0xFF80u : 0u) | (state & 1u));
 }
 
 void ReadKeyboard(BYTE state[256]) {
     if (IsVirtual())
-        std::memcpy(state, g_desk.thread.keys, 256);
+        std::memcpy(state, g_input.thread.keys, 256);
     else
         ::GetKeyboardState(state);
 }
 
 void WriteKeyboard(const BYTE state[256]) {
     if (IsVirtual())
-        std::memcpy(g_desk.thread.keys, state, 256);
+        std::memcpy(g_input.thread.keys, state, 256);
     else
         ::SetKeyboardState(const_cast<BYTE*>(state));
 }
 
 SIZE ScreenSize() {
-    return g_desk.screen;
+    return g_input.screen;
 }
 
 RECT WholeScreen() {
-    return {g_desk.origin.x, g_desk.origin.y, g_desk.screen.cx, g_desk.screen.cy};
+    return {g_input.origin.x, g_input.origin.y, g_input.screen.cx, g_input.screen.cy};
 }
 
 bool ButtonsAreSwapped() {
-    return g_desk.interactive ? ::GetSystemMetrics(SM_SWAPBUTTON) != 0 : g_desk.swapped;
+    return g_input.interactive ? ::GetSystemMetrics(SM_SWAPBUTTON) != 0 : g_input.swapped;
 }
 
 HWND WindowAt(POINT screen) {
@@ -706,17 +705,17 @@ HHOOK InstallHook(int type, HOOKPROC procedure) {
     const DWORD thread = GetCurrentThreadId();
     HHOOK system_hook = nullptr;
     if (type == WH_MOUSE) {
-        g_desk.mouse_hook = procedure;
-        if (!IsVirtual() && !g_desk.system_mouse_hook)
-            g_desk.system_mouse_hook =
+        g_input.mouse_hook = procedure;
+        if (!IsVirtual() && !g_input.system_mouse_hook)
+            g_input.system_mouse_hook =
                 ::SetWindowsHookExA(WH_MOUSE, SystemMouseHook, nullptr, thread);
-        system_hook = g_desk.system_mouse_hook;
+        system_hook = g_input.system_mouse_hook;
     } else if (type == WH_KEYBOARD) {
-        g_desk.key_hook = procedure;
-        if (!IsVirtual() && !g_desk.system_key_hook)
-            g_desk.system_key_hook =
+        g_input.key_hook = procedure;
+        if (!IsVirtual() && !g_input.system_key_hook)
+            g_input.system_key_hook =
                 ::SetWindowsHookExA(WH_KEYBOARD, SystemKeyHook, nullptr, thread);
-        system_hook = g_desk.system_key_hook;
+        system_hook = g_input.system_key_hook;
     } else {
         return nullptr;
     }
@@ -725,48 +724,48 @@ HHOOK InstallHook(int type, HOOKPROC procedure) {
 }
 
 LRESULT PassOn(int code, WPARAM wparam, LPARAM lparam) {
-    g_desk.passed_on = true;
-    // The procedure stands in the place of the desk's own hook.
+    g_input.passed_on = true;
+    // The procedure stands in the place of the hook installed here.
     return IsVirtual() ? 0 : ::CallNextHookEx(nullptr, code, wparam, lparam);
 }
 
 void NotePosted() {
-    g_desk.posted = true;
+    g_input.posted = true;
 }
 
 void NoteSent(UINT message) {
-    // The world's own windows tell the desk; the system's controls in a dialog do not.
+    // The world's own windows tell of their capture; the system's controls in a dialog do not.
     if (IsVirtual() && !world::AnyDialogOpen()) return;
     if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST && message != WM_MOUSEMOVE)
         FollowCapture();
 }
 
 void FollowCapture() {
-    g_desk.capture = ::GetCapture();
+    g_input.capture = ::GetCapture();
 }
 
 bool AsyncDown(int virtual_key) {
-    if (g_desk.interactive) return ::GetAsyncKeyState(virtual_key) < 0;
-    return g_desk.async.Down(virtual_key);
+    if (g_input.interactive) return ::GetAsyncKeyState(virtual_key) < 0;
+    return g_input.async.Down(virtual_key);
 }
 
 POINT CursorSoFar() {
-    return g_desk.interactive ? Cursor() : g_desk.cursor;
+    return g_input.interactive ? Cursor() : g_input.cursor;
 }
 
 std::string AsyncText() {
-    return DownText(g_desk.async);
+    return DownText(g_input.async);
 }
 
 std::string ThreadText() {
-    if (IsVirtual()) return DownText(g_desk.thread);
+    if (IsVirtual()) return DownText(g_input.thread);
     KeyState state;
     ::GetKeyboardState(state.keys);
     return DownText(state);
 }
 
 bool AnythingDown() {
-    for (const BYTE key : g_desk.async.keys)
+    for (const BYTE key : g_input.async.keys)
         if (key & 0x80) return true;
     return false;
 }
@@ -785,13 +784,13 @@ static void NoteMenuKey(const MSG& message) {
         message.wParam == VK_F10 || (message.wParam == VK_MENU && message.message != WM_KEYDOWN);
     if (down) {
         // A repeated Alt takes it back, as Wine has it.
-        const bool repeated = message.wParam == VK_MENU && g_desk.menu_key == VK_MENU;
-        g_desk.menu_key = is_menu_key && !repeated ? message.wParam : 0;
+        const bool repeated = message.wParam == VK_MENU && g_input.menu_key == VK_MENU;
+        g_input.menu_key = is_menu_key && !repeated ? message.wParam : 0;
         return;
     }
-    if (is_menu_key && std::exchange(g_desk.menu_key, 0) == message.wParam)
+    if (is_menu_key && std::exchange(g_input.menu_key, 0) == message.wParam)
         trace::Got(world::Of(GetAncestor(message.hwnd, GA_ROOT)) + " WM_SYSCOMMAND SC_KEYMENU 0,0");
-    g_desk.menu_key = 0;
+    g_input.menu_key = 0;
 }
 
 void Dispatch(MSG* message) {
@@ -824,4 +823,4 @@ void Dispatch(MSG* message) {
     NoteSent(message->message);
 }
 
-}  // namespace desk
+}  // namespace input

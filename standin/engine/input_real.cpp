@@ -1,13 +1,13 @@
-// Real input: records travel through the system's queue to hooks that the desk installs around the
+// Real input: records travel through the system's queue to hooks that are installed around the
 // plug-in's procedures. The queue of the bookkeeping is held beside it, to know each event again.
 #include <utility>
 
-#include "standin/engine/desk_internal.h"
+#include "standin/engine/input_internal.h"
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 
-namespace desk {
+namespace input {
 namespace {
 
 // Marks the record that keeps two moves apart.
@@ -45,11 +45,11 @@ bool IsKey(UINT message) {
 // Takes the record that a delivered event comes from. Records before it went to other windows.
 // Empty: nobody injected it.
 std::optional<Event> TakeRecord(bool (*fits)(const Event&, UINT, int), UINT message, int key) {
-    for (size_t i = 0; i < g_desk.waiting.size(); ++i) {
-        if (!fits(g_desk.waiting[i], message, key)) continue;
-        const Event event = g_desk.waiting[i];
-        g_desk.waiting.erase(g_desk.waiting.begin(),
-                             g_desk.waiting.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+    for (size_t i = 0; i < g_input.waiting.size(); ++i) {
+        if (!fits(g_input.waiting[i], message, key)) continue;
+        const Event event = g_input.waiting[i];
+        g_input.waiting.erase(g_input.waiting.begin(),
+                              g_input.waiting.begin() + static_cast<std::ptrdiff_t>(i) + 1);
         return event;
     }
     return {};
@@ -67,18 +67,18 @@ bool FitsKey(const Event& event, UINT up, int general) {
 // An event of the mouse over a window of ours has to reach it.
 void LookForLostEvents() {
     if (!SystemIsSynchronous()) return;
-    for (const Event& event : g_desk.waiting)
+    for (const Event& event : g_input.waiting)
         if (event.kind != EventKind::kKey && IsOwn(WindowAt(event.at)))
-            g_desk.disturbance = "the system lost an event of the mouse at " + PointText(event.at) +
-                                 " over " + world::Of(WindowAt(event.at));
+            g_input.disturbance = "the system lost an event of the mouse at " +
+                                  PointText(event.at) + " over " + world::Of(WindowAt(event.at));
 }
 
 // A hook that pumps the queue is handed the event that it is looking at once more, since Wine takes
 // it out of the queue only when the hooks are through. The oldest comes first.
 bool ComesAgain(bool mouse, UINT message, int key, bool up) {
-    if (g_desk.pumps_within == 0) return false;
+    if (g_input.pumps_within == 0) return false;
     Looking* oldest = nullptr;
-    for (Looking* looking = g_desk.looking; looking; looking = looking->outer)
+    for (Looking* looking = g_input.looking; looking; looking = looking->outer)
         if (looking->queued) oldest = looking;
     if (!oldest || oldest->mouse != mouse) return false;
     const bool same = mouse ? RecordMessage(oldest->message) == RecordMessage(message)
@@ -90,10 +90,10 @@ bool ComesAgain(bool mouse, UINT message, int key, bool up) {
 class LookingNow {
 public:
     LookingNow() {
-        looking_.outer = g_desk.looking;
-        g_desk.looking = &looking_;
+        looking_.outer = g_input.looking;
+        g_input.looking = &looking_;
     }
-    ~LookingNow() { g_desk.looking = looking_.outer; }
+    ~LookingNow() { g_input.looking = looking_.outer; }
     LookingNow(const LookingNow&) = delete;
     LookingNow& operator=(const LookingNow&) = delete;
     Looking* operator->() { return &looking_; }
@@ -105,7 +105,7 @@ private:
 // After a look that nobody objected to, the record waits on.
 void PutBack(const std::optional<Event>& record, int code, LRESULT answer, int hit = HTCLIENT) {
     if (record && code == HC_NOREMOVE && answer == 0 && !IsForNobody(hit))
-        g_desk.waiting.push_front(*record);
+        g_input.waiting.push_front(*record);
 }
 
 bool g_watching = false;
@@ -126,11 +126,11 @@ bool SystemIsSynchronous() {
 
 void InjectForReal(const INPUT& record) {
     INPUT timed = record;
-    if (timed.type == INPUT_MOUSE && timed.mi.time == 0) timed.mi.time = g_desk.time;
+    if (timed.type == INPUT_MOUSE && timed.mi.time == 0) timed.mi.time = g_input.time;
     // Wine knows of swapped buttons, but does not swap them.
     constexpr DWORD kLeft = MOUSEEVENTF_LEFTDOWN | MOUSEEVENTF_LEFTUP;
     constexpr DWORD kRight = MOUSEEVENTF_RIGHTDOWN | MOUSEEVENTF_RIGHTUP;
-    if (timed.type == INPUT_MOUSE && g_desk.swapped && SystemIsSynchronous()) {
+    if (timed.type == INPUT_MOUSE && g_input.swapped && SystemIsSynchronous()) {
         const DWORD flags = timed.mi.dwFlags;
         timed.mi.dwFlags =
             (flags & ~(kLeft | kRight)) | (flags & kLeft) << 2 | (flags & kRight) >> 2;
@@ -145,15 +145,15 @@ void InjectForReal(const INPUT& record) {
 void LookForStrayCursor() {
     POINT now{};
     if (!SystemIsSynchronous() || !::GetCursorPos(&now)) return;
-    if (now.x != g_desk.cursor.x || now.y != g_desk.cursor.y)
-        g_desk.disturbance = "the system put the cursor to " + PointText(now) +
-                             ", it was left at " + PointText(g_desk.cursor);
+    if (now.x != g_input.cursor.x || now.y != g_input.cursor.y)
+        g_input.disturbance = "the system put the cursor to " + PointText(now) +
+                              ", it was left at " + PointText(g_input.cursor);
 }
 
 void MoveCursorForReal(POINT screen) {
     // Wine keeps the event that a hook is looking at in the queue. A move would merge with it when
     // that is a move too, and vanish with it; something has to lie between.
-    if (g_desk.handling_move && g_desk.waiting.size() == 1 && SystemIsSynchronous()) {
+    if (g_input.handling_move && g_input.waiting.size() == 1 && SystemIsSynchronous()) {
         INPUT separator{};
         separator.type = INPUT_MOUSE;
         separator.mi.dwFlags = MOUSEEVENTF_WHEEL;
@@ -165,7 +165,7 @@ void MoveCursorForReal(POINT screen) {
 
 // The watch of interactive use looks at messages as no host does.
 static bool IsOwnLook(int code) {
-    return g_desk.interactive && code == HC_NOREMOVE;
+    return g_input.interactive && code == HC_NOREMOVE;
 }
 
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
@@ -177,15 +177,15 @@ LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
     if (ComesAgain(true, message, 0, false)) return 1;
     const std::optional<Event> record = TakeRecord(FitsMouse, RecordMessage(message), 0);
     // The system tells windows that come to lie under a resting cursor about it; nobody moved.
-    if (!record && !g_desk.interactive && ClientMessage(message) == WM_MOUSEMOVE) return 1;
+    if (!record && !g_input.interactive && ClientMessage(message) == WM_MOUSEMOVE) return 1;
     MOUSEHOOKSTRUCTEX hook = *reinterpret_cast<MOUSEHOOKSTRUCTEX*>(lparam);
     hook.dwExtraInfo = 0;
     LookingNow look;
     look->mouse = true;
     look->message = message;
-    const bool outer = std::exchange(g_desk.handling_move, ClientMessage(message) == WM_MOUSEMOVE);
+    const bool outer = std::exchange(g_input.handling_move, ClientMessage(message) == WM_MOUSEMOVE);
     const LRESULT answer = AskMouseHook(code, message, &hook, record && record->own);
-    g_desk.handling_move = outer;
+    g_input.handling_move = outer;
     PutBack(record, code, answer, static_cast<int>(hook.wHitTestCode));
     if (answer) WakeWatch();
     return answer;
@@ -231,7 +231,8 @@ void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key, bool repea
 }
 
 static bool TakeMessage(MSG* message) {
-    if (g_desk.peeking && !PeekMessageA(message, nullptr, 0, 0, kWanted & ~PM_REMOVE)) return false;
+    if (g_input.peeking && !PeekMessageA(message, nullptr, 0, 0, kWanted & ~PM_REMOVE))
+        return false;
     return PeekMessageA(message, nullptr, 0, 0, kWanted);
 }
 
@@ -240,10 +241,10 @@ void HandOutReal() {
     while (TakeMessage(&message)) {
         if (IsMouse(message.message)) {
             // Without hooks nobody has taken the record yet.
-            if (!g_desk.mouse_hook) TakeRecord(FitsMouse, RecordMessage(message.message), 0);
+            if (!g_input.mouse_hook) TakeRecord(FitsMouse, RecordMessage(message.message), 0);
             ReportMouseArrival(message.hwnd, message.message, message.wParam, message.pt);
         } else if (IsKey(message.message)) {
-            if (!g_desk.key_hook)
+            if (!g_input.key_hook)
                 TakeRecord(FitsKey, (message.lParam >> 31) & 1 ? 1 : 0,
                            static_cast<int>(message.wParam));
             ReportKeyArrival(message.hwnd, message.message, message.wParam);
@@ -254,10 +255,10 @@ void HandOutReal() {
 }
 
 void DrainReal() {
-    if (g_desk.interactive) return;  // the user's own loop hands the events out
+    if (g_input.interactive) return;  // the user's own loop hands the events out
     for (;;) {
         HandOutReal();
-        if (g_desk.waiting.empty() || SystemIsSynchronous()) break;
+        if (g_input.waiting.empty() || SystemIsSynchronous()) break;
         constexpr DWORD kLongestWait = 100;
         if (MsgWaitForMultipleObjects(0, nullptr, FALSE, kLongestWait, QS_ALLINPUT) == WAIT_TIMEOUT)
             break;
@@ -265,7 +266,7 @@ void DrainReal() {
     // What is left went to windows of others, or got lost.
     LookForLostEvents();
     LookForStrayCursor();
-    g_desk.waiting.clear();
+    g_input.waiting.clear();
 }
 
-}  // namespace desk
+}  // namespace input

@@ -1,5 +1,5 @@
 // The virtual keyboard, mouse and screen, as the plug-in asks about them.
-#include "standin/engine/desk.h"
+#include "standin/engine/input.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -7,32 +7,34 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input_control.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
 #include "tests/engine/in_both_inputs.h"
 
 namespace {
 
-class DeskTest : public testing::Test {
+class InputTest : public testing::Test {
 protected:
     void SetUp() override { Open({0, 0}); }
     void TearDown() override {
         world::Destroy();
-        desk::Close();
+        input::Close();
     }
     static void Open(POINT origin) {
         // The thread stays on the desktop that it came to first.
-        static const std::string desktop = desk::NewDesktopName();
+        static const std::string desktop = input::NewDesktopName();
         world::Destroy();
-        ASSERT_EQ(desk::Open(desk::InputKind::kVirtual, desktop, 1280, 1024, origin), "");
+        ASSERT_EQ(input::Open(input::Kind::kVirtual, desktop, 1280, 1024, origin), "");
         world::Create({});
     }
     static void Key(int key, bool down) {
-        desk::InjectKey(key, down);
-        desk::Drain();
+        input::InjectKey(key, down);
+        input::Drain();
     }
-    static unsigned Asked(int key) { return static_cast<unsigned short>(desk::AsyncKeyState(key)); }
+    static unsigned Asked(int key) {
+        return static_cast<unsigned short>(input::AsyncKeyState(key));
+    }
     static INPUT KeyRecord(int key, DWORD flags) {
         INPUT record{};
         record.type = INPUT_KEYBOARD;
@@ -42,7 +44,7 @@ protected:
     }
 };
 
-TEST_F(DeskTest, TheGeneralKeysTellOfEachPress) {
+TEST_F(InputTest, TheGeneralKeysTellOfEachPress) {
     struct Row {
         int general, left, right;
     };
@@ -68,87 +70,87 @@ TEST_F(DeskTest, TheGeneralKeysTellOfEachPress) {
     }
 }
 
-TEST_F(DeskTest, AGeneralRecordIsTheLeftKeyUnlessExtended) {
+TEST_F(InputTest, AGeneralRecordIsTheLeftKeyUnlessExtended) {
     Key(VK_RCONTROL, true);
     INPUT left_up = KeyRecord(VK_CONTROL, KEYEVENTF_KEYUP);
-    desk::SendInputRecords(&left_up, 1);
-    EXPECT_TRUE(desk::AsyncDown(VK_CONTROL));
+    input::SendInputRecords(&left_up, 1);
+    EXPECT_TRUE(input::AsyncDown(VK_CONTROL));
     INPUT right_up = KeyRecord(VK_CONTROL, KEYEVENTF_KEYUP | KEYEVENTF_EXTENDEDKEY);
-    desk::SendInputRecords(&right_up, 1);
-    EXPECT_FALSE(desk::AsyncDown(VK_CONTROL));
-    desk::Drain();
-    EXPECT_FALSE(desk::AnythingDown());
+    input::SendInputRecords(&right_up, 1);
+    EXPECT_FALSE(input::AsyncDown(VK_CONTROL));
+    input::Drain();
+    EXPECT_FALSE(input::AnythingDown());
 }
 
-TEST_F(DeskTest, SwappedButtonsAreAskedByTheHardware) {
-    desk::SetSwapped(true);
-    EXPECT_TRUE(desk::ButtonsAreSwapped());
-    desk::InjectButton(VK_LBUTTON, true);
-    desk::Drain();
+TEST_F(InputTest, SwappedButtonsAreAskedByTheHardware) {
+    input::SetSwapped(true);
+    EXPECT_TRUE(input::ButtonsAreSwapped());
+    input::InjectButton(VK_LBUTTON, true);
+    input::Drain();
     EXPECT_EQ(Asked(VK_LBUTTON), 0u);
     EXPECT_EQ(Asked(VK_RBUTTON), 0x8001u);
-    EXPECT_TRUE(desk::KeyDown(VK_LBUTTON)) << "the thread knows of messages";
-    desk::InjectButton(VK_LBUTTON, false);
-    desk::Drain();
-    EXPECT_FALSE(desk::KeyDown(VK_LBUTTON));
-    EXPECT_FALSE(desk::AnythingDown());
-    desk::GiveBackSettings();
-    EXPECT_FALSE(desk::ButtonsAreSwapped());
+    EXPECT_TRUE(input::KeyDown(VK_LBUTTON)) << "the thread knows of messages";
+    input::InjectButton(VK_LBUTTON, false);
+    input::Drain();
+    EXPECT_FALSE(input::KeyDown(VK_LBUTTON));
+    EXPECT_FALSE(input::AnythingDown());
+    input::GiveBackSettings();
+    EXPECT_FALSE(input::ButtonsAreSwapped());
 }
 
-TEST_F(DeskTest, TheWholeScreenMayBeginBeforeTheMainMonitor) {
+TEST_F(InputTest, TheWholeScreenMayBeginBeforeTheMainMonitor) {
     Open({-1280, -100});
-    const RECT all = desk::WholeScreen();
+    const RECT all = input::WholeScreen();
     EXPECT_EQ(all.left, -1280);
     EXPECT_EQ(all.top, -100);
     EXPECT_EQ(all.right, 1280);
     EXPECT_EQ(all.bottom, 1024);
-    EXPECT_EQ(desk::ScreenSize().cx, 1280);
+    EXPECT_EQ(input::ScreenSize().cx, 1280);
     for (const POINT place : {POINT{-1280, -100}, POINT{-1, -1}, POINT{0, 0}, POINT{1279, 1023}}) {
-        desk::InjectMove(place);
-        desk::Drain();
-        EXPECT_EQ(desk::Cursor().x, place.x);
-        EXPECT_EQ(desk::Cursor().y, place.y);
+        input::InjectMove(place);
+        input::Drain();
+        EXPECT_EQ(input::Cursor().x, place.x);
+        EXPECT_EQ(input::Cursor().y, place.y);
     }
-    desk::MoveCursor({-5000, 5000});
-    EXPECT_EQ(desk::Cursor().x, -1280);
-    EXPECT_EQ(desk::Cursor().y, 1023);
+    input::MoveCursor({-5000, 5000});
+    EXPECT_EQ(input::Cursor().x, -1280);
+    EXPECT_EQ(input::Cursor().y, 1023);
     // Without the flag for all monitors a place is one of the main monitor.
     INPUT record{};
     record.type = INPUT_MOUSE;
     record.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    desk::SendInputRecords(&record, 1);
-    EXPECT_EQ(desk::Cursor().x, 0);
-    EXPECT_EQ(desk::Cursor().y, 0);
-    desk::Drain();
+    input::SendInputRecords(&record, 1);
+    EXPECT_EQ(input::Cursor().x, 0);
+    EXPECT_EQ(input::Cursor().y, 0);
+    input::Drain();
 }
 
-TEST_F(DeskTest, InjectedButtonsAreTheHardwares) {
-    desk::SetSwapped(true);
-    desk::InjectMove(desk::ToScreen(world::Find("viewport.persp"), {30, 40}));
+TEST_F(InputTest, InjectedButtonsAreTheHardwares) {
+    input::SetSwapped(true);
+    input::InjectMove(input::ToScreen(world::Find("viewport.persp"), {30, 40}));
     INPUT record{};
     record.type = INPUT_MOUSE;
     record.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
     trace::BeginCommand(true);
-    desk::SendInputRecords(&record, 1);
-    desk::Drain();
+    input::SendInputRecords(&record, 1);
+    input::Drain();
     EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
               "got viewport.persp WM_MOUSEMOVE 0 30,40");
     EXPECT_EQ(trace::NextLine(trace::Reading::kArrivals),
               "got viewport.persp WM_RBUTTONDOWN 2 30,40");
     EXPECT_EQ(Asked(VK_LBUTTON), 0x8001u);
     record.mi.dwFlags = MOUSEEVENTF_LEFTUP;
-    desk::SendInputRecords(&record, 1);
-    desk::Drain();
-    EXPECT_FALSE(desk::AnythingDown());
+    input::SendInputRecords(&record, 1);
+    input::Drain();
+    EXPECT_FALSE(input::AnythingDown());
 }
 
-TEST_F(DeskTest, AnInjectedPressMayBeTheSecondOfADoubleClick) {
-    desk::InjectMove(desk::ToScreen(world::Find("viewport.persp"), {30, 40}));
+TEST_F(InputTest, AnInjectedPressMayBeTheSecondOfADoubleClick) {
+    input::InjectMove(input::ToScreen(world::Find("viewport.persp"), {30, 40}));
     in_both_inputs::PressAfterAClick();
 }
 
-TEST_F(DeskTest, HooksGetTheGeneralKeyAndWhichSideItIs) {
+TEST_F(InputTest, HooksGetTheGeneralKeyAndWhichSideItIs) {
     in_both_inputs::PressBothSides();
 }
 
@@ -159,25 +161,25 @@ LRESULT g_answer = 0;
 LRESULT CALLBACK Note(int code, WPARAM wparam, LPARAM lparam) {
     g_codes.push_back(code);
     if (g_answer) return g_answer;
-    return desk::PassOn(code, wparam, lparam);
+    return input::PassOn(code, wparam, lparam);
 }
 
-TEST_F(DeskTest, ALookComesBeforeTheTakingUnlessTheTakingGoesOn) {
+TEST_F(InputTest, ALookComesBeforeTheTakingUnlessTheTakingGoesOn) {
     g_codes.clear();
     g_answer = 0;
-    desk::InstallHook(WH_KEYBOARD, Note);
-    desk::SetPeeking(true);
+    input::InstallHook(WH_KEYBOARD, Note);
+    input::SetPeeking(true);
     Key('K', true);
     EXPECT_EQ(g_codes, (std::vector<int>{HC_NOREMOVE, HC_ACTION}));
     g_codes.clear();
     g_answer = 1;
     Key('K', false);
     EXPECT_EQ(g_codes, std::vector<int>{HC_NOREMOVE}) << "kept at the look, it is gone";
-    EXPECT_FALSE(desk::KeyDown('K'));
+    EXPECT_FALSE(input::KeyDown('K'));
     g_answer = 0;
     g_codes.clear();
-    desk::SetPeeking(false);
-    desk::SetNextCode(-2);
+    input::SetPeeking(false);
+    input::SetNextCode(-2);
     Key('K', true);
     Key('K', false);
     EXPECT_EQ(g_codes, (std::vector<int>{-2, HC_ACTION}));

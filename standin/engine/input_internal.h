@@ -1,4 +1,4 @@
-// What the files of the desk share.
+// What the files of the input share.
 #pragma once
 
 #include <windows.h>
@@ -8,10 +8,10 @@
 #include <set>
 #include <string>
 
-#include "standin/engine/desk.h"
-#include "standin/engine/desk_control.h"
+#include "standin/engine/input.h"
+#include "standin/engine/input_control.h"
 
-namespace desk {
+namespace input {
 
 enum class EventKind { kMove, kButton, kKey };
 
@@ -55,7 +55,7 @@ struct Looking {
 };
 
 struct State {
-    InputKind kind = InputKind::kVirtual;
+    Kind kind = Kind::kVirtual;
     bool interactive = false;
     SIZE screen{1280, 1024};
     POINT origin{};
@@ -93,7 +93,7 @@ struct State {
     Counts counts;
 };
 
-extern State g_desk;
+extern State g_input;
 
 int GeneralKey(int key);
 // What a window has there is told to the hooks only; the system drops it when it looks at it.
@@ -112,7 +112,7 @@ int LogicalButton(int key);
 void ReportMouseArrival(HWND window, UINT message, WPARAM wparam, POINT screen);
 void ReportKeyArrival(HWND window, UINT message, WPARAM key);
 
-// Virtual input (desk_virtual.cpp) and real input (desk_real.cpp).
+// Virtual input (input_virtual.cpp) and real input (input_real.cpp).
 void DrainVirtual();
 // What the hooks are looking at is as good as delivered to whoever pumps the queue in there.
 void NoteInHandDelivered();
@@ -125,9 +125,9 @@ void MoveCursorForReal(POINT screen);
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam);
 LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam);
 
-// The watch of interactive use (desk_watch.cpp). Look is called when the queue is empty.
+// The watch of interactive use (input_watch.cpp). Look is called when the queue is empty.
 void BeginWatch();
 void Look();
 void EndWatch();
 
-}  // namespace desk
+}  // namespace input
