@@ -619,12 +619,12 @@ void SetReenters(HWND window, bool reenters) {
 void PumpWithin(HWND window, UINT message) {
     const bool is_button = message > WM_MOUSEMOVE && message <= WM_MBUTTONDBLCLK;
     if (!is_button || !g_input.reentering.contains(window) || g_input.interactive) return;
-    NoteInHandDelivered();
+    NoteDelivered();
     ++g_input.pumps_within;
     if (IsVirtual())
         DrainVirtual();
     else
-        HandOutReal();
+        DispatchReal();
     --g_input.pumps_within;
 }
 

@@ -26,7 +26,7 @@ std::string Open(Kind kind, const std::string& desktop, int width, int height,
 std::string DesktopName();
 // Real input on the user's own desktop and screen, with the system's clock.
 void OpenInteractive();
-// Hands out what the user does until the window is gone. A key that nobody kept is offered to
+// Dispatches what the user does until the window is gone. A key that nobody kept is offered to
 // `hotkey` first; true: it was one. With `watch` the trace also tells what scene, menus and
 // dialogs show, whenever that has changed and the queue is empty.
 void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key, bool repeated), bool watch);
@@ -53,7 +53,7 @@ void SetSwapped(bool swapped);
 void GiveBackSettings();
 // While such a window handles a message of a button that was sent to it, it pumps the queue.
 void SetReenters(HWND window, bool reenters);
-// Hands out what waits, from inside of something that is being handed out.
+// Dispatches what waits, from inside of something that is being dispatched.
 void PumpWithin(HWND window, UINT message);
 // Delivers what waits, with all that follows from it, and what was posted to the windows.
 void Drain();

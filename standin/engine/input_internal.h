@@ -85,7 +85,7 @@ struct State {
     Press last_press;
     std::set<HWND> reentering;
     Looking* looking = nullptr;
-    struct InHand* in_hand = nullptr;
+    struct Delivery* delivery = nullptr;
     int pumps_within = 0;
     bool handling_move = false;  // real input: the hook is looking at a move
     std::string disturbance;
@@ -115,9 +115,9 @@ void ReportKeyArrival(HWND window, UINT message, WPARAM key);
 // Virtual input (input_virtual.cpp) and real input (input_real.cpp).
 void DrainVirtual();
 // What the hooks are looking at is as good as delivered to whoever pumps the queue in there.
-void NoteInHandDelivered();
+void NoteDelivered();
 void DrainReal();
-void HandOutReal();
+void DispatchReal();
 void InjectForReal(const INPUT& record);
 bool SystemIsSynchronous();
 void LookForStrayCursor();

@@ -236,7 +236,7 @@ static bool TakeMessage(MSG* message) {
     return PeekMessageA(message, nullptr, 0, 0, kWanted);
 }
 
-void HandOutReal() {
+void DispatchReal() {
     MSG message;
     while (TakeMessage(&message)) {
         if (IsMouse(message.message)) {
@@ -255,9 +255,9 @@ void HandOutReal() {
 }
 
 void DrainReal() {
-    if (g_input.interactive) return;  // the user's own loop hands the events out
+    if (g_input.interactive) return;  // the user's own loop dispatches the events
     for (;;) {
-        HandOutReal();
+        DispatchReal();
         if (g_input.waiting.empty() || SystemIsSynchronous()) break;
         constexpr DWORD kLongestWait = 100;
         if (MsgWaitForMultipleObjects(0, nullptr, FALSE, kLongestWait, QS_ALLINPUT) == WAIT_TIMEOUT)

@@ -63,20 +63,20 @@ UINT WithDoubleClick(const Event& event, HWND window, int hit, bool records) {
 }  // namespace
 
 // An event between the queue and its window. The thread's key state knows of it when the hooks are
-// through, or before when something behind it is handed out from inside of them.
-struct InHand {
+// through, or before when something behind it is dispatched from inside of them.
+struct Delivery {
     const Event& event;
     HWND window = nullptr;  // mouse
     int hit = HTCLIENT;
-    InHand* outer = nullptr;
+    Delivery* outer = nullptr;
     bool delivered = false;
 
-    explicit InHand(const Event& one) : event(one), outer(g_input.in_hand) {
-        g_input.in_hand = this;
+    explicit Delivery(const Event& one) : event(one), outer(g_input.delivery) {
+        g_input.delivery = this;
     }
-    ~InHand() { g_input.in_hand = outer; }
-    InHand(const InHand&) = delete;
-    InHand& operator=(const InHand&) = delete;
+    ~Delivery() { g_input.delivery = outer; }
+    Delivery(const Delivery&) = delete;
+    Delivery& operator=(const Delivery&) = delete;
 
     void Deliver() {
         if (!std::exchange(delivered, true) && event.kind != EventKind::kMove)
@@ -84,14 +84,13 @@ struct InHand {
     }
 };
 
-// All around it have had their turn already: what is in hand inside of another was handed out by a
-// pump.
-void NoteInHandDelivered() {
-    InHand* const in_hand = g_input.in_hand;
-    if (!in_hand || in_hand->delivered) return;
+// Those around it have been noted already: a delivery inside of another one was begun by a pump.
+void NoteDelivered() {
+    Delivery* const delivery = g_input.delivery;
+    if (!delivery || delivery->delivered) return;
     // Wine comes upon the press once more then, before it lets it go, and takes it for two.
-    if (in_hand->window) WithDoubleClick(in_hand->event, in_hand->window, in_hand->hit, true);
-    in_hand->Deliver();
+    if (delivery->window) WithDoubleClick(delivery->event, delivery->window, delivery->hit, true);
+    delivery->Deliver();
 }
 
 namespace {
@@ -111,15 +110,15 @@ End DeliverMouse(const Event& event, int code) {
             window = nullptr;
         if (window) hit = static_cast<int>(SendMessageA(window, WM_NCHITTEST, 0, screen));
     }
-    InHand in_hand(event);
+    Delivery delivery(event);
     const bool takes = code == HC_ACTION;
     if (!window) {
-        if (takes) in_hand.Deliver();
+        if (takes) delivery.Deliver();
         return takes ? End::kArrived : End::kPeeked;
     }
 
-    in_hand.window = window;
-    in_hand.hit = hit;
+    delivery.window = window;
+    delivery.hit = hit;
     UINT message = WithDoubleClick(event, window, hit, takes);
     if (hit != HTCLIENT) message += WM_NCMOUSEMOVE - WM_MOUSEMOVE;
     MOUSEHOOKSTRUCTEX hook{};
@@ -127,7 +126,7 @@ End DeliverMouse(const Event& event, int code) {
     hook.hwnd = window;
     hook.wHitTestCode = static_cast<UINT>(hit);
     const bool swallowed = AskMouseHook(code, message, &hook, event.own) != 0;
-    if (swallowed || takes || IsForNobody(hit)) in_hand.Deliver();
+    if (swallowed || takes || IsForNobody(hit)) delivery.Deliver();
     if (swallowed) return End::kSwallowed;
     // Here the system would have the window set the cursor's shape; there is none to be seen.
     if (IsForNobody(hit)) return End::kArrived;
@@ -154,9 +153,9 @@ End DeliverMouse(const Event& event, int code) {
 End DeliverKey(const Event& event, int code) {
     const int general = GeneralKey(event.key);
     const bool takes = code == HC_ACTION;
-    InHand in_hand(event);
+    Delivery delivery(event);
     const bool swallowed = AskKeyHook(code, general, event.lparam, event.own) != 0;
-    if (swallowed || takes) in_hand.Deliver();
+    if (swallowed || takes) delivery.Deliver();
     if (swallowed) return End::kSwallowed;
     if (!takes) return End::kPeeked;
     const HWND window = Focus();
@@ -193,7 +192,7 @@ void DrainVirtual() {
     // that takes does not look before.
     bool takes = false;
     for (;;) {
-        // The system hands out what was posted before it hands out input.
+        // The system dispatches what was posted before it dispatches input.
         if (g_input.posted) {
             PumpPosted();
             takes = false;

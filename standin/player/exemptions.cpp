@@ -73,7 +73,7 @@ constexpr Text kTexts[] = {
     {"two held", "a key comes up while both a snap and a scrub are held",
      "one release ends one of them"},
     {"in between",
-     "a window hands out other events while it handles what a gesture, the start of a "
+     "a window dispatches other events while it handles what a gesture, the start of a "
      "quick transform or a Shift click sends",
      "each goes by the state that it finds; then the gesture goes on as it had begun to, the quick "
      "transform hides the gizmo, and the click's end forgets the next click"},
