@@ -21,8 +21,8 @@ bool CursorIsFree() {
 
 }  // namespace
 
-struct Pool::Ground {
-    explicit Ground(bool for_real_input) : real(for_real_input) {}
+struct Pool::Desktop {
+    explicit Desktop(bool for_real_input) : real(for_real_input) {}
 
     const bool real;
     std::string name;
@@ -44,7 +44,7 @@ struct Pool::Ground {
         return stands;
     }
 
-    ~Ground() {
+    ~Desktop() {
         if (end) SetEvent(end);
         if (thread) WaitForSingleObject(thread, INFINITE);
         for (const HANDLE handle : {ready, end, thread})
@@ -52,8 +52,8 @@ struct Pool::Ground {
         if (desktop) CloseDesktop(desktop);
     }
 
-    static DWORD WINAPI Hold(void* ground) {
-        auto* const self = static_cast<Ground*>(ground);
+    static DWORD WINAPI Hold(void* context) {
+        auto* const self = static_cast<Desktop*>(context);
         if (SetThreadDesktop(self->desktop)) {
             // The first window makes the system set the desktop up.
             const HWND window = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr,
@@ -76,17 +76,17 @@ struct Pool::Ground {
 Pool::Pool() = default;
 Pool::~Pool() = default;
 
-const std::string& Pool::Name(Grounds* grounds, size_t slot, bool real) {
-    if (grounds->size() <= slot) grounds->resize(slot + 1);
-    std::unique_ptr<Ground>& ground = (*grounds)[slot];
+const std::string& Pool::Name(Desktops* desktops, size_t slot, bool real) {
+    if (desktops->size() <= slot) desktops->resize(slot + 1);
+    std::unique_ptr<Desktop>& desktop = (*desktops)[slot];
     // On a busy machine the system's process for the desktop now and then does not start.
     constexpr int kTries = 3;
-    for (int left = kTries; !ground && left > 0; --left) {
-        ground = std::make_unique<Ground>(real);
-        if (!ground->Make()) ground.reset();
+    for (int left = kTries; !desktop && left > 0; --left) {
+        desktop = std::make_unique<Desktop>(real);
+        if (!desktop->Make()) desktop.reset();
     }
     static const std::string none;
-    return ground ? ground->name : none;
+    return desktop ? desktop->name : none;
 }
 
 const std::string& Pool::Shared(size_t slot) {

@@ -10,7 +10,7 @@
 namespace desktops {
 
 // A desktop, with the system's own processes for it, takes longer to set up than most plays last.
-// With virtual input nothing of it outlives a play but its empty ground, so those that follow each
+// With virtual input nothing of it outlives a play but the empty desktop, so those that follow each
 // other share it. Real input leaves keys and cursor behind, so each play gets a fresh one. A
 // desktop stands until the pool ends or replaces it: a thread of the pool stays on it, because the
 // system takes down what nobody is on.
@@ -32,11 +32,11 @@ public:
     const std::string& Fresh(size_t slot);
 
 private:
-    struct Ground;
-    using Grounds = std::vector<std::unique_ptr<Ground>>;
-    static const std::string& Name(Grounds* grounds, size_t slot, bool real);
-    Grounds shared_;
-    Grounds fresh_;
+    struct Desktop;
+    using Desktops = std::vector<std::unique_ptr<Desktop>>;
+    static const std::string& Name(Desktops* desktops, size_t slot, bool real);
+    Desktops shared_;
+    Desktops fresh_;
 };
 
 }  // namespace desktops

@@ -103,7 +103,7 @@ class Situation:
     def columns(self):
         return COLUMNS[:1] if self.is_alone else COLUMNS
 
-    def ground(self):
+    def preconditions(self):
         """What has to be equal in situations that are played one after the other."""
         return (self.name if self.is_alone else "", self.release, tuple(self.settings))
 
@@ -174,7 +174,7 @@ def mark(text):
     return f'script "\\"{text}\\""'
 
 
-def ground_lines(situation):
+def precondition_lines(situation):
     settings = dict(line.split("=", 1) for line in SETTINGS)
     settings.update(line.split("=", 1) for line in situation.settings)
     lines = [situation.release] if situation.release else []
@@ -328,20 +328,21 @@ class Table:
     def learn(self):
         """Plays everything without faults: the fresh sessions, and who calls what."""
         texts = []
-        grounds = collections.defaultdict(list)
+        groups = collections.defaultdict(list)
         for situation in self.situations:
-            grounds[situation.ground()].append(situation)
-        for ground, members in grounds.items():
-            lines = ground_lines(members[0])
-            if not ground[0]:
+            groups[situation.preconditions()].append(situation)
+        for preconditions, members in groups.items():
+            lines = precondition_lines(members[0])
+            if not preconditions[0]:
                 lines += ["start"] + aftermath("fresh", True)
             for place, situation in enumerate(members):
                 lines += item_lines(situation, place)
             texts.append(lines)
-        for (ground, members), (output, messages) in zip(grounds.items(), self.player.play(texts)):
+        played = zip(groups.items(), self.player.play(texts))
+        for (preconditions, members), (output, messages) in played:
             pieces = cut(output)
-            fresh = facts_of(pieces, "0" if ground[0] else "fresh")
-            self.fresh[ground] = fresh
+            fresh = facts_of(pieces, "0" if preconditions[0] else "fresh")
+            self.fresh[preconditions] = fresh
             for place, situation in enumerate(members):
                 if f"done {place}" not in pieces:
                     raise Unreadable(f"situations.txt:{situation.line}: the play ended in "
@@ -364,12 +365,12 @@ class Table:
     def run(self, faults):
         waiting = []
         for fault in faults:
-            grounds = collections.defaultdict(list)
+            groups = collections.defaultdict(list)
             for situation in self.situations:
                 for column in situation.columns():
                     if POINTERS.get(fault, fault) in situation.calls[column]:
-                        grounds[situation.ground()].append((situation, column))
-            waiting += [(fault, items) for items in grounds.values()]
+                        groups[situation.preconditions()].append((situation, column))
+            waiting += [(fault, items) for items in groups.values()]
         self.cells += sum(len(items) for _, items in waiting)
         while waiting:
             outputs = self.player.play([self.text(fault, items) for fault, items in waiting])
@@ -381,13 +382,13 @@ class Table:
             waiting = left
 
     def text(self, fault, items):
-        lines = ground_lines(items[0][0])
+        lines = precondition_lines(items[0][0])
         if not items[0][0].is_alone:
             lines.append("start")
         for place, (situation, column) in enumerate(items):
             lines += item_lines(situation, place, fault, column)
             if self.exceptions.mentions(fault, situation.name, column):
-                lines += mending(place, self.fresh[situation.ground()][0])
+                lines += mending(place, self.fresh[situation.preconditions()][0])
         return lines
 
     def judge(self, fault, items, pieces, messages):
@@ -397,7 +398,7 @@ class Table:
                 what = messages[-1] if messages else "ended: without a word"
                 found = [re.sub(r"^.*?\.scn(:\d+)?: ", "ended: ", what)]
             else:
-                fresh = self.fresh[situation.ground()]
+                fresh = self.fresh[situation.preconditions()]
                 found = [f"at once: {fact}" for fact in
                          unlike(situation.settled, states_of(pieces[f"settled {place}"]))]
                 found += differences(fresh, facts_of(pieces, place))
@@ -406,7 +407,7 @@ class Table:
                     self.complaints.append(
                         f"{fault} | {situation.name} | {column} | {difference}")
             mended = states_of(pieces.get(f"mended {place}", []))
-            if found and mended != self.fresh[situation.ground()][0]:
+            if found and mended != self.fresh[situation.preconditions()][0]:
                 return items[place + 1:]
         return []
 
