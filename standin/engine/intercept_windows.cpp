@@ -132,12 +132,12 @@ LONG_PTR WINAPI OnSetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
 // --- dialogs ---
 
 // The dialog that is being made: its own procedure, and the name that the world is to know it by.
-struct Birth {
+struct PendingDialog {
     DLGPROC procedure = nullptr;
     const char* name = nullptr;
     bool names_parent = false;  // a page names the sheet around it
 };
-Birth g_birth;
+PendingDialog g_pending_dialog;
 
 struct Dialog {
     DLGPROC procedure = nullptr;
@@ -199,9 +199,10 @@ INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wparam, LPARA
 }
 
 INT_PTR CALLBACK FirstMessage(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) {
-    const Birth birth = g_birth;
-    if (birth.name) world::NameDialog(birth.name, birth.names_parent ? GetParent(dialog) : dialog);
-    g_dialogs[dialog] = {birth.procedure, birth.name ? birth.name : world::Of(dialog)};
+    const PendingDialog pending = g_pending_dialog;
+    if (pending.name)
+        world::NameDialog(pending.name, pending.names_parent ? GetParent(dialog) : dialog);
+    g_dialogs[dialog] = {pending.procedure, pending.name ? pending.name : world::Of(dialog)};
     ::SetWindowLongPtrA(dialog, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(DialogProcedure));
     return DialogProcedure(dialog, message, wparam, lparam);
 }
@@ -213,7 +214,7 @@ HWND WINAPI OnCreateDialogParamA(HINSTANCE module, const char* name, HWND owner,
     trace::Win("CreateDialogParamA " +
                (IS_INTRESOURCE(name) ? Number(static_cast<long long>(id)) : trace::Quoted(name)));
     if (Fails("CreateDialogParamA")) return nullptr;
-    g_birth = {procedure, id == kWelcomeDialog ? "welcome" : nullptr, false};
+    g_pending_dialog = {procedure, id == kWelcomeDialog ? "welcome" : nullptr, false};
     return ::CreateDialogParamA(module, name, owner, procedure ? FirstMessage : nullptr, parameter);
 }
 
@@ -228,7 +229,7 @@ INT_PTR WINAPI OnPropertySheetA(const PROPSHEETHEADERA* header) {
     std::vector<BYTE> page_bytes(header->ppsp->dwSize);
     std::memcpy(page_bytes.data(), header->ppsp, page_bytes.size());
     auto* const page = reinterpret_cast<PROPSHEETPAGEA*>(page_bytes.data());
-    g_birth = {page->pfnDlgProc, "options", true};
+    g_pending_dialog = {page->pfnDlgProc, "options", true};
     page->pfnDlgProc = FirstMessage;
     std::vector<BYTE> header_bytes(header->dwSize);
     std::memcpy(header_bytes.data(), header, header_bytes.size());
