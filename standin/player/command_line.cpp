@@ -156,8 +156,8 @@ std::string ReadArguments(int count, char** arguments, Arguments* result) {
             options.ready = reinterpret_cast<HANDLE>(std::strtoull(value, nullptr, 10));
         } else if (argument == "--desktop") {
             options.desktop = value;
-        } else if (argument == "--account") {
-            options.account = value;
+        } else if (argument == "--transcript") {
+            options.transcript = value;
         } else if (argument == "--out") {
             result->out = value;
         } else if (argument == "--scenarios") {
@@ -269,7 +269,7 @@ std::vector<std::string> ChildArguments(const Arguments& arguments, const std::s
         list.push_back(value);
     };
     add("--shots", options.shots);
-    add("--account", options.account);
+    add("--transcript", options.transcript);
     add("--config-dir", options.config_dir);
     if (options.invariants) list.push_back("--invariants");
     if (options.forgiving) list.push_back("--forgiving");
@@ -429,9 +429,9 @@ int PlayTour(Arguments arguments) {
     CreateDirectoryA(arguments.out.c_str(), nullptr);
     desktops::Pool pool;
     return tour::Play(stops, arguments.out,
-                      [&arguments, &pool](const tour::Stop& stop, const std::string& account,
+                      [&arguments, &pool](const tour::Stop& stop, const std::string& transcript,
                                           std::string* output, std::string* messages) {
-                          arguments.options.account = account;
+                          arguments.options.transcript = transcript;
                           arguments.options.film = tour::IsFilmed(stop);
                           child::Process process;
                           if (!StartPlay(arguments, stop.file, scenario::Scenario(), &pool, 0,

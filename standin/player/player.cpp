@@ -14,9 +14,9 @@
 #include "standin/engine/trace.h"
 #include "standin/engine/trace_control.h"
 #include "standin/engine/world.h"
-#include "standin/player/account.h"
 #include "standin/player/invariants.h"
 #include "standin/player/pictures.h"
+#include "standin/player/transcript.h"
 #include "standin/player/watchdog.h"
 
 namespace player {
@@ -238,7 +238,7 @@ public:
                 Complain(command.line, disturbance);
                 return kDisturbed;
             }
-            account_.Add(command);
+            transcript_.Add(command);
             Picture(command, false);
             FilmStep(command);
             if (options_.invariants)
@@ -256,8 +256,10 @@ public:
         return status_;
     }
 
-    bool OpenAccount() { return options_.account.empty() || account_.Open(options_.account); }
-    void CloseAccount() { account_.Close(); }
+    bool OpenTranscript() {
+        return options_.transcript.empty() || transcript_.Open(options_.transcript);
+    }
+    void CloseTranscript() { transcript_.Close(); }
     int Fail() { return status_ = kDifferent; }
 
 private:
@@ -617,7 +619,7 @@ private:
         const std::string name =
             stem.substr(0, stem.find_last_of('.')) + number + (before ? "before.png" : "after.png");
         world::PaintNow();
-        if (pictures::SaveScreen(options_.shots + "\\" + name)) account_.AddPicture(name);
+        if (pictures::SaveScreen(options_.shots + "\\" + name)) transcript_.AddPicture(name);
     }
 
     // For a moving picture: a picture a step, named by what is held.
@@ -645,7 +647,7 @@ private:
     const Options& options_;
     const scenario::Scenario& scenario_;
     std::string settings_file_;
-    account::Writer account_;
+    transcript::Writer transcript_;
     invariants::Checker checker_;
     int status_ = kGood;
     bool skip_ = false;
@@ -837,14 +839,14 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     input::TakeForeground(world::Find("main"));
 
     Player player(options, scenario, config_dir.SettingsFile());
-    if (!player.OpenAccount()) {
-        Complain(0, "the file " + options.account + " can not be written");
+    if (!player.OpenTranscript()) {
+        Complain(0, "the file " + options.transcript + " can not be written");
         return kUnreadable;
     }
     g_preparing = nullptr;
     int status = player.Run();
     input::GiveBackSettings();
-    player.CloseAccount();
+    player.CloseTranscript();
     if (status != kUnreadable && status != kDisturbed)
         for (const std::string& leak : world::Leaks()) {
             trace::State("leak " + leak);

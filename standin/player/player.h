@@ -25,7 +25,7 @@ struct Options {
     bool facts = false;
     std::string shots;        // folder for pictures, empty: none
     bool film = false;        // and one there after each step of a drag
-    std::string account;      // file for the two columns of the tour, empty: none
+    std::string transcript;   // file for the two columns of the tour, empty: none
     std::string config_dir;   // the host's configuration folder, empty: one of its own
     HANDLE trace = nullptr;   // interactive: where the trace goes, null: standard output
     bool watch = false;       // interactive: the trace tells what there is to be seen

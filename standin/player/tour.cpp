@@ -5,13 +5,13 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "standin/player/account.h"
+#include "standin/player/transcript.h"
 
 namespace tour {
 namespace {
 
-// The pictures of a stop, without the rest of the account.
-std::vector<std::string> Pictures(const account::Page& page) {
+// The pictures of a stop, without the rest of the transcript.
+std::vector<std::string> Pictures(const transcript::Page& page) {
     std::vector<std::string> names;
     for (const auto& [kind, text] : page.lines)
         if (kind == 's') names.push_back(text);
@@ -54,22 +54,22 @@ int Play(const std::vector<Stop>& stops, const std::string& folder, const PlaySt
     const std::string heads = "  what the user does";
     Say(heads + std::string(kLeft - heads.size(), ' ') + "| what the plug-in does\n");
 
-    account::Page all;
+    transcript::Page all;
     size_t pictures = 0;
     int status = 0;
     int number = 0;
     for (const Stop& stop : stops) {
         ++number;
-        const std::string account_name = folder + "\\account.tmp";
+        const std::string transcript_name = folder + "\\transcript.tmp";
         std::string output;
         std::string messages;
-        const int ended = play(stop, account_name, &output, &messages);
+        const int ended = play(stop, transcript_name, &output, &messages);
         status = std::max(status, ended);
-        account::Page page;
-        const bool read = account::Read(account_name, &page);
-        DeleteFileA(account_name.c_str());
+        transcript::Page page;
+        const bool read = transcript::Read(transcript_name, &page);
+        DeleteFileA(transcript_name.c_str());
         Say("\n" + std::to_string(number) + ". " + stop.caption + "\n");
-        if (read) Say(account::Print(page));
+        if (read) Say(transcript::Print(page));
         if (!messages.empty()) {
             std::fwrite(messages.data(), 1, messages.size(), stderr);
             std::fflush(stderr);

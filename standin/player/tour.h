@@ -14,14 +14,14 @@ struct Stop {
 };
 
 // Starts one stop in a process of its own: its trace to *output, its messages to *messages, its
-// account to the file. Returns its status.
-using PlayStop = std::function<int(const Stop& stop, const std::string& account,
+// transcript to the file. Returns its status.
+using PlayStop = std::function<int(const Stop& stop, const std::string& transcript,
                                    std::string* output, std::string* messages)>;
 
 // The one whose drag is kept step by step, for the moving picture.
 bool IsFilmed(const Stop& stop);
 
-// Plays all stops, prints the account and writes the trace to the folder.
+// Plays all stops, prints the transcript and writes the trace to the folder.
 int Play(const std::vector<Stop>& stops, const std::string& folder, const PlayStop& play);
 
 // The scenario files of a folder in order.

@@ -1,11 +1,11 @@
-#include "standin/player/account.h"
+#include "standin/player/transcript.h"
 
 #include <algorithm>
 
 #include "standin/engine/input_control.h"
 #include "standin/engine/trace_control.h"
 
-namespace account {
+namespace transcript {
 namespace {
 
 using scenario::Command;
@@ -220,4 +220,4 @@ std::string Print(const Page& page) {
     return text;
 }
 
-}  // namespace account
+}  // namespace transcript

@@ -1,4 +1,4 @@
-// The account of a play in two columns: what the user did, what the plug-in made of it. A play
+// The transcript of a play in two columns: what the user did, what the plug-in made of it. A play
 // writes it as lines of `kind<TAB>text`; the tour prints them.
 #pragma once
 
@@ -8,7 +8,7 @@
 
 #include "standin/player/scenario_parser.h"
 
-namespace account {
+namespace transcript {
 
 class Writer {
 public:
@@ -46,4 +46,4 @@ bool Read(const std::string& file, Page* page);
 // The two columns.
 std::string Print(const Page& page);
 
-}  // namespace account
+}  // namespace transcript
