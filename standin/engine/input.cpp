@@ -819,7 +819,7 @@ void Dispatch(MSG* message) {
             break;
         default: break;
     }
-    if (!world::SpeakToDialogs(message)) DispatchMessageA(message);
+    if (!world::HandleDialogMessage(message)) DispatchMessageA(message);
     NoteSent(message->message);
 }
 

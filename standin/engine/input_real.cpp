@@ -219,7 +219,7 @@ void RunInteractive(HWND main_window, bool (*hotkey)(int virtual_key, bool repea
             ReportKeyArrival(message.hwnd, message.message, message.wParam);
         trace::Flush();
         trace::NoteProgress();
-        if (world::SpeakToDialogs(&message)) continue;
+        if (world::HandleDialogMessage(&message)) continue;
         const bool repeated = (message.lParam & (static_cast<LPARAM>(KF_REPEAT) << 16)) != 0;
         if (message.message == WM_KEYDOWN && hotkey(static_cast<int>(message.wParam), repeated))
             continue;

@@ -73,7 +73,7 @@ void Tell(HWND open_menu) {
 
 // An open menu waits for its user in a loop of the system's own, which says so to the window that
 // the menu belongs to.
-LRESULT CALLBACK HearOfMenus(int code, WPARAM wparam, LPARAM lparam) {
+LRESULT CALLBACK WatchMenus(int code, WPARAM wparam, LPARAM lparam) {
     const auto* const call = reinterpret_cast<const CWPSTRUCT*>(lparam);
     if (code == HC_ACTION && call->message == WM_ENTERIDLE && call->wParam == MSGF_MENU)
         Tell(reinterpret_cast<HWND>(call->lParam));
@@ -83,7 +83,7 @@ LRESULT CALLBACK HearOfMenus(int code, WPARAM wparam, LPARAM lparam) {
 }  // namespace
 
 void BeginWatch() {
-    g_hook = ::SetWindowsHookExA(WH_CALLWNDPROC, HearOfMenus, nullptr, GetCurrentThreadId());
+    g_hook = ::SetWindowsHookExA(WH_CALLWNDPROC, WatchMenus, nullptr, GetCurrentThreadId());
 }
 
 void Look() {

@@ -99,8 +99,8 @@ void RegisterPluginTable(void* table, unsigned long id);
 void* PluginTable();
 void* ActionCallback();  // null until the table is activated
 bool AnyDialogOpen();
-bool IsDialog(HWND window);         // one of the plug-in's that is known by a name
-bool SpeakToDialogs(MSG* message);  // IsDialogMessage over the registered dialogs
+bool IsDialog(HWND window);              // one of the plug-in's that is known by a name
+bool HandleDialogMessage(MSG* message);  // IsDialogMessage over the registered dialogs
 
 // Faults: `fail NAME` of the scenario language for host calls (intercept.h has the Win32 ones).
 bool KnowsFault(std::string_view name);

@@ -71,7 +71,7 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
 }
 
 // A toolbar or page goes by the number that the message names, among its own buttons.
-void HearOfButton(HWND parent, WPARAM wparam) {
+void OnButtonCommand(HWND parent, WPARAM wparam) {
     if (eng_button* button = ButtonOf(GetDlgItem(parent, LOWORD(wparam))))
         ButtonCommand(*button, HIWORD(wparam));
 }
@@ -88,10 +88,11 @@ void ForgetPanel(HWND window) {
     if (g_world.foreground == window) g_world.foreground = nullptr;
 }
 
-// Everything without behaviour of its own; toolbars and the status bar hear of their buttons here.
+// Everything without behaviour of its own; toolbars and the status bar get the commands of their
+// buttons here.
 LRESULT CALLBACK PanelProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
-        case WM_COMMAND: HearOfButton(window, wparam); return 0;
+        case WM_COMMAND: OnButtonCommand(window, wparam); return 0;
         case WM_PAINT: DrawWindow(window); return 0;
         case WM_ERASEBKGND: return 1;
         case WM_NCDESTROY: ForgetPanel(window); break;
@@ -103,7 +104,7 @@ LRESULT CALLBACK PanelProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
 // The pages of a rollup are dialogs.
 INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wparam, LPARAM) {
     switch (message) {
-        case WM_COMMAND: HearOfButton(page, wparam); return TRUE;
+        case WM_COMMAND: OnButtonCommand(page, wparam); return TRUE;
         case WM_PAINT: DrawWindow(page); return TRUE;
         case WM_ERASEBKGND: SetWindowLongPtrA(page, DWLP_MSGRESULT, 1); return TRUE;
         case WM_DESTROY: ForgetPanel(page); return TRUE;
@@ -735,7 +736,7 @@ bool AnyDialogOpen() {
     return !g_world.dialogs.empty();
 }
 
-bool SpeakToDialogs(MSG* message) {
+bool HandleDialogMessage(MSG* message) {
     const std::vector<HWND> dialogs = g_world.registered_dialogs;
     for (const HWND dialog : dialogs)
         if (IsWindow(dialog) && IsDialogMessageA(dialog, message)) return true;
