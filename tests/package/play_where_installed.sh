@@ -18,14 +18,14 @@ cp "$karvel_root"/build/msvc/host/*.dll host/
 
 wine_session_begin null || exit 1
 run_wine "$karvel_root/build/gnu/bin/standin.exe" tour --out "$directory/tour" --abi msvc \
-    --host-dir "$directory/host" --plugin "$directory/host/plugins/KarvelMax.gup" >transcript.txt || {
+    --host-dir "$directory/host" --plugin "$directory/host/plugins/KarvelMax.gup" >tour.txt || {
     status=$?
-    cat transcript.txt
+    cat tour.txt
     exit "$status"
 }
 # The tour tells at its end how many events the plug-in kept to itself.
-tail -n 3 transcript.txt
-grep -q 'events were injected' transcript.txt || exit 1
+tail -n 3 tour.txt
+grep -q 'events were injected' tour.txt || exit 1
 
 # The moving picture, small enough for a page, with nothing left of its steps.
 "$karvel_root/tools/tour_gif.sh" "$directory/tour" || exit 1
