@@ -1,5 +1,5 @@
-"""Lets a compiler read the sources of a folder as one text, so that it reads the system's headers,
-which are most of its work, once instead of once for each source."""
+"""Unity builds: a compiler reads the sources of a folder as one text, so that it reads the system's
+headers, which are most of its work, once instead of once for each source."""
 
 import collections
 import pathlib
