@@ -134,7 +134,7 @@ Value CompleteRedraw(Interpreter& interpreter, const Arguments&) {
 
 Value Print(Interpreter& interpreter, const Arguments& arguments) {
     const std::string text = interpreter.ToText(arguments[0]);
-    interpreter.Charge(text.size() / 16);
+    interpreter.CountSteps(text.size() / 16);
     interpreter.host().WriteListener(text + "\n");
     return arguments[0];
 }
@@ -155,7 +155,7 @@ Value Format(Interpreter& interpreter, const Arguments& arguments) {
         output += text ? **text : interpreter.ToText(value);
         interpreter.CheckSize(output.size());
     }
-    interpreter.Charge(output.size() / 16);
+    interpreter.CountSteps(output.size() / 16);
     interpreter.host().WriteListener(output);
     return Value::MakeOk();
 }

@@ -62,7 +62,7 @@ void Interpreter::NoteNestedArray(const ArrayReference& array, const Value& item
     nested_arrays_.push_back(array);
 }
 
-void Interpreter::Charge(std::size_t items) {
+void Interpreter::CountSteps(std::size_t items) {
     steps_left_ -= static_cast<long long>(items);
     if (steps_left_ < 0) throw MakeLimitError("the script runs too long");
 }
@@ -103,7 +103,7 @@ Value Interpreter::Run(const Syntax& node, Frame& frame) {
     const DepthGuard guard(*this);
     try {
         if (depth_ > limits_.depth) throw MakeLimitError("the script calls itself too deeply");
-        Charge(1);
+        CountSteps(1);
         return RunNode(node, frame);
     } catch (Error& error) {
         if (error.position.line == 0) error.position = node.position;
@@ -378,7 +378,7 @@ bool Interpreter::RunBody(const Syntax& body, Frame& frame, Value& value) {
 // One iteration of a `for`; false ends the loop.
 bool Interpreter::RunIteration(const Syntax& node, Frame& frame, std::vector<Value>& collected) {
     const LoopParts& parts = *node.loop;
-    Charge(1);
+    CountSteps(1);
     if (parts.while_test && !Test(*parts.while_test, frame, "while")) return false;
     if (parts.where_test && !Test(*parts.where_test, frame, "where")) return true;
     // `continue` in `collect` collects nothing for this iteration.

@@ -112,13 +112,13 @@ Value Concatenate(const Value& left, const Value& right, Interpreter& interprete
         const String* added = right.If<String>();
         if (!added) throw MakeConversionError(right, "String", &interpreter.host());
         interpreter.CheckSize((*text)->size() + (*added)->size());
-        interpreter.Charge(((*text)->size() + (*added)->size()) / 16);
+        interpreter.CountSteps(((*text)->size() + (*added)->size()) / 16);
         return Value::Text(**text + **added);
     }
     std::vector<Value> items = ItemsOf(left, interpreter);
     const std::vector<Value> added = ItemsOf(right, interpreter);
     interpreter.CheckSize(items.size() + added.size());
-    interpreter.Charge(items.size() + added.size());
+    interpreter.CountSteps(items.size() + added.size());
     items.insert(items.end(), added.begin(), added.end());
     return Value::MakeArray(std::move(items));
 }
@@ -173,7 +173,7 @@ Value ConvertToString(const Value& value, Interpreter& interpreter) {
     if (const Name* name = value.If<Name>()) return Value::Text(name->text);
     std::string text = interpreter.ToText(value);
     interpreter.CheckSize(text.size());
-    interpreter.Charge(text.size() / 16);
+    interpreter.CountSteps(text.size() / 16);
     return Value::Text(std::move(text));
 }
 
@@ -285,7 +285,7 @@ Value ConvertTo(const Value& value, ClassId target, Interpreter& interpreter) {
         case ClassId::kName: return Value::MakeName(ToString(value, host));
         case ClassId::kArray: {
             std::vector<Value> items = ItemsOf(value, interpreter);
-            interpreter.Charge(items.size());
+            interpreter.CountSteps(items.size());
             return Value::MakeArray(std::move(items));
         }
         case ClassId::kTime: return Value::Of(ToTime(value, host));

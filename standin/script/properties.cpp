@@ -147,14 +147,14 @@ std::vector<NodeId> NodesOfSet(const ObjectSet& set, Host& host) {
 
 std::vector<Value> ItemsOf(const Value& collection, Interpreter& interpreter) {
     if (const ArrayReference* array = collection.If<ArrayReference>()) {
-        interpreter.Charge((*array)->items.size());
+        interpreter.CountSteps((*array)->items.size());
         return (*array)->items;
     }
     std::vector<Value> items;
     if (const ObjectSet* set = collection.If<ObjectSet>()) {
         for (const NodeId node : NodesOfSet(*set, interpreter.host()))
             items.push_back(Value::Node(node));
-        interpreter.Charge(items.size());
+        interpreter.CountSteps(items.size());
         return items;
     }
     throw MakeConversionError(collection, "Array", &interpreter.host());
@@ -237,7 +237,7 @@ void SetIndexed(const Value& owner, const Value& index, const Value& value,
     std::vector<Value>& items = (*array)->items;
     if (position > items.size()) {
         interpreter.CheckSize(position);
-        interpreter.Charge(position - items.size());
+        interpreter.CountSteps(position - items.size());
         items.resize(position);
     }
     interpreter.NoteNestedArray(*array, value);
