@@ -101,9 +101,9 @@ size_t LineOf(const Verdict& verdict) {
     return std::strtoul(verdict.messages.c_str() + place + 5, nullptr, 10);
 }
 
-class Shortener {
+class Shrinker {
 public:
-    Shortener(const Lines& lines, const Verdict& verdict, const PlayTexts& play)
+    Shrinker(const Lines& lines, const Verdict& verdict, const PlayTexts& play)
         : lines_(lines), complaint_(Complaint(verdict)), play_(play) {
         if (const size_t line = LineOf(verdict); line > 0 && line < lines_.size())
             Try(Lines(lines_.begin(), lines_.begin() + static_cast<std::ptrdiff_t>(line)));
@@ -118,12 +118,12 @@ public:
     Lines Go() {
         const size_t head = walk::HeadOf(lines_);
         for (size_t part = lines_.size() / 2; part >= 1; part /= 2) {
-            bool shortened = true;
-            while (shortened && plays_ < kMostPlays) {
-                shortened = false;
+            bool shrunk = true;
+            while (shrunk && plays_ < kMostPlays) {
+                shrunk = false;
                 for (size_t at = head; at < lines_.size() && plays_ < kMostPlays;) {
                     if (Try(Without(at, std::min(lines_.size(), at + part))))
-                        shortened = true;
+                        shrunk = true;
                     else
                         at += part;
                 }
@@ -197,7 +197,7 @@ int Run(const Options& options, const PlayTexts& play) {
             Say("walk " + std::to_string(number - walks.size() + i) +
                 " fails: " + verdicts[i].messages);
             if (!Fails(verdicts[i])) return verdicts[i].status;
-            const Lines shortest = Shortener(walks[i], verdicts[i], play).Go();
+            const Lines shortest = Shrinker(walks[i], verdicts[i], play).Go();
             Say("the shortest scenario that shows it:\n\n" + walk::Text(shortest) + "\n");
             return 1;
         }

@@ -180,7 +180,7 @@ TEST(Mend, KeepsTheRestsInBetween) {
     EXPECT_EQ(std::count_if(mended.begin(), mended.end(), walk::IsRest), 3);
 }
 
-// Whatever the shortening leaves out, what remains is a walk with a rest at its end.
+// Whatever shrinking leaves out, what remains is a walk with a rest at its end.
 TEST(Mend, MakesAWalkOfAnyPart) {
     walk::Dice dice(17);
     for (uint64_t seed = 1; seed <= 30; ++seed) {
