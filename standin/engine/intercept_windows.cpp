@@ -191,10 +191,10 @@ INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wparam, LPARA
     const Dialog dialog = found->second;
     if (message == WM_NCDESTROY) g_dialogs.erase(found);
     if (!IsDialogs(message)) return dialog.procedure(window, message, wparam, lparam);
-    trace::InAside("message " + dialog.name + ' ' + names::Message(message) + ' ' +
-                   DialogMessageText(message, wparam, lparam));
+    trace::InDialogMessage("message " + dialog.name + ' ' + names::Message(message) + ' ' +
+                           DialogMessageText(message, wparam, lparam));
     const INT_PTR answer = dialog.procedure(window, message, wparam, lparam);
-    trace::OutAside(Number(answer));
+    trace::OutDialogMessage(Number(answer));
     return answer;
 }
 

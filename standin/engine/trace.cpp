@@ -141,17 +141,17 @@ void Out(std::string_view verdict) {
     }
 }
 
-static void Aside(std::string_view kind, std::string_view text) {
+static void DialogMessage(std::string_view kind, std::string_view text) {
     const Guard guard;
     WriteLine(std::max(g_journal.depth, 1), kind, text);
 }
 
-void InAside(std::string_view text) {
-    Aside("in", text);
+void InDialogMessage(std::string_view text) {
+    DialogMessage("in", text);
 }
 
-void OutAside(std::string_view answer) {
-    Aside("out", answer);
+void OutDialogMessage(std::string_view answer) {
+    DialogMessage("out", answer);
 }
 
 void Win(std::string_view text) {

@@ -30,8 +30,8 @@ void Ask(std::string_view call, std::string_view result);
 
 // A message to one of the plug-in's dialogs on its way through: `in TEXT` and `out ANSWER` stand
 // one level deeper than what the message sets off, which belongs to the event around it.
-void InAside(std::string_view text);
-void OutAside(std::string_view answer);
+void InDialogMessage(std::string_view text);
+void OutDialogMessage(std::string_view answer);
 
 // Depth of open events; 0: nothing of the plug-in's is running.
 int Depth();
