@@ -140,7 +140,7 @@ def read_hot_spot(path):
     return x, y
 
 
-def check_no_strangers(directory, names):
+def check_no_unlisted(directory, names):
     """A picture that no list names would be edited in vain."""
     for entry in sorted(os.listdir(directory)):
         if entry.endswith(".svg") and entry[:-4] not in names:
@@ -193,7 +193,7 @@ def write_file(path, data):
 
 def build_cursors(source, output):
     directory = os.path.join(source, "cursors")
-    check_no_strangers(directory, [name for name, _, _ in CURSORS])
+    check_no_unlisted(directory, [name for name, _, _ in CURSORS])
     for name, _, _ in CURSORS:
         path = os.path.join(directory, name + ".svg")
         hot_x, hot_y = read_hot_spot(path)
@@ -206,7 +206,7 @@ def build_cursors(source, output):
 
 def build_icons(source, output):
     directory = os.path.join(source, "icons")
-    check_no_strangers(directory, [name for name, _, _ in ICONS])
+    check_no_unlisted(directory, [name for name, _, _ in ICONS])
     for name, _, _ in ICONS:
         path = os.path.join(directory, name + ".svg")
         check_view_box(path, 48, 48)
@@ -226,7 +226,7 @@ def build_welcome(source, output):
 
 def build_toolbar(source, output):
     directory = os.path.join(source, "toolbar")
-    check_no_strangers(directory, TOOLBAR)
+    check_no_unlisted(directory, TOOLBAR)
     for name in TOOLBAR:
         check_view_box(os.path.join(directory, name + ".svg"), 24, 24)
     for label, width, height in TOOLBAR_STRIPS:

@@ -44,25 +44,25 @@ using RegisterListener = NTSTATUS(NTAPI*)(ULONG flags, LoaderListener listener, 
                                           void** cookie);
 using UnregisterListener = NTSTATUS(NTAPI*)(void* cookie);
 
-struct Arrival {
+struct AwaitedModule {
     std::wstring base_name;
     bool patched = false;
 };
 
-void Attach(HMODULE module, Arrival* arrival) {
-    arrival->patched = true;
+void Attach(HMODULE module, AwaitedModule* awaited) {
+    awaited->patched = true;
     intercept::PatchImports(module);
     trace::In("attach");
 }
 
 void CALLBACK OnModule(ULONG reason, const LoaderNotice* notice, void* context) {
     constexpr ULONG kLoaded = 1;
-    auto* const arrival = static_cast<Arrival*>(context);
+    auto* const awaited = static_cast<AwaitedModule*>(context);
     const size_t length = notice->base_name->Length / sizeof(wchar_t);
-    if (reason != kLoaded || arrival->patched || length != arrival->base_name.size() ||
-        _wcsnicmp(notice->base_name->Buffer, arrival->base_name.c_str(), length) != 0)
+    if (reason != kLoaded || awaited->patched || length != awaited->base_name.size() ||
+        _wcsnicmp(notice->base_name->Buffer, awaited->base_name.c_str(), length) != 0)
         return;
-    Attach(static_cast<HMODULE>(notice->base), arrival);
+    Attach(static_cast<HMODULE>(notice->base), awaited);
 }
 
 std::string BaseName(const std::string& path) {
@@ -70,19 +70,19 @@ std::string BaseName(const std::string& path) {
 }
 
 HMODULE LoadPatched(const std::string& path) {
-    Arrival arrival;
+    AwaitedModule awaited;
     for (const char c : BaseName(path))
-        arrival.base_name += static_cast<wchar_t>(c);
+        awaited.base_name += static_cast<wchar_t>(c);
     const HMODULE ntdll = GetModuleHandleA("ntdll.dll");
     const auto listen = reinterpret_cast<RegisterListener>(
         reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrRegisterDllNotification")));
     const auto forget = reinterpret_cast<UnregisterListener>(
         reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrUnregisterDllNotification")));
     void* cookie = nullptr;
-    if (listen) listen(0, OnModule, &arrival, &cookie);
+    if (listen) listen(0, OnModule, &awaited, &cookie);
     const HMODULE module = LoadLibraryA(path.c_str());
     if (forget && cookie) forget(cookie);
-    if (arrival.patched) trace::Out(module ? "1" : "0");
+    if (awaited.patched) trace::Out(module ? "1" : "0");
     return module;
 }
 

@@ -370,11 +370,11 @@ void PressIn(HWND window, unsigned button) {
     pressed |= button;
     if (!first && g_capture_owner == window) return;
     // Whoever had the capture loses it, and with it what it was doing.
-    const HWND loser = g_capture_owner;
+    const HWND previous = g_capture_owner;
     g_capture_owner = window;
-    if (loser && loser != window) {
-        g_presses.erase(loser);
-        ForgetDrag(loser);
+    if (previous && previous != window) {
+        g_presses.erase(previous);
+        ForgetDrag(previous);
     }
     input::SetCapture(window);
 }
@@ -731,7 +731,7 @@ bool IsDialog(HWND window) {
 }
 
 bool AnyDialogOpen() {
-    // Windows that are gone are dear to ask about.
+    // Asking about windows that are gone is costly.
     std::erase_if(g_world.dialogs, [](const auto& dialog) { return !IsWindow(dialog.second); });
     return !g_world.dialogs.empty();
 }

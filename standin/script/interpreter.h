@@ -49,7 +49,7 @@ public:
 
     // For the functions of the language.
     Host& host() { return host_; }
-    void CountSteps(std::size_t items);  // of the limit
+    void CountSteps(std::size_t items);  // against the limit
     void CheckSize(std::size_t size) const;
     // Arrays that hold arrays can hold themselves; the interpreter empties them at its end.
     void NoteNestedArray(const ArrayReference& array, const Value& item);
