@@ -146,7 +146,7 @@ private:
     }
 
     bool Try(const Lines& lines) {
-        const Lines shorter = walk::Mend(lines);
+        const Lines shorter = walk::Repair(lines);
         if (shorter.size() >= lines_.size()) return false;
         ++plays_;
         const Verdict verdict = play_({walk::Text(shorter)})[0];

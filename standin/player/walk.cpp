@@ -135,7 +135,7 @@ public:
             }
         }
         if (of_part > 0) Rest();
-        return Mend(lines_);
+        return Repair(lines_);
     }
 
 private:
@@ -806,8 +806,8 @@ bool IsRest(const std::string& line) {
     return line == kLastUp;
 }
 
-Lines Mend(const Lines& lines) {
-    Lines mended;
+Lines Repair(const Lines& lines) {
+    Lines repaired;
     Lines down;
     std::set<std::string> open;
     std::set<std::string> failing;
@@ -855,31 +855,31 @@ Lines Mend(const Lines& lines) {
                 std::find(std::begin(kEditors), std::end(kEditors), window) != std::end(kEditors);
             if (editor && !open.contains(window)) continue;
         }
-        mended.push_back(line);
+        repaired.push_back(line);
     }
-    const bool rests = std::find(mended.rbegin(), mended.rend(), kLastUp) != mended.rend() &&
+    const bool rests = std::find(repaired.rbegin(), repaired.rend(), kLastUp) != repaired.rend() &&
                        down.empty() && failing.empty() && !busy && !peeks;
     if (rests) {
         // Nothing but what is put right has come since.
-        const auto rest = std::find(mended.rbegin(), mended.rend(), kLastUp);
+        const auto rest = std::find(repaired.rbegin(), repaired.rend(), kLastUp);
         const auto resets = [](const std::string& line) {
             return std::find(std::begin(kResetCommands), std::end(kResetCommands), line) !=
                    std::end(kResetCommands);
         };
-        if (std::all_of(mended.rbegin(), rest, resets)) return mended;
+        if (std::all_of(repaired.rbegin(), rest, resets)) return repaired;
     }
-    if (busy) mended.push_back("busy off");
-    if (peeks) mended.push_back("peek off");
+    if (busy) repaired.push_back("busy off");
+    if (peeks) repaired.push_back("peek off");
     for (const std::string& fault : failing)
-        mended.push_back("fail " + fault + " off");
+        repaired.push_back("fail " + fault + " off");
     // Buttons before keys, as a hand leaves the mouse first.
     std::stable_partition(down.begin(), down.end(),
                           [](const std::string& line) { return line.starts_with("up "); });
     // A hotkey's release follows every sticky command.
     if (std::erase(down, kLastUp) == 0) down.push_back(kLastDown);
     down.push_back(kLastUp);
-    mended.insert(mended.end(), down.begin(), down.end());
-    return mended;
+    repaired.insert(repaired.end(), down.begin(), down.end());
+    return repaired;
 }
 
 size_t HeadOf(const Lines& lines) {

@@ -38,7 +38,7 @@ bool IsRest(const std::string& line);
 
 // Leaves out releases of what is not down and releases at the end what still is, so that any part
 // of a walk is a walk.
-std::vector<std::string> Mend(const std::vector<std::string>& lines);
+std::vector<std::string> Repair(const std::vector<std::string>& lines);
 
 // How many lines come before the walk itself.
 size_t HeadOf(const std::vector<std::string>& lines);

@@ -61,7 +61,7 @@ AFTERWARDS = ["mode 6", "select none", "move other 5 5", "move viewport.persp 20
               "move by 3 3", "down left", "up left", "key down k", "key up k"]
 
 # Puts back what an exception may have left, so that the next situation can follow.
-MENDING = (
+REPAIR = (
     ["poke useMayaStyle 0", "closebox options", "closebox welcome", "move other 5 5"]
     + [f"{way} {button}" for button in ("left", "middle", "right") for way in ("down", "up")]
     + [f"key {way} {key}" for key in ("alt", "ctrl", "shift") for way in ("down", "up")]
@@ -203,16 +203,16 @@ def item_lines(situation, place, fault="", column=""):
     return lines + aftermath(place, not situation.is_alone)
 
 
-def mending(place, fresh_facts):
-    """The lines behind a situation that may leave something: mends, and looks again."""
-    lines = list(MENDING)
+def repair_lines(place, fresh_facts):
+    """The lines behind a situation that may leave something: repairs it, and looks again."""
+    lines = list(REPAIR)
     for fact in fresh_facts:
         words = fact.split()
         if words[0] == "action":
             lines.append(" ".join(words))
         elif words[0].startswith("button.") and words[1] in ("on", "off"):
             lines.append(f"button {words[0][7:]} {words[1]}")
-    return lines + [mark(f"mended {place}")] + [f"show {fact}" for fact in FACTS] + [
+    return lines + [mark(f"repaired {place}")] + [f"show {fact}" for fact in FACTS] + [
         mark(f"next {place}")]
 
 
@@ -388,7 +388,7 @@ class Table:
         for place, (situation, column) in enumerate(items):
             lines += item_lines(situation, place, fault, column)
             if self.exceptions.mentions(fault, situation.name, column):
-                lines += mending(place, self.fresh[situation.preconditions()][0])
+                lines += repair_lines(place, self.fresh[situation.preconditions()][0])
         return lines
 
     def judge(self, fault, items, pieces, messages):
@@ -406,8 +406,8 @@ class Table:
                 if not self.exceptions.allows(fault, situation.name, column, difference):
                     self.complaints.append(
                         f"{fault} | {situation.name} | {column} | {difference}")
-            mended = states_of(pieces.get(f"mended {place}", []))
-            if found and mended != self.fresh[situation.preconditions()][0]:
+            repaired = states_of(pieces.get(f"repaired {place}", []))
+            if found and repaired != self.fresh[situation.preconditions()][0]:
                 return items[place + 1:]
         return []
 

@@ -106,15 +106,15 @@ TEST(Walk, CountsWhatUserAndHostDo) {
 }
 
 // What the host does for a while ends before the rest.
-TEST(Mend, EndsBusyAndPeekingHostsAtTheEnd) {
-    EXPECT_THAT(walk::Mend({"start", "busy off", "busy on", "busy on", "peek on", "down left"}),
+TEST(Repair, EndsBusyAndPeekingHostsAtTheEnd) {
+    EXPECT_THAT(walk::Repair({"start", "busy off", "busy on", "busy on", "peek on", "down left"}),
                 ElementsAre("start", "busy on", "peek on", "down left", "busy off", "peek off",
                             "up left", "key down f8", "key up f8"));
 }
 
-TEST(Mend, SwapsNoButtonsThatAreDownAndClicksNoneOfThemTwice) {
-    EXPECT_THAT(walk::Mend({"start", "down left", "swap on", "doubleclick left", "up left",
-                            "doubleclick left", "swap on"}),
+TEST(Repair, SwapsNoButtonsThatAreDownAndClicksNoneOfThemTwice) {
+    EXPECT_THAT(walk::Repair({"start", "down left", "swap on", "doubleclick left", "up left",
+                              "doubleclick left", "swap on"}),
                 ElementsAre("start", "down left", "up left", "doubleclick left", "swap on",
                             "key down f8", "key up f8"));
 }
@@ -147,41 +147,41 @@ TEST(Walk, ReachesTheWholeScreen) {
     }));
 }
 
-TEST(Mend, ReleasesWhatIsDownAndForgetsOtherReleases) {
-    EXPECT_THAT(walk::Mend({"start", "up left", "key down alt", "down right", "key up ctrl"}),
+TEST(Repair, ReleasesWhatIsDownAndForgetsOtherReleases) {
+    EXPECT_THAT(walk::Repair({"start", "up left", "key down alt", "down right", "key up ctrl"}),
                 ElementsAre("start", "key down alt", "down right", "up right", "key up alt",
                             "key down f8", "key up f8"));
 }
 
-TEST(Mend, LeavesWhatIsSoundAlone) {
-    const Lines once = walk::Mend({"start", "down left", "move by 1 1", "up left"});
-    EXPECT_EQ(walk::Mend(once), once);
+TEST(Repair, LeavesWhatIsSoundAlone) {
+    const Lines once = walk::Repair({"start", "down left", "move by 1 1", "up left"});
+    EXPECT_EQ(walk::Repair(once), once);
 }
 
-TEST(Mend, ForgetsMovesOverEditorsThatAreNotOpen) {
-    EXPECT_THAT(walk::Mend({"start", "move unwrap 5 5", "open unwrap", "move unwrap 6 6",
-                            "close unwrap", "destroy unwrap", "move unwrap 7 7"}),
+TEST(Repair, ForgetsMovesOverEditorsThatAreNotOpen) {
+    EXPECT_THAT(walk::Repair({"start", "move unwrap 5 5", "open unwrap", "move unwrap 6 6",
+                              "close unwrap", "destroy unwrap", "move unwrap 7 7"}),
                 ElementsAre("start", "open unwrap", "move unwrap 6 6", "close unwrap",
                             "key down f8", "key up f8"));
 }
 
-TEST(Mend, LetsNothingFailAtTheEnd) {
-    EXPECT_THAT(walk::Mend({"start", "fail SendInput", "fail SendInput", "fail GetViewport off",
-                            "down left"}),
+TEST(Repair, LetsNothingFailAtTheEnd) {
+    EXPECT_THAT(walk::Repair({"start", "fail SendInput", "fail SendInput", "fail GetViewport off",
+                              "down left"}),
                 ElementsAre("start", "fail SendInput", "down left", "fail SendInput off", "up left",
                             "key down f8", "key up f8"));
 }
 
-TEST(Mend, KeepsTheRestsInBetween) {
+TEST(Repair, KeepsTheRestsInBetween) {
     const Lines lines = {"start",       "down left", "up left",     "key down f8",
                          "key up f8",   "mode 6",    "down right",  "up right",
                          "key down f8", "key up f8", "poke g_pan 0"};
-    const Lines mended = walk::Mend(lines);
-    EXPECT_EQ(std::count_if(mended.begin(), mended.end(), walk::IsRest), 3);
+    const Lines repaired = walk::Repair(lines);
+    EXPECT_EQ(std::count_if(repaired.begin(), repaired.end(), walk::IsRest), 3);
 }
 
 // Whatever shrinking leaves out, what remains is a walk with a rest at its end.
-TEST(Mend, MakesAWalkOfAnyPart) {
+TEST(Repair, MakesAWalkOfAnyPart) {
     walk::Dice dice(17);
     for (uint64_t seed = 1; seed <= 30; ++seed) {
         walk::Kind kind;
@@ -190,20 +190,20 @@ TEST(Mend, MakesAWalkOfAnyPart) {
         Lines part;
         for (const std::string& line : walk::Make(seed, 300, kind))
             if (line == "start" || !dice.Once(3)) part.push_back(line);
-        const Lines mended = walk::Mend(part);
+        const Lines repaired = walk::Repair(part);
         std::string why;
-        EXPECT_TRUE(IsSound(mended, &why)) << why;
-        EXPECT_EQ(walk::Mend(mended), mended);
+        EXPECT_TRUE(IsSound(repaired, &why)) << why;
+        EXPECT_EQ(walk::Repair(repaired), repaired);
         std::multiset<std::string> down;
-        for (const std::string& line : mended) {
+        for (const std::string& line : repaired) {
             if (line.starts_with("down ")) down.insert(line.substr(5));
             if (line.starts_with("up ")) {
                 EXPECT_EQ(down.erase(line.substr(3)), 1u) << line;
             }
         }
         EXPECT_TRUE(down.empty());
-        EXPECT_EQ(std::count(mended.begin(), mended.end(), "fail SendInput"),
-                  std::count(mended.begin(), mended.end(), "fail SendInput off"));
+        EXPECT_EQ(std::count(repaired.begin(), repaired.end(), "fail SendInput"),
+                  std::count(repaired.begin(), repaired.end(), "fail SendInput off"));
     }
 }
 
