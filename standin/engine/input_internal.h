@@ -44,14 +44,14 @@ struct Press {
     unsigned time = 0;
 };
 
-// An event that a system hook is looking at.
-struct Looking {
+// An event that a system hook is being called for.
+struct HookedEvent {
     bool mouse = false;
     UINT message = 0;  // mouse
     int key = 0;       // keyboard
     bool up = false;
     bool queued = true;  // the system still has it in its queue
-    Looking* outer = nullptr;
+    HookedEvent* outer = nullptr;
 };
 
 struct State {
@@ -84,7 +84,7 @@ struct State {
     unsigned time = 0x10000000;
     Press last_press;
     std::set<HWND> reentering;
-    Looking* looking = nullptr;
+    HookedEvent* hooked = nullptr;
     struct Delivery* delivery = nullptr;
     int pumps_within = 0;
     bool handling_move = false;  // real input: the hook is looking at a move

@@ -73,13 +73,13 @@ void LookForLostEvents() {
                                   PointText(event.at) + " over " + world::Of(WindowAt(event.at));
 }
 
-// A hook that pumps the queue is handed the event that it is looking at once more, since Wine takes
-// it out of the queue only when the hooks are through. The oldest comes first.
+// A hook that pumps the queue is handed the event that it was called for once more, since Wine
+// takes it out of the queue only when the hooks are through. The oldest comes first.
 bool ComesAgain(bool mouse, UINT message, int key, bool up) {
     if (g_input.pumps_within == 0) return false;
-    Looking* oldest = nullptr;
-    for (Looking* looking = g_input.looking; looking; looking = looking->outer)
-        if (looking->queued) oldest = looking;
+    HookedEvent* oldest = nullptr;
+    for (HookedEvent* event = g_input.hooked; event; event = event->outer)
+        if (event->queued) oldest = event;
     if (!oldest || oldest->mouse != mouse) return false;
     const bool same = mouse ? RecordMessage(oldest->message) == RecordMessage(message)
                             : oldest->key == key && oldest->up == up;
@@ -87,22 +87,22 @@ bool ComesAgain(bool mouse, UINT message, int key, bool up) {
     return same;
 }
 
-class LookingNow {
+class InHook {
 public:
-    LookingNow() {
-        looking_.outer = g_input.looking;
-        g_input.looking = &looking_;
+    InHook() {
+        event_.outer = g_input.hooked;
+        g_input.hooked = &event_;
     }
-    ~LookingNow() { g_input.looking = looking_.outer; }
-    LookingNow(const LookingNow&) = delete;
-    LookingNow& operator=(const LookingNow&) = delete;
-    Looking* operator->() { return &looking_; }
+    ~InHook() { g_input.hooked = event_.outer; }
+    InHook(const InHook&) = delete;
+    InHook& operator=(const InHook&) = delete;
+    HookedEvent* operator->() { return &event_; }
 
 private:
-    Looking looking_;
+    HookedEvent event_;
 };
 
-// After a look that nobody objected to, the record waits on.
+// After a peek whose event nobody kept, the record waits on.
 void PutBack(const std::optional<Event>& record, int code, LRESULT answer, int hit = HTCLIENT) {
     if (record && code == HC_NOREMOVE && answer == 0 && !IsForNobody(hit))
         g_input.waiting.push_front(*record);
@@ -163,13 +163,13 @@ void MoveCursorForReal(POINT screen) {
     ::SetCursorPos(screen.x, screen.y);
 }
 
-// The watch of interactive use looks at messages as no host does.
-static bool IsOwnLook(int code) {
+// The watch of interactive use peeks at messages where no host does.
+static bool IsOwnPeek(int code) {
     return g_input.interactive && code == HC_NOREMOVE;
 }
 
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
-    if (IsOwnLook(code)) return CallNextHookEx(nullptr, code, wparam, lparam);
+    if (IsOwnPeek(code)) return CallNextHookEx(nullptr, code, wparam, lparam);
     const UINT message = static_cast<UINT>(wparam);
     if (message == WM_MOUSEWHEEL &&
         reinterpret_cast<MOUSEHOOKSTRUCTEX*>(lparam)->dwExtraInfo == kSeparator)
@@ -180,9 +180,9 @@ LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
     if (!record && !g_input.interactive && ClientMessage(message) == WM_MOUSEMOVE) return 1;
     MOUSEHOOKSTRUCTEX hook = *reinterpret_cast<MOUSEHOOKSTRUCTEX*>(lparam);
     hook.dwExtraInfo = 0;
-    LookingNow look;
-    look->mouse = true;
-    look->message = message;
+    InHook hooked;
+    hooked->mouse = true;
+    hooked->message = message;
     const bool outer = std::exchange(g_input.handling_move, ClientMessage(message) == WM_MOUSEMOVE);
     const LRESULT answer = AskMouseHook(code, message, &hook, record && record->own);
     g_input.handling_move = outer;
@@ -192,14 +192,14 @@ LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam) {
 }
 
 LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam) {
-    if (IsOwnLook(code)) return CallNextHookEx(nullptr, code, wparam, lparam);
+    if (IsOwnPeek(code)) return CallNextHookEx(nullptr, code, wparam, lparam);
     const bool up = (lparam & (static_cast<LPARAM>(KF_UP) << 16)) != 0;
     const int general = GeneralKey(static_cast<int>(wparam));
     if (ComesAgain(false, 0, general, up)) return 1;
     const std::optional<Event> record = TakeRecord(FitsKey, up ? 1 : 0, general);
-    LookingNow look;
-    look->key = general;
-    look->up = up;
+    InHook hooked;
+    hooked->key = general;
+    hooked->up = up;
     const LRESULT answer = AskKeyHook(code, general, lparam, record && record->own);
     PutBack(record, code, answer);
     if (answer) WakeWatch();

@@ -44,7 +44,7 @@ bool Activate(HWND window, int hit, UINT message) {
 
 // As the system finds the second press of a double click: by the last press that it recorded,
 // whatever became of that one. The same keys and buttons have to be held, as Wine has it. What is
-// only looked at is not recorded.
+// only peeked at is not recorded.
 UINT WithDoubleClick(const Event& event, HWND window, int hit, bool records) {
     if (!IsButtonDown(event.message)) return event.message;
     const Press& last = g_input.last_press;
@@ -97,7 +97,7 @@ namespace {
 
 enum class End { kArrived, kSwallowed, kPeeked };
 
-// `code` tells a look from the taking; a look leaves the event where it is unless the hook keeps
+// `code` tells a peek from the taking; a peek leaves the event where it is unless the hook keeps
 // it.
 End DeliverMouse(const Event& event, int code) {
     HWND window = Capture();
@@ -189,7 +189,7 @@ End Deliver(const Event& event, int code) {
 
 void DrainVirtual() {
     // Behind a message that a hook kept the system goes on to the next one in the same way: a call
-    // that takes does not look before.
+    // that takes does not peek before.
     bool takes = false;
     for (;;) {
         // The system dispatches what was posted before it dispatches input.

@@ -139,8 +139,8 @@ void NoteGesture(Ledger& ledger, const State& before, const State& after, const 
     const bool starts = outcome.handler == Handler::kStartOrbit ||
                         outcome.handler == Handler::kStartPan ||
                         outcome.handler == Handler::kStartZoom;
-    // What a look has begun, the taking begins again.
-    if (starts && before.Gesture() && !facts.looked_at) gesture(Exemption::kSecondGesture);
+    // What a peek has begun, the taking begins again.
+    if (starts && before.Gesture() && !facts.peeked) gesture(Exemption::kSecondGesture);
 
     if (after.alt_owed && before.Drags() && !after.Drags()) {
         const bool editor = after.kind >= 3;

@@ -81,7 +81,7 @@ struct MouseFacts {
     bool alt_before = false;      // Alt as the event itself saw it, whatever waits behind
     bool swapped = false;         // the user's left button is the right one of the mouse
     bool input_is_taken = true;   // the system takes what is injected
-    bool looked_at = false;       // the host has had a look at this event, and nobody kept it
+    bool peeked = false;          // the host has peeked at this event before, and nobody kept it
     bool border_release = false;  // a button came up over a caption, border or menu bar
 };
 

@@ -484,8 +484,8 @@ void Checker::BeforeHook(const input::HookCall& call) {
         begun.mouse_facts = MouseFactsOf(call);
     else
         begun.key_facts = KeyFactsOf(call);
-    begun.looks = call.code == HC_NOREMOVE;
-    begun.mouse_facts.looked_at = !begun.looks && begun.event == looked_at_;
+    begun.peeks = call.code == HC_NOREMOVE;
+    begun.mouse_facts.peeked = !begun.peeks && begun.event == peeked_;
     begun.at_begin = PluginState();
     begun.effects_from = trace::AllEffectsOfCommand().size();
     if (!calls_.empty()) {
@@ -500,7 +500,7 @@ void Checker::AfterHook(const input::HookCall&, bool swallowed) {
     if (calls_.empty()) return;
     Call call = std::move(calls_.back());
     calls_.pop_back();
-    looked_at_ = call.looks && !swallowed ? call.event : std::string();
+    peeked_ = call.peeks && !swallowed ? call.event : std::string();
     call.swallowed = swallowed;
     call.at_end = PluginState();
     call.effects_to = trace::AllEffectsOfCommand().size();

@@ -40,7 +40,7 @@ private:
     struct Call {
         std::string event;
         bool mouse = false;
-        bool looks = false;  // the host only looks at the event
+        bool peeks = false;  // the host leaves the event in the queue
         hook_model::MouseFacts mouse_facts;
         hook_model::KeyFacts key_facts;
         hook_model::State at_begin, at_end;  // the plug-in's own
@@ -105,8 +105,8 @@ private:
     bool gizmo_seen_ = true;
     bool gizmo_saved_seen_ = false;
     bool busy_ = false;
-    std::string looked_at_;  // the event that the host has looked at last, when nobody kept it
-    int down_ = 0;           // the buttons, as far as the hooks have been told
+    std::string peeked_;  // the event that the host has peeked at last, when nobody kept it
+    int down_ = 0;        // the buttons, as far as the hooks have been told
     // What it would be without the plug-in.
     int depth_ = 1;
     bool lock_ = false;

@@ -348,7 +348,7 @@ private:
         }
     }
 
-    // Wine hands a message that a hook is only looking at out to whoever pumps in there.
+    // Wine gives a message that is only peeked at to whoever pumps in a hook.
     std::string PeekAndReenter() const {
         return peeks_ && reenters_ && options_.input == input::Kind::kReal
                    ? "peek and reenter together need virtual input"

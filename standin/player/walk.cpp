@@ -382,7 +382,7 @@ private:
         Step(busy_ ? "busy on" : "busy off");
     }
 
-    // Looking at messages and pumping while one is looked at go together in virtual input only.
+    // Peeking at messages and pumping within that go together in virtual input only.
     void Peek() {
         if (kind_.real && pumps_) return;
         has_peeked_ = true;

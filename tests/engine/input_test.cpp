@@ -164,7 +164,7 @@ LRESULT CALLBACK Note(int code, WPARAM wparam, LPARAM lparam) {
     return input::PassOn(code, wparam, lparam);
 }
 
-TEST_F(InputTest, ALookComesBeforeTheTakingUnlessTheTakingGoesOn) {
+TEST_F(InputTest, APeekComesBeforeTheTakingUnlessTheTakingGoesOn) {
     g_codes.clear();
     g_answer = 0;
     input::InstallHook(WH_KEYBOARD, Note);
@@ -174,7 +174,7 @@ TEST_F(InputTest, ALookComesBeforeTheTakingUnlessTheTakingGoesOn) {
     g_codes.clear();
     g_answer = 1;
     Key('K', false);
-    EXPECT_EQ(g_codes, std::vector<int>{HC_NOREMOVE}) << "kept at the look, it is gone";
+    EXPECT_EQ(g_codes, std::vector<int>{HC_NOREMOVE}) << "kept at the peek, it is gone";
     EXPECT_FALSE(input::KeyDown('K'));
     g_answer = 0;
     g_codes.clear();
