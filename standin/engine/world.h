@@ -121,6 +121,12 @@ bool HostKey(int virtual_key, bool repeated);
 // A notch of the mouse's wheel, forward or back.
 void TurnWheel(POINT screen, bool forward);
 
+// More of everything than a new world has: child windows of the main window, before its own or
+// after them; objects; and modes on the stack.
+void AddWindows(int count, bool before_others);
+void AddNodes(int count, bool selected);
+void AddModes(int count);
+
 // What the status line says besides the mode: the last commands, newest last.
 void NoteCommand(std::string_view text);
 // Draws every window's picture now (before a screenshot).

@@ -126,10 +126,9 @@ bool IsSelected(const eng_node* node) {
 
 void SetSelection(const std::vector<eng_node*>& nodes) {
     std::vector<eng_node*> unique;
+    std::set<const eng_node*> known;
     for (eng_node* node : nodes)
-        if (node && node->state.alive &&
-            std::find(unique.begin(), unique.end(), node) == unique.end())
-            unique.push_back(node);
+        if (node && node->state.alive && known.insert(node).second) unique.push_back(node);
     g_world.selection = std::move(unique);
     Redraw();
 }

@@ -576,9 +576,9 @@ void ActivateView(eng_view* view) {
 
 void ZoomExtents(eng_view& view, bool selected_only) {
     if (view.locked) return;
-    std::vector<eng_node*> nodes;
-    for (eng_node* node : LiveNodes())
-        if (!node->state.hidden && (!selected_only || IsSelected(node))) nodes.push_back(node);
+    std::vector<eng_node*> nodes = selected_only ? g_world.selection : LiveNodes();
+    std::erase_if(nodes,
+                  [](const eng_node* node) { return !node->state.alive || node->state.hidden; });
     // The host frames everything when nothing is selected.
     if (nodes.empty() && selected_only) {
         ZoomExtents(view, false);

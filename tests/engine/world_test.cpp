@@ -179,6 +179,54 @@ TEST_F(WorldTest, EditorsAreClientsOfTopLevelFramesAndCanGo) {
     EXPECT_FALSE(world::OpenWindow("viewport.top"));
 }
 
+// Children of the main window, the frontmost first.
+std::vector<std::string> ChildNames() {
+    std::vector<std::string> names;
+    for (HWND child = GetWindow(world::Find("main"), GW_CHILD); child;
+         child = GetWindow(child, GW_HWNDNEXT))
+        names.push_back(world::Of(child));
+    return names;
+}
+
+TEST_F(WorldTest, MoreWindowsStandBeforeTheOthersOrAfterThem) {
+    std::vector<std::string> expected = ChildNames();
+    ASSERT_FALSE(expected.empty());
+    world::AddWindows(2, true);
+    expected.insert(expected.begin(), 2, "<Static>");
+    EXPECT_EQ(ChildNames(), expected);
+    world::AddWindows(3, false);
+    expected.insert(expected.end(), 3, "<Static>");
+    EXPECT_EQ(ChildNames(), expected);
+}
+
+TEST_F(WorldTest, MoreObjectsLieWhereNoClickMeetsThem) {
+    const size_t before = world::LiveNodes().size();
+    world::AddNodes(400, false);
+    EXPECT_EQ(world::LiveNodes().size(), before + 400);
+    EXPECT_EQ(world::SelectedCount(), 0);
+    for (const char* name : {"viewport.front", "viewport.user", "viewport.persp"}) {
+        RECT client{};
+        GetClientRect(world::Find(name), &client);
+        const POINT quarter{client.right / 4, client.bottom / 4};
+        EXPECT_EQ(world::HitTest(View(name), quarter), nullptr) << name;
+    }
+    world::AddNodes(3, true);
+    EXPECT_EQ(world::SelectedCount(), 3);
+}
+
+TEST_F(WorldTest, WhatIsSelectedTwiceIsSelectedOnceAndInItsOrder) {
+    eng_node* const box = world::FindNode("Box001");
+    eng_node* const cone = world::FindNode("Cone001");
+    world::SetSelection({cone, box, cone, nullptr, box});
+    EXPECT_EQ(world::g_world.selection, (std::vector<eng_node*>{cone, box}));
+}
+
+TEST_F(WorldTest, MoreModesLieOnTheStack) {
+    const int before = world::ModeDepth();
+    world::AddModes(5);
+    EXPECT_EQ(world::ModeDepth(), before + 5);
+}
+
 TEST_F(WorldTest, AnyTitleCanBeInFront) {
     EXPECT_EQ(world::ForegroundWindow(), world::Find("main"));
     char text[64] = "";
