@@ -30,10 +30,10 @@ Totals Sum(const std::vector<Totals>& each) {
 
 std::map<std::string, uint64_t> g_names;
 
-LRESULT NoteNames(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam) {
-    if (g_depth != 0) return way(code, wparam, lparam);
+LRESULT NoteNames(HOOKPROC entry, int code, WPARAM wparam, LPARAM lparam) {
+    if (g_depth != 0) return entry(code, wparam, lparam);
     call_sites::Forget();
-    const LRESULT answer = Note(way, code, wparam, lparam);
+    const LRESULT answer = Note(entry, code, wparam, lparam);
     for (const call_sites::Site* site : call_sites::All())
         if (site->calls && site->group != call_sites::Group::kRuntime)
             g_names[site->name] += site->calls;
@@ -48,7 +48,7 @@ uint64_t CallsOf(const Totals& totals) {
 
 Summary Summarize(const std::vector<Totals>& each) {
     Summary summary;
-    summary.passages = each.size();
+    summary.entries = each.size();
     if (each.empty()) return summary;
     std::map<std::pair<uint64_t, uint64_t>, int> often;
     int best = 0;
@@ -66,11 +66,11 @@ Summary Summarize(const std::vector<Totals>& each) {
     return summary;
 }
 
-LRESULT Note(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam) {
-    if (g_depth != 0) return way(code, wparam, lparam);
+LRESULT Note(HOOKPROC entry, int code, WPARAM wparam, LPARAM lparam) {
+    if (g_depth != 0) return entry(code, wparam, lparam);
     ++g_depth;
     const Totals before = call_sites::Count();
-    const LRESULT answer = way(code, wparam, lparam);
+    const LRESULT answer = entry(code, wparam, lparam);
     g_noted.push_back(Difference(call_sites::Count(), before));
     --g_depth;
     return answer;
@@ -86,12 +86,12 @@ json Count(const situations::Situation& situation, int turns) {
     for (int turn = 0; turn < 2; ++turn)
         situations::Turn(situation, nullptr);
     std::vector<Totals> each;
-    size_t passages = 0;
-    bool is_so = true;
+    size_t entries = 0;
+    bool confirmed = true;
     for (int turn = 0; turn < turns; ++turn) {
-        is_so = situations::Turn(situation, Note) && is_so;
+        confirmed = situations::Turn(situation, Note) && confirmed;
         const std::vector<Totals> noted = Noted();
-        passages += noted.size();
+        entries += noted.size();
         each.push_back(Sum(noted));
     }
     const Summary summary = Summarize(each);
@@ -99,8 +99,8 @@ json Count(const situations::Situation& situation, int turns) {
     Noted();
     situations::Leave(situation);
     return {{"title", situation.title},
-            {"passages", passages},
-            {"is_so", is_so},
+            {"entries", entries},
+            {"confirmed", confirmed},
             {"win32", summary.typical.win32},
             {"host", summary.typical.host},
             {"calls", CallsOf(summary.typical)},

@@ -1,4 +1,4 @@
-// The calls that leave the plug-in, counted on its ways.
+// The calls that leave the plug-in, counted at its entry points.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -13,18 +13,18 @@ namespace call_counts {
 
 uint64_t CallsOf(const call_sites::Totals& totals);
 
-// What most passages cost, and the dearest one.
+// What most of them cost, and the dearest one.
 struct Summary {
     call_sites::Totals typical;
     call_sites::Totals most;
     uint64_t least_calls = 0;
     uint64_t heap = 0;
-    size_t passages = 0;
+    size_t entries = 0;
 };
 Summary Summarize(const std::vector<call_sites::Totals>& each);
 
-// Calls `way` and notes what it cost; a way that is taken inside of another is part of that one.
-LRESULT Note(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam);
+// Calls `entry` and notes what it cost; one that is called inside of another is part of that one.
+LRESULT Note(HOOKPROC entry, int code, WPARAM wparam, LPARAM lparam);
 // What was noted since it was last asked.
 std::vector<call_sites::Totals> Noted();
 

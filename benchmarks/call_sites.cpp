@@ -261,6 +261,7 @@ void* Target(Site& site, Mode mode) {
         case Mode::kUntouched: return site.original;
         case Mode::kCount: return site.count;
         case Mode::kSystem:
+            if (site.led_through) return site.led_through;
             return site.group == Group::kWin32 ? SystemFunction(site) : site.original;
         case Mode::kFake:
         case Mode::kFakeAndCount: break;
@@ -307,6 +308,10 @@ void SetMode(Mode mode) {
 
 void FakeBy(const char* name, void* function) {
     if (Site* site = Named(name)) site->faked_by = function;
+}
+
+void LeadThrough(const char* name, void* function) {
+    if (Site* site = Named(name)) site->led_through = function;
 }
 
 std::vector<Site*>& All() {

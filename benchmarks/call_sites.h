@@ -30,7 +30,8 @@ struct Site {
     ULONGLONG* entry = nullptr;
     void* count = nullptr;
     void* fake = nullptr;
-    void* faked_by = nullptr;  // a function that answers; null: the last answer is given again
+    void* faked_by = nullptr;     // a function that answers; null: the last answer is given again
+    void* led_through = nullptr;  // a function that calls the system's; null: that one itself
 };
 
 enum class Mode {
@@ -46,6 +47,8 @@ void Find(HMODULE plugin, const std::vector<HMODULE>& host);
 void SetMode(Mode mode);
 // A function that answers the Win32 call of this name while calls are faked.
 void FakeBy(const char* name, void* function);
+// A function that calls the system's and that the Win32 call of this name goes to in kSystem.
+void LeadThrough(const char* name, void* function);
 
 std::vector<Site*>& All();
 Site* Named(const char* name);

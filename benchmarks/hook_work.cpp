@@ -11,7 +11,7 @@
 #include "benchmarks/call_counts.h"
 #include "benchmarks/call_sites.h"
 #include "benchmarks/clock.h"
-#include "benchmarks/passages.h"
+#include "benchmarks/entry_points.h"
 #include "benchmarks/situations.h"
 #include "benchmarks/stage.h"
 #include "standin/engine/input_internal.h"
@@ -35,21 +35,21 @@ MOUSEHOOKSTRUCTEX g_last_move{};
 WPARAM g_last_key = 0;
 LPARAM g_last_key_flags = 0;
 
-LRESULT Watch(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam) {
-    if (way == passages::KeyHook()) {
+LRESULT Watch(HOOKPROC entry, int code, WPARAM wparam, LPARAM lparam) {
+    if (entry == entry_points::KeyHook()) {
         g_last_key = wparam;
         g_last_key_flags = lparam;
     } else if (wparam == WM_MOUSEMOVE) {
         g_last_move = *reinterpret_cast<const MOUSEHOOKSTRUCTEX*>(lparam);
     }
-    return call_counts::Note(way, code, wparam, lparam);
+    return call_counts::Note(entry, code, wparam, lparam);
 }
 
 Summary WatchMessages(const Situation& situation, int count) {
-    passages::Watch(Watch);
+    entry_points::Watch(Watch);
     for (int turn = 0; turn < count; ++turn)
         situations::Send(situation, turn);
-    passages::Watch(nullptr);
+    entry_points::Watch(nullptr);
     return call_counts::Summarize(call_counts::Noted());
 }
 
@@ -154,15 +154,16 @@ LRESULT CALLBACK EmptyHook(int code, WPARAM wparam, LPARAM lparam) {
 }
 
 HOOKPROC ProcedureFor(const Situation& situation) {
-    return situation.message == Message::kMove ? passages::MouseHook() : passages::KeyHook();
+    return situation.message == Message::kMove ? entry_points::MouseHook()
+                                               : entry_points::KeyHook();
 }
 
 LRESULT CALLBACK CountedMouse(int code, WPARAM message, LPARAM details) {
-    return call_counts::Note(passages::MouseHook(), code, message, details);
+    return call_counts::Note(entry_points::MouseHook(), code, message, details);
 }
 
 LRESULT CALLBACK CountedKey(int code, WPARAM key, LPARAM flags) {
-    return call_counts::Note(passages::KeyHook(), code, key, flags);
+    return call_counts::Note(entry_points::KeyHook(), code, key, flags);
 }
 
 Summary CountFaked(const Situation& situation) {
@@ -228,7 +229,7 @@ json MeasureSituation(const Situation& situation, const Sizes& sizes) {
 
     json result = {{"id", situation.id},
                    {"title", situation.title},
-                   {"messages", real.passages},
+                   {"messages", real.entries},
                    {"calls", CallsText(real.typical)},
                    {"most_calls", CallsText(real.most)},
                    {"allocations", real.heap}};
@@ -310,7 +311,7 @@ json Measure(const plugin::Files& files, const Sizes& sizes) {
     std::string message;
     if (!stage::Open(input::Kind::kVirtual, files, &message)) return {{"error", message}};
     UseFakes();
-    if (!passages::Open(input::Kind::kVirtual))
+    if (!entry_points::Open(input::Kind::kVirtual))
         return {{"error", "the plug-in installed no hooks"}};
     json result = {{"places", CountPlaces()}};
     for (const Situation& situation : situations::Repeated())

@@ -204,6 +204,7 @@ json MeasurePassed(Message message, const char* window, LowLevelProgram& low_lev
         const Column& column = columns[i];
         result[column.id] = {{"ns", measure::Median(column.times)},
                              {"ratio", measure::MedianRatio(column.times, columns[1].times)},
+                             {"quartiles", measure::RatioQuartiles(column.times, columns[1].times)},
                              {"arrived_of_sent", static_cast<double>(arrived[i]) / sizes.messages}};
     }
     return result;
@@ -228,7 +229,8 @@ json MeasureSituation(const Situation& situation, const Sizes& sizes) {
     }
     return {{"ns", measure::Median(plugin_times)},
             {"empty_ns", measure::Median(empty)},
-            {"ratio", measure::MedianRatio(plugin_times, empty)}};
+            {"ratio", measure::MedianRatio(plugin_times, empty)},
+            {"quartiles", measure::RatioQuartiles(plugin_times, empty)}};
 }
 
 }  // namespace

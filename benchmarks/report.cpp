@@ -1,60 +1,52 @@
 #include "benchmarks/report.h"
 
-#include <cstdio>
+#include <utility>
+
+#include "benchmarks/report_lines.h"
+#include "benchmarks/situations.h"
 
 namespace report {
 namespace {
 
 using nlohmann::json;
 
-template <typename... Values>
-std::string Line(const char* format, Values... values) {
-    char text[256];
-    std::snprintf(text, sizeof text, format, values...);
+std::string Own(const json& work) {
+    std::string text =
+        Line("%-48s %8s %8s\n", "own work, all calls answered at once", "ns", "ratio");
+    for (const json& one : work["situations"])
+        text += Line("%-48s %8.1f %8.1f\n", one["title"].get<std::string>().c_str(),
+                     one["own_work_ns"].get<double>(), one["own_work_ratio"].get<double>());
     return text;
 }
 
-std::string Situations(const json& results) {
-    std::string text = Line("%-40s %6s %5s %6s %6s %6s %8s %8s %8s\n", "message", "Win32", "host",
-                            "calls", "most", "alloc", "own ns", "own", "queue");
-    for (const json& one : results["work"]["situations"]) {
-        const json& queue = results["queue"]["situations"][one["id"].get<std::string>()];
-        text += Line("%-40s %6d %5d %6d %6d %6d %8.1f %7.1fx %7.2fx\n",
-                     one["title"].get<std::string>().c_str(), one["calls"]["win32"].get<int>(),
-                     one["calls"]["host"].get<int>(), one["calls"]["total"].get<int>(),
-                     one["most_calls"]["total"].get<int>(), one["allocations"].get<int>(),
-                     one["own_work_ns"].get<double>(), one["own_work_ratio"].get<double>(),
-                     queue["ratio"].get<double>());
-    }
+std::string Queue(const json& queue) {
+    std::string text =
+        Line("%-48s %20s\n", "from SendInput on, to an empty hook", "ratio (quartiles)");
+    for (const situations::Situation& one : situations::Repeated())
+        text += Line("%-48s %20s\n", one.title, RatioText(queue["situations"][one.id]).c_str());
     return text +
-           "\nWin32, host, calls: calls of one message, most: of the dearest one, the call that "
-           "passes\n"
-           "it on included. own: the hook called in a loop, all calls answered at once; its time "
-           "and\n"
-           "its ratio to an empty hook called so. queue: the whole way from SendInput on, as a "
-           "ratio\n"
-           "to an empty hook installed in its place, over the same window, no gesture running; "
-           "what\n"
-           "the stand-in does for the gesture is in it.\n";
+           "The empty hook is over the same window, no gesture running; what the stand-in does "
+           "for\n"
+           "the gesture is in the ratio.\n";
 }
 
 std::string Passed(const json& queue) {
     static constexpr const char* kColumns[] = {"no_hook", "empty_hook", "plugin_off", "plugin",
                                                "low_level_hook"};
-    std::string text = Line("%-40s %12s %12s %12s %12s %12s\n", "a passed event, to the empty hook",
-                            "no hook", "empty hook", "plug-in off", "plug-in", "low-level");
+    std::string text = Line("%-28s %17s %17s %17s %17s %17s\n", "a passed event", "no hook",
+                            "empty hook", "plug-in off", "plug-in", "low-level");
     const std::pair<const char*, const char*> rows[] = {
         {"passed_move", "move over a foreign window"},
         {"passed_move_viewport", "move over a viewport"},
         {"passed_key", "plain key"},
     };
     for (const auto& [id, title] : rows) {
-        text += Line("%-40s", title);
+        text += Line("%-28s", title);
         for (const char* column : kColumns)
-            text += Line(" %11.2fx", queue[id][column]["ratio"].get<double>());
-        text += Line("\n%-40s", "  microseconds");
+            text += Line(" %17s", RatioText(queue[id][column]).c_str());
+        text += Line("\n%-28s", "  microseconds");
         for (const char* column : kColumns)
-            text += Line(" %12.1f", queue[id][column]["ns"].get<double>() / 1000);
+            text += Line(" %17.1f", queue[id][column]["ns"].get<double>() / 1000);
         text += '\n';
     }
     return text + "low-level: no hook in the host, another process with low-level hooks instead.\n";
@@ -67,26 +59,53 @@ long long Largest(const json& situations, const char* figure) {
     return largest;
 }
 
-}  // namespace
-
-std::string Table(const json& results) {
-    const json& work = results["work"];
-    const json& start = results["start"];
-    const json& situations = work["situations"];
-    std::string text = Situations(results) + '\n' + Passed(results["queue"]) + '\n';
+std::string Start(const json& start) {
+    std::string text;
     for (const auto& [part, title] :
          {std::pair{"attach", "attach, table and object"},
           std::pair{"operation", "start operation"}, std::pair{"both", "together"}})
         text += Line("start: %-25s %6.2f ms, an empty plug-in %5.2f ms\n", title,
                      start[part]["plugin_ns"].get<double>() / 1e6,
                      start[part]["empty_ns"].get<double>() / 1e6);
-    text += Line("start: %.1f times an empty plug-in\n", start["both"]["ratio"].get<double>());
-    text += Line(
+    return text +
+           Line("start: %.1f times an empty plug-in\n", start["both"]["ratio"].get<double>());
+}
+
+std::string Memory(const json& work) {
+    const json& situations = work["situations"];
+    return Line(
         "memory: over %d messages of each kind the heaps grew by %lld bytes at most, the\n"
         "process by %lld; %d gestures and clicks of %d messages allocated %d times\n",
         situations[0]["memory"]["messages"].get<int>(), Largest(situations, "growth_in_use"),
         Largest(situations, "growth_committed"), work["gestures"]["gestures"].get<int>(),
         work["gestures"]["messages"].get<int>(), work["gestures"]["allocations"].get<int>());
+}
+
+std::string Machine(const json& machine) {
+    const auto load = [&machine](const char* when) {
+        const std::string text = machine[when];
+        return text.empty() ? std::string("unknown") : text;
+    };
+    return Line("machine: %d processors; load %s before, %s after (1, 5 and 15 minutes)\n",
+                machine["processors"].get<int>(), load("load_before").c_str(),
+                load("load_after").c_str());
+}
+
+}  // namespace
+
+std::string Table(const json& results) {
+    std::string text;
+    const auto add = [&](const char* part, std::string (*table)(const json&)) {
+        if (results.contains(part)) text += table(results[part]) + '\n';
+    };
+    add("direct", Direct);
+    add("growth", Growth);
+    add("work", Own);
+    add("queue", Queue);
+    add("queue", Passed);
+    add("start", Start);
+    add("work", Memory);
+    add("machine", Machine);
     return text;
 }
 

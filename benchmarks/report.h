@@ -8,6 +8,7 @@
 
 namespace report {
 
+// Of the parts that are there.
 std::string Table(const nlohmann::json& results);
 
 // What own work must not do: allocate, grow, go another way. One line for each that does.

@@ -8,9 +8,9 @@
 namespace situations {
 namespace {
 
-bool IsShown(const Situation& situation) {
+bool IsConfirmed(const Situation& situation) {
     int value = 0;
-    return !situation.shown_by || (plugin::Read(situation.shown_by, &value) && value != 0);
+    return !situation.confirmed_by || (plugin::Read(situation.confirmed_by, &value) && value != 0);
 }
 
 }  // namespace
@@ -41,15 +41,15 @@ void Enter(const Situation& situation) {
     if (situation.begin) situation.begin();
 }
 
-bool Turn(const Situation& situation, passages::Around around) {
+bool Turn(const Situation& situation, entry_points::Wrapper wrapper) {
     if (situation.prepare) situation.prepare();
-    bool is_so = IsShown(situation);
-    passages::Watch(around);
+    bool confirmed = IsConfirmed(situation);
+    entry_points::Watch(wrapper);
     situation.act();
-    passages::Watch(nullptr);
-    is_so = IsShown(situation) || is_so;
+    entry_points::Watch(nullptr);
+    confirmed = IsConfirmed(situation) || confirmed;
     if (situation.finish) situation.finish();
-    return is_so;
+    return confirmed;
 }
 
 void Leave(const Situation& situation) {

@@ -1,16 +1,16 @@
 // Presses and releases without Alt: plain ones, those that select, and quick transforms.
-#include "benchmarks/deeds.h"
+#include "benchmarks/user_actions.h"
 #include "benchmarks/situations.h"
 
 namespace situations {
 namespace {
 
-using namespace deeds;
+using namespace user_actions;
 
 template <int button>
 constexpr Situation PressOf(const char* id, const char* title, const char* window,
-                            Deed begin = nullptr, Deed end = nullptr,
-                            const char* shown_by = nullptr) {
+                            Action begin = nullptr, Action end = nullptr,
+                            const char* confirmed_by = nullptr) {
     return {.id = id,
             .title = title,
             .window = window,
@@ -18,13 +18,13 @@ constexpr Situation PressOf(const char* id, const char* title, const char* windo
             .act = Press<button>,
             .finish = Release<button>,
             .end = end,
-            .shown_by = shown_by};
+            .confirmed_by = confirmed_by};
 }
 
 template <int button>
 constexpr Situation ReleaseOf(const char* id, const char* title, const char* window,
-                              Deed begin = nullptr, Deed end = nullptr,
-                              const char* shown_by = nullptr) {
+                              Action begin = nullptr, Action end = nullptr,
+                              const char* confirmed_by = nullptr) {
     return {.id = id,
             .title = title,
             .window = window,
@@ -32,11 +32,11 @@ constexpr Situation ReleaseOf(const char* id, const char* title, const char* win
             .prepare = Press<button>,
             .act = Release<button>,
             .end = end,
-            .shown_by = shown_by};
+            .confirmed_by = confirmed_by};
 }
 
-constexpr Deed kHoldBoth = Sequence<Hold<VK_CONTROL>, Hold<VK_SHIFT>>;
-constexpr Deed kLetGoBoth = Sequence<LetGo<VK_SHIFT>, LetGo<VK_CONTROL>>;
+constexpr Action kHoldBoth = Sequence<Hold<VK_CONTROL>, Hold<VK_SHIFT>>;
+constexpr Action kLetGoBoth = Sequence<LetGo<VK_SHIFT>, LetGo<VK_CONTROL>>;
 
 constexpr Situation kButtons[] = {
     PressOf<VK_LBUTTON>("left_press", "left press over a viewport", kView),
@@ -79,9 +79,9 @@ constexpr Situation kButtons[] = {
     PressOf<VK_LBUTTON>("shift_press_unwrap", "left press, Shift held, Unwrap editor", "unwrap",
                         Hold<VK_SHIFT>, LetGo<VK_SHIFT>),
     PressOf<VK_MBUTTON>("transform_press", "press of a quick transform", kView, TakeMoveTool,
-                        TakeSelectTool, "g_quickXform"),
+                        PutMoveToolAway, "g_quickXform"),
     ReleaseOf<VK_MBUTTON>("transform_release", "release of a quick transform", kView, TakeMoveTool,
-                          TakeSelectTool, "g_quickXform"),
+                          PutMoveToolAway, "g_quickXform"),
     PressOf<VK_MBUTTON>("transform_press_unwrap", "press of a quick transform, Unwrap editor",
                         "unwrap", kTakeUnwrapTool, kPutUnwrapToolAway, "g_quickXform"),
     ReleaseOf<VK_MBUTTON>("transform_release_unwrap", "release of a quick transform, Unwrap editor",
@@ -96,14 +96,14 @@ constexpr Situation kButtons[] = {
      .prepare = ArmScrub,
      .act = Press<VK_LBUTTON>,
      .finish = Sequence<Release<VK_LBUTTON>, LetGo<kScrubKey>>,
-     .shown_by = "g_scrubState"},
+     .confirmed_by = "g_scrubState"},
     {.id = "scrub_release",
      .title = "release of a time scrub",
      .window = kView,
      .prepare = Sequence<ArmScrub, Press<VK_LBUTTON>, Drag>,
      .act = Release<VK_LBUTTON>,
      .finish = LetGo<kScrubKey>,
-     .shown_by = "g_scrubState"},
+     .confirmed_by = "g_scrubState"},
 };
 
 }  // namespace

@@ -1,16 +1,16 @@
 // Presses and releases that begin, change and end gestures.
-#include "benchmarks/deeds.h"
+#include "benchmarks/user_actions.h"
 #include "benchmarks/situations.h"
 
 namespace situations {
 namespace {
 
-using namespace deeds;
+using namespace user_actions;
 
 template <int button>
 constexpr Situation Begin(const char* id, const char* title, const char* window,
-                          Deed begin = nullptr, Deed end = nullptr,
-                          const char* shown_by = kGestureOf<button>) {
+                          Action begin = nullptr, Action end = nullptr,
+                          const char* confirmed_by = kGestureOf<button>) {
     return {.id = id,
             .title = title,
             .window = window,
@@ -19,12 +19,13 @@ constexpr Situation Begin(const char* id, const char* title, const char* window,
             .act = Press<button>,
             .finish = Sequence<Drag, ReleaseWithAlt<button>>,
             .end = end,
-            .shown_by = shown_by};
+            .confirmed_by = confirmed_by};
 }
 
 template <int button>
-constexpr Situation End(const char* id, const char* title, const char* window, Deed begin = nullptr,
-                        Deed end = nullptr, const char* shown_by = kGestureOf<button>) {
+constexpr Situation End(const char* id, const char* title, const char* window,
+                        Action begin = nullptr, Action end = nullptr,
+                        const char* confirmed_by = kGestureOf<button>) {
     return {.id = id,
             .title = title,
             .window = window,
@@ -33,7 +34,7 @@ constexpr Situation End(const char* id, const char* title, const char* window, D
             .act = Release<button>,
             .finish = LetGo<VK_MENU>,
             .end = end,
-            .shown_by = shown_by};
+            .confirmed_by = confirmed_by};
 }
 
 // One gesture becomes another by a second button, and comes back without it.
@@ -46,7 +47,7 @@ constexpr Situation Join(const char* id, const char* title, const char* to,
             .prepare = PressWithAlt<first>,
             .act = Press<second>,
             .finish = Sequence<Drag, Release<second>, ReleaseWithAlt<first>>,
-            .shown_by = to};
+            .confirmed_by = to};
 }
 
 template <int first, int second>
@@ -58,7 +59,7 @@ constexpr Situation Part(const char* id, const char* title, const char* to,
             .prepare = Sequence<PressWithAlt<first>, Press<second>, Drag>,
             .act = Release<second>,
             .finish = ReleaseWithAlt<first>,
-            .shown_by = to};
+            .confirmed_by = to};
 }
 
 constexpr int kLeft = VK_LBUTTON;
@@ -77,7 +78,7 @@ constexpr Situation kChords[] = {
      .window = kView,
      .prepare = Sequence<PressWithAlt<kLeft>, LetGo<VK_MENU>>,
      .act = Release<kLeft>,
-     .shown_by = kOrbiting},
+     .confirmed_by = kOrbiting},
     Begin<kLeft>("refused_press", "press of a refused orbit", kView, LockView, UnlockView,
                  "g_navLocked"),
     End<kLeft>("refused_release", "release of a refused orbit", kView, LockView, UnlockView,

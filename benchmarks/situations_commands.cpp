@@ -1,23 +1,19 @@
 // Commands of the plug-in, and the host's own shortcuts.
-#include "benchmarks/deeds.h"
+#include "benchmarks/user_actions.h"
 #include "benchmarks/situations.h"
 
 namespace situations {
 namespace {
 
-using namespace deeds;
+using namespace user_actions;
 
 constexpr int kHotkey = 'K';
 
 // Each shortcut over a viewport that was not the last one makes that one active.
 void ShortcutElsewhere() {
     stage::MoveTo(stage::PlaceIn("viewport.user"));
-    passages::Shortcut();
+    entry_points::Shortcut();
     stage::MoveTo(stage::PlaceIn(kView));
-}
-
-void SelectBox() {
-    world::Select({"Box001"});
 }
 
 constexpr Situation kCommands[] = {
@@ -28,62 +24,62 @@ constexpr Situation kCommands[] = {
      .prepare = Hold<kHotkey>,
      .act = Command<kNudgeRight>,
      .finish = LetGo<kHotkey>,
-     .end = TakeSelectTool,
-     .shown_by = "g_nudgeActive"},
+     .end = PutMoveToolAway,
+     .confirmed_by = "g_nudgeActive"},
     {.id = "nudge_again",
      .title = "nudge, key held",
      .window = kView,
      .begin = Sequence<TakeMoveTool, Hold<kHotkey>, Command<kNudgeRight>>,
      .act = Command<kNudgeRight>,
-     .end = Sequence<LetGo<kHotkey>, TakeSelectTool>,
-     .shown_by = "g_nudgeActive"},
+     .end = Sequence<LetGo<kHotkey>, PutMoveToolAway>,
+     .confirmed_by = "g_nudgeActive"},
     {.id = "nudge_end",
      .title = "nudge, key released",
      .window = kView,
      .begin = TakeMoveTool,
      .prepare = Sequence<Hold<kHotkey>, Command<kNudgeRight>>,
      .act = LetGo<kHotkey>,
-     .end = TakeSelectTool,
-     .shown_by = "g_nudgeActive"},
+     .end = PutMoveToolAway,
+     .confirmed_by = "g_nudgeActive"},
     {.id = "frame_all", .title = "Frame All", .window = kView, .act = Command<kFrameAll>},
     {.id = "frame_selected",
      .title = "Frame Selected",
      .window = kView,
-     .begin = SelectBox,
+     .begin = SelectSomething,
      .act = Command<kFrameSelected>,
-     .end = TakeSelectTool},
+     .end = DeselectIt},
     {.id = "auto_focus",
      .title = "shortcut over another viewport",
      .window = kView,
      .prepare = ShortcutElsewhere,
-     .act = passages::Shortcut,
-     .shown_by = "g_lastFocusedViewport"},
+     .act = entry_points::Shortcut,
+     .confirmed_by = "g_lastFocusedViewport"},
     {.id = "lock",
      .title = "Selection Lock, key pressed",
      .window = kView,
      .prepare = Hold<kHotkey>,
      .act = Command<kSelectionLock>,
      .finish = LetGo<kHotkey>,
-     .shown_by = "g_selectionLockRequests"},
+     .confirmed_by = "g_selectionLockRequests"},
     {.id = "lock_end",
      .title = "Selection Lock, key released",
      .window = kView,
      .prepare = Sequence<Hold<kHotkey>, Command<kSelectionLock>>,
      .act = LetGo<kHotkey>,
-     .shown_by = "g_selectionLockRequests"},
+     .confirmed_by = "g_selectionLockRequests"},
     {.id = "snap",
      .title = "Snap to Grids, key pressed",
      .window = kView,
      .prepare = Hold<kHotkey>,
      .act = Command<kSnapToGrids>,
      .finish = LetGo<kHotkey>,
-     .shown_by = "g_heldSnapSticky"},
+     .confirmed_by = "g_heldSnapSticky"},
     {.id = "snap_end",
      .title = "Snap to Grids, key released",
      .window = kView,
      .prepare = Sequence<Hold<kHotkey>, Command<kSnapToGrids>>,
      .act = LetGo<kHotkey>,
-     .shown_by = "g_heldSnapSticky"},
+     .confirmed_by = "g_heldSnapSticky"},
 };
 
 }  // namespace

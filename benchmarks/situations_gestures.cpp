@@ -1,11 +1,11 @@
 // Moves of the mouse while a gesture runs.
-#include "benchmarks/deeds.h"
+#include "benchmarks/user_actions.h"
 #include "benchmarks/situations.h"
 
 namespace situations {
 namespace {
 
-using namespace deeds;
+using namespace user_actions;
 
 template <int button>
 constexpr Situation Gesture(const char* id, const char* title, const char* window,
@@ -16,7 +16,7 @@ constexpr Situation Gesture(const char* id, const char* title, const char* windo
             .begin = PressWithAlt<button>,
             .act = Step,
             .end = ReleaseWithAlt<button>,
-            .shown_by = kGestureOf<button>,
+            .confirmed_by = kGestureOf<button>,
             .message = message};
 }
 
@@ -30,7 +30,7 @@ constexpr Situation kGestures[] = {
      .begin = Sequence<ArmScrub, Press<VK_LBUTTON>, Drag>,
      .act = Step,
      .end = Sequence<Release<VK_LBUTTON>, LetGo<kScrubKey>>,
-     .shown_by = "g_scrubState",
+     .confirmed_by = "g_scrubState",
      .message = Message::kMove},
     {.id = "scrub_armed",
      .title = "move with the Time Scrubber key held",
@@ -38,14 +38,14 @@ constexpr Situation kGestures[] = {
      .begin = ArmScrub,
      .act = Step,
      .end = LetGo<kScrubKey>,
-     .shown_by = "g_scrubState"},
+     .confirmed_by = "g_scrubState"},
     {.id = "refused",
      .title = "move during a refused orbit",
      .window = kView,
      .begin = Sequence<LockView, PressWithAlt<VK_LBUTTON>>,
      .act = Step,
      .end = Sequence<ReleaseWithAlt<VK_LBUTTON>, UnlockView>,
-     .shown_by = "g_navLocked"},
+     .confirmed_by = "g_navLocked"},
     Gesture<VK_MBUTTON>("pan_unwrap", "move during pan in the Unwrap editor", "unwrap"),
     Gesture<VK_RBUTTON>("zoom_unwrap", "move during zoom in the Unwrap editor", "unwrap"),
     Gesture<VK_MBUTTON>("pan_trackview", "move during pan in the Track View", "trackview"),
@@ -57,29 +57,29 @@ constexpr Situation kGestures[] = {
      .window = kView,
      .begin = Sequence<TakeMoveTool, Press<VK_MBUTTON>, Drag>,
      .act = Step,
-     .end = Sequence<Release<VK_MBUTTON>, TakeSelectTool>,
-     .shown_by = "g_quickXform"},
+     .end = Sequence<Release<VK_MBUTTON>, PutMoveToolAway>,
+     .confirmed_by = "g_quickXform"},
     {.id = "transform_unwrap",
      .title = "move during a quick transform, Unwrap editor",
      .window = "unwrap",
      .begin = Sequence<kTakeUnwrapTool, Press<VK_MBUTTON>, Drag>,
      .act = Step,
      .end = Sequence<Release<VK_MBUTTON>, kPutUnwrapToolAway>,
-     .shown_by = "g_quickXform"},
+     .confirmed_by = "g_quickXform"},
     {.id = "transform_trackview",
      .title = "move during a quick transform, Track View",
      .window = "trackview",
      .begin = Sequence<kTakeTrackTool, Press<VK_MBUTTON>, Drag>,
      .act = Step,
      .end = Sequence<Release<VK_MBUTTON>, kPutTrackToolAway>,
-     .shown_by = "g_quickXform"},
+     .confirmed_by = "g_quickXform"},
     {.id = "transform_trackview_shift",
      .title = "the same with Shift held",
      .window = "trackview",
      .begin = Sequence<kTakeTrackTool, Hold<VK_SHIFT>, Press<VK_MBUTTON>, Drag>,
      .act = Step,
      .end = Sequence<Release<VK_MBUTTON>, LetGo<VK_SHIFT>, kPutTrackToolAway>,
-     .shown_by = "g_quickXform"},
+     .confirmed_by = "g_quickXform"},
 };
 
 }  // namespace

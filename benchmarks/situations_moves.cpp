@@ -1,11 +1,11 @@
 // Moves of the mouse and keys while no gesture runs.
-#include "benchmarks/deeds.h"
+#include "benchmarks/user_actions.h"
 #include "benchmarks/situations.h"
 
 namespace situations {
 namespace {
 
-using namespace deeds;
+using namespace user_actions;
 
 void SwitchOff() {
     plugin::Poke("useMayaStyle", 0);
@@ -105,7 +105,7 @@ constexpr Situation kMoves[] = {
      .begin = Hold<VK_CONTROL>,
      .act = Step,
      .end = LetGo<VK_CONTROL>},
-    {.id = "wheel", .title = "wheel over a viewport", .window = kView, .act = passages::Wheel},
+    {.id = "wheel", .title = "wheel over a viewport", .window = kView, .act = entry_points::Wheel},
     {.id = "key",
      .title = "plain key",
      .window = kView,

@@ -51,15 +51,21 @@ bool OpenWorld(input::Kind input, const plugin::Files& files, std::string* messa
     return true;
 }
 
-bool Open(input::Kind input, const plugin::Files& files, std::string* message) {
-    if (!OpenWorld(input, files, message) || !plugin::LoadMap(files.map, message)) return false;
-    if (!plugin::Start(files, message)) return false;
+bool FindPlaces(const plugin::Files& files, std::string* message) {
+    if (!plugin::LoadMap(files.map, message)) return false;
     std::vector<HMODULE> host;
     for (const char* name :
          {"core.dll", "maxutil.dll", "gup.dll", "ParamBlk2.dll", "menus.dll", "MAXScrpt.dll"})
         host.push_back(GetModuleHandleA(name));
     const size_t slash = files.plugin.find_last_of("\\/");
     call_sites::Find(GetModuleHandleA(files.plugin.substr(slash + 1).c_str()), host);
+    return true;
+}
+
+bool Open(input::Kind input, const plugin::Files& files, std::string* message) {
+    if (!OpenWorld(input, files, message) || !plugin::Start(files, message) ||
+        !FindPlaces(files, message))
+        return false;
     input::Drain();
     return true;
 }

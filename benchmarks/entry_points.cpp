@@ -1,18 +1,18 @@
-#include "benchmarks/passages.h"
+#include "benchmarks/entry_points.h"
 
 #include "standin/engine/input_internal.h"
 #include "standin/engine/plugin_loader.h"
 #include "standin/engine/world.h"
 
-namespace passages {
+namespace entry_points {
 namespace {
 
 HOOKPROC g_mouse_hook = nullptr;
 HOOKPROC g_key_hook = nullptr;
-Around g_around = nullptr;
+Wrapper g_wrapper = nullptr;
 
-LRESULT Pass(HOOKPROC way, int code, WPARAM wparam, LPARAM lparam) {
-    return g_around ? g_around(way, code, wparam, lparam) : way(code, wparam, lparam);
+LRESULT Pass(HOOKPROC entry, int code, WPARAM wparam, LPARAM lparam) {
+    return g_wrapper ? g_wrapper(entry, code, wparam, lparam) : entry(code, wparam, lparam);
 }
 
 // The system tells windows that come to lie under a resting cursor about it, as when a capture
@@ -61,8 +61,8 @@ bool Open(input::Kind input) {
     return input::g_input.system_mouse_hook && input::g_input.system_key_hook;
 }
 
-void Watch(Around around) {
-    g_around = around;
+void Watch(Wrapper wrapper) {
+    g_wrapper = wrapper;
 }
 
 HOOKPROC MouseHook() {
@@ -94,4 +94,4 @@ void Wheel() {
     PassMouse(HC_ACTION, WM_MOUSEWHEEL, reinterpret_cast<LPARAM>(&details));
 }
 
-}  // namespace passages
+}  // namespace entry_points

@@ -3,11 +3,11 @@
 
 #include <windows.h>
 
-#include "benchmarks/passages.h"
+#include "benchmarks/entry_points.h"
 #include "benchmarks/stage.h"
 #include "standin/engine/world.h"
 
-namespace deeds {
+namespace user_actions {
 
 inline constexpr char kView[] = "viewport.persp";
 inline constexpr char kForeign[] = "other";
@@ -58,25 +58,25 @@ void PressAgain() {
 
 template <int command>
 void Command() {
-    passages::Command(command);
+    entry_points::Command(command);
 }
 
-template <auto... deeds>
+template <auto... actions>
 void Sequence() {
-    (deeds(), ...);
+    (actions(), ...);
 }
 
 // To and fro, so that no gesture runs away.
 inline void Step() {
-    static int way = -1;
-    way = -way;
-    stage::MoveBy(way, 0);
+    static int distance = -1;
+    distance = -distance;
+    stage::MoveBy(distance, 0);
 }
 
 // Far enough for the host to take it for a drag, and back.
 inline void Drag() {
-    for (const int way : {4, -4, 1, -1})
-        stage::MoveBy(way, 0);
+    for (const int distance : {4, -4, 1, -1})
+        stage::MoveBy(distance, 0);
 }
 
 template <int button>
@@ -106,10 +106,27 @@ inline void UnlockView() {
     world::LockView(kView, false);
 }
 
+inline bool g_selected_box = false;
+
+// What is selected already is enough.
+inline void SelectSomething() {
+    g_selected_box = world::SelectedCount() == 0;
+    if (g_selected_box) world::Select({"Box001"});
+}
+
+inline void DeselectIt() {
+    if (g_selected_box) world::Select({});
+}
+
 // The host's move tool with something to move.
 inline void TakeMoveTool() {
-    world::Select({"Box001"});
-    world::ReplaceMode(1);
+    SelectSomething();
+    world::PushMode(1);
+}
+
+inline void PutMoveToolAway() {
+    world::PopMode();
+    DeselectIt();
 }
 
 // Of the editors, one that moves what is selected.
@@ -128,9 +145,4 @@ inline constexpr auto kPutTrackToolAway = PutEditToolAway<1, 230>;
 inline constexpr auto kTakeUnwrapTool = TakeEditTool<2077580866, 40007>;
 inline constexpr auto kPutUnwrapToolAway = PutEditToolAway<2077580866, 40007>;
 
-inline void TakeSelectTool() {
-    world::Select({});
-    world::ReplaceMode(6);
-}
-
-}  // namespace deeds
+}  // namespace user_actions
