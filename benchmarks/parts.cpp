@@ -150,7 +150,7 @@ json RunStarts(const Options& options, const std::string& empty_plugin) {
 }
 
 json RunDirect(const Options& options) {
-    const json counts = Run("counts", options);
+    json counts = Run("counts", options);
     if (counts.contains("error")) return counts;
     json result = Run("direct", options);
     if (result.contains("error")) return result;
