@@ -2,7 +2,7 @@
 
 #include "host/host.h"
 #include "settings/plugin_settings.h"
-#include "shell/toolbar_controls.h"
+#include "host/toolbar_controls.h"
 
 int g_selectionLockRequests = 0;
 int g_previousLockRequests = 0;

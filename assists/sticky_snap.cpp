@@ -1,9 +1,8 @@
 #include "assists/sticky_snap.h"
 
 #include "host/host.h"
-#include "shell/commands.h"
-#include "shell/module.h"
-#include "shell/toolbar_controls.h"
+#include "resources/command_ids.h"
+#include "host/toolbar_controls.h"
 
 int g_heldSnapSticky = 0;
 

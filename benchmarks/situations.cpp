@@ -3,6 +3,7 @@
 #include <string>
 
 #include "benchmarks/stage.h"
+#include "resources/command_ids.h"
 #include "standin/engine/world.h"
 
 namespace situations {

@@ -4,6 +4,8 @@
 #include "host/host.h"
 #include "host/sdk_text.h"
 
+int g_hostRelease = 0;
+
 namespace host {
 
 Interface* Core() {

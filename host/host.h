@@ -18,6 +18,10 @@ class IMenuItem;
 class INode;
 class ViewExp;
 
+// Release number of the running host as the plug-in compares it, 0 until the action table has been
+// built.
+extern int g_hostRelease;
+
 namespace host {
 
 // --- core -------------------------------------------------------------------------------------
@@ -196,8 +200,11 @@ void PrintToListener(const char* text);
 
 // --- scripts ----------------------------------------------------------------------------------
 
+// The host runs scripts for a utility object: this one, from now on.
+void SetScriptRunner(GUP& utility);
+
 // Has MAXScript evaluate a text (writable, because the host's call wants it so; it is not changed).
-// Errors are the script's own.
-void ExecuteScript(GUP& utility, char* text);
+// Nothing happens before there is a runner. Errors are the script's own.
+void RunScript(char* text);
 
 }  // namespace host

@@ -1,11 +1,12 @@
-// Which handler a pressed or released button calls: the rule tables at work.
+#include "navigation/gesture_rules.h"
 
 #include "host/host.h"
+#include "host/mode_groups.h"
+#include "navigation/gesture_state.h"
 #include "navigation/gestures.h"
-#include "navigation/mode_groups.h"
 #include "navigation/nav_rules.h"
-#include "navigation/navigation_state.h"
-#include "shell/module.h"
+#include "navigation/selection_clicks.h"
+#include "resources/module.h"
 
 namespace {
 
@@ -29,61 +30,62 @@ unsigned ReleasedButton(UINT message) {
     }
 }
 
-int LeaveLocked(POINT point, HWND window) {
-    if (g_settings.altRightZoom && (g_heldButtons & kHeldRight)) return OrbitToZoom(point, window);
+Answer LeaveLocked(const MouseEvent& event) {
+    if (g_settings.altRightZoom && (g_heldButtons & kHeldRight)) return OrbitToZoom(event);
     g_navLocked = 0;
     ShowArrowCursor();
-    return 1;
+    return Answer::kConsumed;
 }
 
-int SendMiddleClick(POINT point, HWND window) {
-    SendMouse(window, WM_MBUTTONDOWN, 0, point);
-    SendMouse(window, WM_MBUTTONUP, 0, point);
-    return 1;
+Answer SendMiddleClick(const MouseEvent& event) {
+    SendMouse(event, WM_MBUTTONDOWN, 0);
+    SendMouse(event, WM_MBUTTONUP, 0);
+    return Answer::kConsumed;
 }
 
-int CarryOut(NavAction action, POINT point, HWND window) {
+Answer CarryOut(const MouseEvent& event, NavAction action) {
     switch (action) {
-        case NavAction::kMiddleClick: return SendMiddleClick(point, window);
-        case NavAction::kStartOrbit: return StartOrbit(point, window);
-        case NavAction::kStartPan: return StartPan(point, window);
-        case NavAction::kStartZoom: return StartZoom(point, window);
-        case NavAction::kOrbitToZoom: return OrbitToZoom(point, window);
-        case NavAction::kPanToZoom: return PanToZoom(point, window);
-        case NavAction::kZoomToPan: return ZoomToPan(point, window);
-        case NavAction::kZoomToOrbit: return ZoomToOrbit(point, window);
-        case NavAction::kEndOrbit: return EndOrbit(point, window);
-        case NavAction::kEndPan: return EndPan(point, window);
-        case NavAction::kEndZoom: return EndZoom(point, window);
-        case NavAction::kLeaveLocked: return LeaveLocked(point, window);
+        case NavAction::kMiddleClick: return SendMiddleClick(event);
+        case NavAction::kStartOrbit: return StartOrbit(event);
+        case NavAction::kStartPan: return StartPan(event);
+        case NavAction::kStartZoom: return StartZoom(event);
+        case NavAction::kOrbitToZoom: return OrbitToZoom(event);
+        case NavAction::kPanToZoom: return PanToZoom(event);
+        case NavAction::kZoomToPan: return ZoomToPan(event);
+        case NavAction::kZoomToOrbit: return ZoomToOrbit(event);
+        case NavAction::kEndOrbit: return EndOrbit(event);
+        case NavAction::kEndPan: return EndPan(event);
+        case NavAction::kEndZoom: return EndZoom(event);
+        case NavAction::kLeaveLocked: return LeaveLocked(event);
         case NavAction::kSwallow: break;
     }
-    return 1;
+    return Answer::kConsumed;
 }
 
 }  // namespace
 
-PressResult ApplyPressRules(const MouseEvent& event) {
+Answer ApplyPressRules(const MouseEvent& event) {
     const unsigned button = PressedButton(PressOf(event.message));
     unsigned state = ActiveStates();
     if (host::CurrentModeId() == kPatchOrCrossInsertMode) state |= kNavMiddleClickMode;
     const NavRule* rule =
         FindRule(kPressRules, kPressRules.data(), state, g_heldButtons, button, g_settings);
-    if (!rule) return PressResult::kNoRule;
+    if (!rule) return Answer::kNotMine;
     g_heldButtons |= button;
-    return CarryOut(rule->action, event.client, event.window) ? PressResult::kConsumed
-                                                              : PressResult::kStarted;
+    const Answer answer = CarryOut(event, rule->action);
+    return answer == Answer::kConsumed ? answer : Answer::kPassed;
 }
 
-bool ApplyReleaseRules(const MouseEvent& event) {
+// A gesture that does not want the release leaves it to the rules below.
+Answer ApplyReleaseRules(const MouseEvent& event) {
     const unsigned button = ReleasedButton(event.message);
-    if (!button) return false;
+    if (!button) return Answer::kNotMine;
     const NavRule* rule = kReleaseRules.data();
     while ((rule = FindRule(kReleaseRules, rule, ActiveStates(), g_heldButtons, button,
                             g_settings)) != nullptr) {
         g_heldButtons &= ~button;
-        if (CarryOut(rule->action, event.client, event.window)) return true;
+        if (CarryOut(event, rule->action) == Answer::kConsumed) return Answer::kConsumed;
         ++rule;
     }
-    return false;
+    return Answer::kNotMine;
 }

@@ -1,10 +1,9 @@
 #include "navigation/gestures.h"
 
-#include "assists/brushes.h"
-#include "assists/input_records.h"
 #include "host/host.h"
-#include "navigation/navigation_state.h"
-#include "navigation/window_kind.h"
+#include "navigation/gesture_state.h"
+#include "navigation/held_alt.h"
+#include "navigation/view_drag.h"
 #include "navigation/zoom_drag.h"
 #include "settings/plugin_settings.h"
 
@@ -17,237 +16,225 @@ bool IsOrbitAllowed(HWND window) {
            (!g_settings.lockArcRotateUser && view.IsUserView());
 }
 
-void RefuseGesture(int kind) {
-    g_navKind = kind;
+Answer RefuseGesture(const MouseEvent& event) {
+    g_navKind = event.kind;
     g_navLocked = 1;
+    return Answer::kConsumed;
 }
 
 // The host itself orbits a viewport on Alt and middle drag.
-void BeginOrbit(POINT point, HWND window) {
+void BeginOrbit(const MouseEvent& event) {
     g_orbitActive = 1;
-    SendMouse(window, WM_MBUTTONDOWN, 0, point);
+    SendMouse(event, WM_MBUTTONDOWN, 0);
 }
 
 // Editors zoom on Ctrl and middle drag, the Unwrap editor only if Alt is down as well when the
 // button goes down. A middle drag that runs is ended first.
-void RestartEditorDrag(POINT point, HWND window, WPARAM keys) {
-    SendMouse(window, WM_MBUTTONUP, 0, point);
-    SendMouse(window, WM_MBUTTONDOWN, keys, point);
+void RestartEditorDrag(const MouseEvent& event, WPARAM keys) {
+    SendMouse(event, WM_MBUTTONUP, 0);
+    SendMouse(event, WM_MBUTTONDOWN, keys);
+}
+
+void BeginZoomState() {
+    g_zoomActive = 1;
+    ResetZoomDrag();
 }
 
 }  // namespace
 
-void BeginZoomState() {
-    g_zoomActive = 1;
-    g_zoomVirtual = {kZoomNotSet.x, kZoomNotSet.y};
-    g_zoomLast = {0, 0};
-    g_zoomWarp = 0;
-}
-
-void ReleasePendingAlt() {
-    if (!g_altUpPending) return;
-    SendRecords(kInAltUp);
-    g_altUpPending = 0;
-}
-
-int StartOrbit(POINT point, HWND window) {
-    switch (ClassifyWindow(window)) {
+Answer StartOrbit(const MouseEvent& event) {
+    switch (event.kind) {
         case kWindowViewport:
-            if (!IsOrbitAllowed(window)) {
-                RefuseGesture(kWindowViewport);
-                return 1;
-            }
+            if (!IsOrbitAllowed(event.window)) return RefuseGesture(event);
             g_navKind = kWindowViewport;
-            BeginOrbit(point, window);
-            return 1;
-        case kWindowViewportLocked: RefuseGesture(kWindowViewportLocked); return 1;
-        default: return 0;
+            BeginOrbit(event);
+            return Answer::kConsumed;
+        case kWindowViewportLocked: return RefuseGesture(event);
+        default: return Answer::kNotMine;
     }
 }
 
-int StartPan(POINT point, HWND window) {
-    const WindowKind kind = ClassifyWindow(window);
-    switch (kind) {
-        case kWindowOther: return 0;
+Answer StartPan(const MouseEvent& event) {
+    switch (event.kind) {
+        case kWindowOther: return Answer::kNotMine;
         case kWindowViewport:
             g_navKind = kWindowViewport;
             g_panActive = 1;
-            SuspendToolForView(host::kModePanView, point, window);
-            return 1;
-        case kWindowViewportLocked: RefuseGesture(kWindowViewportLocked); return 1;
+            SuspendToolForView(event, host::kModePanView);
+            return Answer::kConsumed;
+        case kWindowViewportLocked: return RefuseGesture(event);
         default:
             // The editor pans with its own middle drag.
-            g_navKind = kind;
+            g_navKind = event.kind;
             g_panActive = 1;
-            return 0;
+            return Answer::kPassed;
     }
 }
 
-int StartZoom(POINT point, HWND window) {
-    const WindowKind kind = ClassifyWindow(window);
-    switch (kind) {
-        case kWindowOther: return 0;
+Answer StartZoom(const MouseEvent& event) {
+    switch (event.kind) {
+        case kWindowOther: return Answer::kNotMine;
         case kWindowViewport:
             g_navKind = kWindowViewport;
             BeginZoomState();
-            SuspendToolForView(host::kModeZoomView, point, window);
-            return 1;
-        case kWindowViewportLocked: RefuseGesture(kWindowViewportLocked); return 1;
+            SuspendToolForView(event, host::kModeZoomView);
+            return Answer::kConsumed;
+        case kWindowViewportLocked: return RefuseGesture(event);
         case kWindowNavPanel:
             g_navKind = kWindowNavPanel;
-            PressViewButton(window, host::kModeZoomView, true);
+            PressViewButton(event.window, host::kModeZoomView, true);
             BeginZoomState();
-            SendMouse(window, WM_LBUTTONDOWN, 0, point);
-            return 1;
+            SendMouse(event, WM_LBUTTONDOWN, 0);
+            return Answer::kConsumed;
         default:
-            g_navKind = kind;
+            g_navKind = event.kind;
             BeginZoomState();
-            SendMouse(window, WM_MBUTTONDOWN, MK_CONTROL, point);
-            return 1;
+            SendMouse(event, WM_MBUTTONDOWN, MK_CONTROL);
+            return Answer::kConsumed;
     }
 }
 
-int OrbitToZoom(POINT point, HWND window) {
+Answer OrbitToZoom(const MouseEvent& event) {
     switch (g_navKind) {
-        case kWindowOther: return 0;
+        case kWindowOther: return Answer::kNotMine;
         case kWindowViewport:
             g_navLocked = 0;
             g_orbitActive = 0;
             BeginZoomState();
-            SendMouse(window, WM_MBUTTONUP, 0, point);
-            SuspendToolForView(host::kModeZoomView, point, window);
-            return 1;
-        case kWindowViewportLocked: return 1;
+            SendMouse(event, WM_MBUTTONUP, 0);
+            SuspendToolForView(event, host::kModeZoomView);
+            return Answer::kConsumed;
+        case kWindowViewportLocked: return Answer::kConsumed;
         default:
             g_navLocked = 0;
             g_orbitActive = 0;
             BeginZoomState();
-            RestartEditorDrag(point, window, MK_CONTROL);
-            return 1;
+            RestartEditorDrag(event, MK_CONTROL);
+            return Answer::kConsumed;
     }
 }
 
-int PanToZoom(POINT point, HWND window) {
+Answer PanToZoom(const MouseEvent& event) {
     switch (g_navKind) {
         case kWindowOther:
-        case kWindowViewportLocked: return 0;
+        case kWindowViewportLocked: return Answer::kNotMine;
         case kWindowViewport:
-            SendMouse(window, WM_LBUTTONUP, 0, point);
+            SendMouse(event, WM_LBUTTONUP, 0);
             g_panActive = 0;
             BeginZoomState();
             // The pan mode stays below on the stack.
             host::PushStandardMode(host::kModeZoomView);
-            SendMouse(window, WM_LBUTTONDOWN, 0, point);
-            return 1;
+            SendMouse(event, WM_LBUTTONDOWN, 0);
+            return Answer::kConsumed;
         case kWindowNavPanel:
-            SendMouse(window, WM_LBUTTONUP, 0, point);
+            SendMouse(event, WM_LBUTTONUP, 0);
             g_panActive = 0;
-            PressViewButton(window, host::kModeZoomView, true);
-            SendMouse(window, WM_LBUTTONDOWN, 0, point);
-            return 1;
+            PressViewButton(event.window, host::kModeZoomView, true);
+            SendMouse(event, WM_LBUTTONDOWN, 0);
+            return Answer::kConsumed;
         default:
             g_panActive = 0;
             BeginZoomState();
-            RestartEditorDrag(point, window, MK_CONTROL);
-            return 1;
+            RestartEditorDrag(event, MK_CONTROL);
+            return Answer::kConsumed;
     }
 }
 
-int ZoomToPan(POINT point, HWND window) {
+Answer ZoomToPan(const MouseEvent& event) {
     switch (g_navKind) {
         case kWindowOther:
-        case kWindowViewportLocked: return 0;
+        case kWindowViewportLocked: return Answer::kNotMine;
         case kWindowViewport:
             g_panActive = 1;
             g_zoomActive = 0;
-            SendMouse(window, WM_LBUTTONUP, 0, point);
+            SendMouse(event, WM_LBUTTONUP, 0);
             host::PopModeIfStacked();
             host::PushStandardMode(host::kModePanView);
-            SendMouse(window, WM_LBUTTONDOWN, 0, point);
-            return 1;
+            SendMouse(event, WM_LBUTTONDOWN, 0);
+            return Answer::kConsumed;
         default:
             g_zoomActive = 0;
             g_panActive = 1;
             if (g_navKind == kWindowNavPanel) {
-                SendMouse(window, WM_LBUTTONUP, 0, point);
-                PressViewButton(window, host::kModePanView, true);
+                SendMouse(event, WM_LBUTTONUP, 0);
+                PressViewButton(event.window, host::kModePanView, true);
             }
-            RestartEditorDrag(point, window, 0);
-            return 1;
+            RestartEditorDrag(event, 0);
+            return Answer::kConsumed;
     }
 }
 
-int ZoomToOrbit(POINT point, HWND window) {
+Answer ZoomToOrbit(const MouseEvent& event) {
     switch (g_navKind) {
         case kWindowOther:
-        case kWindowViewportLocked: return 0;
+        case kWindowViewportLocked: return Answer::kNotMine;
         case kWindowViewport:
             g_zoomActive = 0;
-            if (IsOrbitAllowed(window)) {
-                ResumeToolAfterView(point, window);
-                BeginOrbit(point, window);
+            if (IsOrbitAllowed(event.window)) {
+                ResumeToolAfterView(event);
+                BeginOrbit(event);
             } else {
-                SendMouse(window, WM_LBUTTONUP, 0, point);
-                ResumeToolAfterView(point, window);
+                SendMouse(event, WM_LBUTTONUP, 0);
+                ResumeToolAfterView(event);
                 g_navLocked = 1;
             }
-            return 1;
+            return Answer::kConsumed;
         default:
             g_zoomActive = 0;
-            SendMouse(window, WM_MBUTTONUP, MK_CONTROL, point);
-            return 1;
+            SendMouse(event, WM_MBUTTONUP, MK_CONTROL);
+            return Answer::kConsumed;
     }
 }
 
-int EndZoom(POINT point, HWND window) {
+Answer EndZoom(const MouseEvent& event) {
     switch (g_navKind) {
-        case kWindowOther: return 0;
+        case kWindowOther: return Answer::kNotMine;
         case kWindowViewport:
             g_zoomActive = 0;
-            ResumeToolAfterView(point, window);
+            ResumeToolAfterView(event);
             ReleasePendingAlt();
-            return 1;
-        case kWindowViewportLocked: g_navLocked = 0; return 1;
+            return Answer::kConsumed;
+        case kWindowViewportLocked: g_navLocked = 0; return Answer::kConsumed;
         case kWindowNavPanel:
-            ResumeToolAfterView(point, window);
-            PressViewButton(window, host::kModeZoomView, false);
-            return 0;
+            ResumeToolAfterView(event);
+            PressViewButton(event.window, host::kModeZoomView, false);
+            return Answer::kNotMine;
         default:
             g_zoomActive = 0;
-            SendMouse(window, WM_MBUTTONUP, MK_CONTROL, point);
+            SendMouse(event, WM_MBUTTONUP, MK_CONTROL);
             ReleasePendingAlt();
-            return 1;
+            return Answer::kConsumed;
     }
 }
 
-int EndPan(POINT point, HWND window) {
+Answer EndPan(const MouseEvent& event) {
     switch (g_navKind) {
-        case kWindowOther: return 0;
+        case kWindowOther: return Answer::kNotMine;
         case kWindowViewport:
             g_panActive = 0;
-            ResumeToolAfterView(point, window);
+            ResumeToolAfterView(event);
             ReleasePendingAlt();
-            return 1;
-        case kWindowViewportLocked: g_navLocked = 0; return 1;
+            return Answer::kConsumed;
+        case kWindowViewportLocked: g_navLocked = 0; return Answer::kConsumed;
         default:
             // The editor gets its own middle-button release.
             g_panActive = 0;
             ReleasePendingAlt();
-            return 0;
+            return Answer::kPassed;
     }
 }
 
-int EndOrbit(POINT point, HWND window) {
+Answer EndOrbit(const MouseEvent& event) {
     switch (g_navKind) {
         case kWindowViewport:
             g_navLocked = 0;
             // It was a refused orbit then, and the viewport never heard of it.
-            if (!IsOrbitAllowed(window)) return 1;
+            if (!IsOrbitAllowed(event.window)) return Answer::kConsumed;
             g_orbitActive = 0;
-            SendMouse(window, WM_MBUTTONUP, 0, point);
+            SendMouse(event, WM_MBUTTONUP, 0);
             ReleasePendingAlt();
-            return 1;
-        case kWindowViewportLocked: g_navLocked = 0; return 1;
-        default: return 0;
+            return Answer::kConsumed;
+        case kWindowViewportLocked: g_navLocked = 0; return Answer::kConsumed;
+        default: return Answer::kNotMine;
     }
 }

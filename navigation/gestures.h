@@ -1,40 +1,18 @@
-// The Alt gestures: orbit, pan and zoom of viewports and editors.
+// What the gesture rules call: orbit, pan and zoom of viewports and editors begin, turn into each
+// other and end.
 #pragma once
 
-#include <windows.h>
+#include "input/mouse_event.h"
 
-#include "navigation/messages.h"
-
-// The handlers take the message's point (client coordinates of the window) and its window, and
-// answer non-zero when they consumed the message. The starters look at the window's kind, the
-// others at the kind of the window in which the gesture started.
-int StartOrbit(POINT point, HWND window);
-int StartPan(POINT point, HWND window);
-int StartZoom(POINT point, HWND window);
-int OrbitToZoom(POINT point, HWND window);
-int PanToZoom(POINT point, HWND window);
-int ZoomToPan(POINT point, HWND window);
-int ZoomToOrbit(POINT point, HWND window);
-int EndOrbit(POINT point, HWND window);
-int EndPan(POINT point, HWND window);
-int EndZoom(POINT point, HWND window);
-
-// Sets the zoom flag and forgets the last zoom drag.
-void BeginZoomState();
-
-// Sends the Alt key-up that is owed, if one is.
-void ReleasePendingAlt();
-
-// The rules for a button press with Alt down, and those for a button release: true when the message
-// is to be swallowed.
-enum class PressResult {
-    kNoRule,    // the message has no meaning as a gesture
-    kConsumed,  // swallow it
-    kStarted,   // a rule applied, but the window gets the message too
-};
-PressResult ApplyPressRules(const MouseEvent& event);
-bool ApplyReleaseRules(const MouseEvent& event);
-
-bool IsGestureActive();
-// A mouse move while a gesture is active: true when it is to be swallowed.
-bool MoveGesture(const MouseEvent& event);
+// The starters look at the kind of the event's window, the others at the kind of the window in
+// which the gesture began.
+Answer StartOrbit(const MouseEvent& event);
+Answer StartPan(const MouseEvent& event);
+Answer StartZoom(const MouseEvent& event);
+Answer OrbitToZoom(const MouseEvent& event);
+Answer PanToZoom(const MouseEvent& event);
+Answer ZoomToPan(const MouseEvent& event);
+Answer ZoomToOrbit(const MouseEvent& event);
+Answer EndOrbit(const MouseEvent& event);
+Answer EndPan(const MouseEvent& event);
+Answer EndZoom(const MouseEvent& event);

@@ -4,11 +4,12 @@
 
 #include "assists/gizmo_and_lock.h"
 #include "host/host.h"
-#include "navigation/keys.h"
-#include "navigation/mode_groups.h"
-#include "navigation/navigation_state.h"
-#include "navigation/window_kind.h"
+#include "host/mode_groups.h"
+#include "input/keys.h"
 #include "settings/plugin_settings.h"
+
+int g_quickXform = 0;
+int g_shiftClone = 0;  // it clones
 
 namespace {
 
@@ -27,7 +28,7 @@ constexpr int kUnwrapModes[] = {40007, 40033, 40034, 40008, 40009, 40087};
 constexpr EditorDrag kTrackViewDrag = {host::kTrackViewTable, kTrackViewModes, 40328, false};
 constexpr EditorDrag kUnwrapDrag = {host::kUnwrapTable, kUnwrapModes, 40020, true};
 
-const EditorDrag* DragOfEditor(int kind) {
+const EditorDrag* DragOfEditor(WindowKind kind) {
     if (kind == kWindowTrackView) return &kTrackViewDrag;
     if (kind == kWindowUnwrapView) return &kUnwrapDrag;
     return nullptr;
@@ -63,7 +64,7 @@ bool StartInViewport(const MouseEvent& event) {
         g_shiftClone = 1;
         keys = MK_SHIFT;
     }
-    SendMouse(event.window, WM_LBUTTONDOWN, keys, event.client);
+    SendMouse(event, WM_LBUTTONDOWN, keys);
     if (g_previousLockRequests < 1) SaveAndHideGizmo(false);
     return true;
 }
@@ -75,7 +76,7 @@ bool StartInEditor(const MouseEvent& event, const EditorDrag& drag) {
     if (!IsAnyChecked(drag.table, drag.edit_modes)) return false;
     g_quickXform = 1;
     SwitchDragMode(drag, true, drag.waits);
-    SendMouse(event.window, WM_LBUTTONDOWN, 0, event.client);
+    SendMouse(event, WM_LBUTTONDOWN, 0);
     return true;
 }
 
@@ -87,50 +88,55 @@ void EndInViewport(const MouseEvent& event) {
     }
     if (event.message == WM_RBUTTONDOWN) {
         // A right click cancels the host's drag.
-        SendMouse(event.window, WM_RBUTTONDOWN, 0, event.client);
-        SendMouse(event.window, WM_RBUTTONUP, 0, event.client);
+        SendMouse(event, WM_RBUTTONDOWN, 0);
+        SendMouse(event, WM_RBUTTONUP, 0);
     }
-    SendMouse(event.window, WM_LBUTTONUP, 0, event.client);
+    SendMouse(event, WM_LBUTTONUP, 0);
     SetSelectionLock(false, kLockByMiddleButton, true);
 }
 
 void EndInEditor(const MouseEvent& event, const EditorDrag& drag) {
     g_quickXform = 0;
-    SendMouse(event.window, WM_LBUTTONUP, 0, event.client);
+    SendMouse(event, WM_LBUTTONUP, 0);
     SetFocus(event.window);
     SwitchDragMode(drag, false, true);
 }
 
-}  // namespace
-
-bool StartQuickTransform(const MouseEvent& event, int kind) {
+bool Start(const MouseEvent& event) {
     if (PressOf(event.message) != WM_MBUTTONDOWN) return false;
     if (!g_settings.mClickXForms && !(g_settings.useShiftClone && IsShiftDown())) return false;
     if (g_quickXform) return false;
-    if (IsViewportKind(kind)) return StartInViewport(event);
-    const EditorDrag* drag = DragOfEditor(kind);
+    if (IsViewportKind(event.kind)) return StartInViewport(event);
+    const EditorDrag* drag = DragOfEditor(event.kind);
     return drag && StartInEditor(event, *drag);
 }
 
-bool EndQuickTransform(const MouseEvent& event, int kind) {
+bool End(const MouseEvent& event) {
     if (!g_quickXform) return false;
     if (event.message != WM_MBUTTONUP && !(event.message == WM_RBUTTONDOWN && IsShiftDown())) {
         return false;
     }
-    if (IsViewportKind(kind)) {
+    if (IsViewportKind(event.kind)) {
         EndInViewport(event);
         return false;
     }
-    if (const EditorDrag* drag = DragOfEditor(kind)) EndInEditor(event, *drag);
+    if (const EditorDrag* drag = DragOfEditor(event.kind)) EndInEditor(event, *drag);
     // Over an editor that has no quick transforms the drag stays marked as running.
-    return IsEditorKind(kind);
+    return IsEditorKind(event.kind);
 }
 
-bool MoveQuickTransform(const MouseEvent& event, int kind) {
-    if (event.message != WM_MOUSEMOVE || !g_quickXform || kind != kWindowTrackView ||
+bool Move(const MouseEvent& event) {
+    if (event.message != WM_MOUSEMOVE || !g_quickXform || event.kind != kWindowTrackView ||
         !IsShiftDown()) {
         return false;
     }
-    SendMouse(event.window, WM_MOUSEMOVE, MK_LBUTTON | MK_CONTROL, event.client);
+    SendMouse(event, WM_MOUSEMOVE, MK_LBUTTON | MK_CONTROL);
     return true;
+}
+
+}  // namespace
+
+Answer QuickTransform(const MouseEvent& event) {
+    const bool taken = Start(event) || End(event) || Move(event);
+    return taken ? Answer::kConsumed : Answer::kNotMine;
 }

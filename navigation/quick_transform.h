@@ -2,9 +2,10 @@
 // with Shift it clones.
 #pragma once
 
-#include "navigation/messages.h"
+#include "input/mouse_event.h"
 
-// Each answers true when the message is to be swallowed. `kind` is the WindowKind of its window.
-bool StartQuickTransform(const MouseEvent& event, int kind);
-bool EndQuickTransform(const MouseEvent& event, int kind);
-bool MoveQuickTransform(const MouseEvent& event, int kind);
+// Non-zero while one runs.
+extern int g_quickXform;
+
+// Starts one, ends it, and moves it where the window needs that.
+Answer QuickTransform(const MouseEvent& event);

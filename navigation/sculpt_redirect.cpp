@@ -1,12 +1,13 @@
 #include "navigation/sculpt_redirect.h"
 
-#include "assists/brushes.h"
-#include "assists/input_records.h"
 #include "host/host.h"
-#include "navigation/keys.h"
-#include "navigation/mode_groups.h"
-#include "navigation/navigation_state.h"
-#include "navigation/window_kind.h"
+#include "host/mode_groups.h"
+#include "input/input_records.h"
+#include "input/keys.h"
+#include "script/poly_tools.h"
+
+// The middle button is being replayed.
+int g_sculptRedirect = 0;
 
 namespace {
 
@@ -20,23 +21,23 @@ bool IsBrushInUse() {
 
 }  // namespace
 
-SculptRedirect RedirectToSculpt(const MouseEvent& event, int kind) {
-    SculptRedirect untouched = SculptRedirect::kUntouched;
-    if (IsViewportKind(kind) && IsMiddlePressOrRelease(event.message)) {
+Answer RedirectToSculpt(MouseEvent& event) {
+    const bool asks = IsViewportKind(event.kind) && IsMiddlePressOrRelease(event.message);
+    if (asks) {
         RefreshSculptState();
-        untouched = SculptRedirect::kAsked;
-        if (event.message == WM_MBUTTONUP) {
-            if (!g_sculptRedirect) return untouched;
+        if (event.message == WM_MBUTTONUP && g_sculptRedirect) {
             // What was pressed is released, whether or not the brush is still in use.
             SendRecords(ClickUp(), kInAltUp);
             g_sculptRedirect = 0;
-            return SculptRedirect::kSwallow;
+            return Answer::kConsumed;
         }
-        if (IsBrushInUse()) {
+        if (event.message != WM_MBUTTONUP && IsBrushInUse()) {
             g_sculptRedirect = 1;
             SendRecords(kInAltDown, ClickDown());
-            return SculptRedirect::kSwallow;
+            return Answer::kConsumed;
         }
     }
-    return g_sculptRedirect ? SculptRedirect::kPass : untouched;
+    if (g_sculptRedirect) return Answer::kPassed;
+    if (asks) event.kind = ClassifyWindow(event.window);
+    return Answer::kNotMine;
 }

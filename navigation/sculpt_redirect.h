@@ -2,13 +2,9 @@
 // left button, which is what brushes know.
 #pragma once
 
-#include "navigation/messages.h"
+#include "input/mouse_event.h"
 
-enum class SculptRedirect {
-    kUntouched,  // nothing to do with this message
-    kAsked,      // the same, but the host was asked about its brushes
-    kSwallow,
-    kPass,  // input of the replay itself: nothing else looks at it
-};
-
-SculptRedirect RedirectToSculpt(const MouseEvent& event, int kind);
+// kPassed: input of the replay itself, nothing else looks at it. Where the message made it ask the
+// host about its brushes, the event's kind is found anew: the host has run a script, and scripts
+// can change views.
+Answer RedirectToSculpt(MouseEvent& event);

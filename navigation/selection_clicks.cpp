@@ -2,40 +2,23 @@
 
 #include <algorithm>
 
-#include "assists/brushes.h"
-#include "assists/input_records.h"
-#include "assists/modifier_cursor.h"
 #include "host/host.h"
-#include "navigation/keys.h"
-#include "navigation/mode_groups.h"
-#include "navigation/navigation_state.h"
-#include "navigation/selecting_mode.h"
-#include "navigation/window_kind.h"
-#include "settings/plugin_settings.h"
-#include "shell/module.h"
+#include "host/selecting_mode.h"
+#include "input/input_records.h"
+#include "input/keys.h"
+#include "script/poly_tools.h"
+
+int g_selCtrl = 0;
+int g_selShift = 0;
+int g_selCtrlShift = 0;
+int g_selectNotPushed = 0;  // no select mode to pop at the end of the click
+// Above 0 while the press that a Ctrl click was replaced by waits in the queue: how many events may
+// still be put behind it.
+int g_replayWaits = 0;
 
 namespace {
 
 constexpr int kKeyCount = 256;
-
-bool IsEmulating() {
-    return g_selCtrl || g_selShift || g_selCtrlShift;
-}
-
-bool ModeAllowsEmulation() {
-    const auto mode = host::CurrentModeId();
-    return mode && *mode != kSculptMode && IsSelectingMode(*mode);
-}
-
-bool IsClickEmulated() {
-    RefreshSculptState();
-    return ModeAllowsEmulation() && !IsSculptBrushActive();
-}
-
-// The answer about brushes costs a script, too much for every move: only when all else is settled.
-bool IsMoveEmulated() {
-    return ModeAllowsEmulation() && IsClickEmulated();
-}
 
 // Runs an undo record around a click that adds nodes, kept only when the click added some.
 class AddingRecord {
@@ -63,7 +46,7 @@ private:
 };
 
 void EnterSelectMode() {
-    if (host::IsToolbarButtonEnabled(host::kSelectButton).value_or(true)) {
+    if (IsSelectToolAvailable()) {
         host::PushStandardMode(host::kModeSelect);
     } else {
         g_selectNotPushed = 1;
@@ -83,7 +66,7 @@ void SendSelectingClick(const MouseEvent& event) {
         SetKeyboardState(without_shift);
     }
     const WPARAM keys = g_selShift ? MK_CONTROL | MK_SHIFT : MK_CONTROL;
-    SendMouse(event.window, WM_LBUTTONDOWN, keys, event.client);
+    SendMouse(event, WM_LBUTTONDOWN, keys);
     if (is_saved) SetKeyboardState(saved);
 }
 
@@ -122,7 +105,7 @@ void NoteReplayedPress() {
     if (g_replayWaits && WasAltDown()) g_replayWaits = 0;
 }
 
-bool PressLeft(const MouseEvent& event, int kind) {
+bool PressLeft(const MouseEvent& event) {
     NoteReplayedPress();
     if (g_replayWaits && PutBehindReplay(ClickDown())) return true;
     if (IsAltDown()) return false;
@@ -133,11 +116,11 @@ bool PressLeft(const MouseEvent& event, int kind) {
         return true;
     }
     (ctrl ? g_selCtrlShift : g_selShift) = 1;
-    if (IsEditorKind(kind) && g_selShift) {
+    if (IsEditorKind(event.kind) && g_selShift) {
         g_selShift = 0;
         return false;
     }
-    const bool in_viewport = IsViewportKind(kind);
+    const bool in_viewport = IsViewportKind(event.kind);
     if (in_viewport) EnterSelectMode();
     const AddingRecord record(in_viewport && g_selCtrlShift && !host::IsSubObjectEditing());
     SendSelectingClick(event);
@@ -149,12 +132,12 @@ bool ReleaseLeft(const MouseEvent& event) {
         if (g_replayWaits && PutBehindReplay(ClickUp())) return true;
         g_replayWaits = 0;
         g_selCtrl = 0;
-        SendMouse(event.window, WM_LBUTTONUP, 0, event.client);
+        SendMouse(event, WM_LBUTTONUP, 0);
         SendRecords(kInAltUp);
         return true;
     }
     if (!g_selShift && !g_selCtrlShift) return false;
-    SendMouse(event.window, WM_LBUTTONUP, g_selCtrlShift ? MK_CONTROL : MK_SHIFT, event.client);
+    SendMouse(event, WM_LBUTTONUP, g_selCtrlShift ? MK_CONTROL : MK_SHIFT);
     g_selShift = 0;
     g_selCtrlShift = 0;
     if (g_selectNotPushed) {
@@ -165,49 +148,27 @@ bool ReleaseLeft(const MouseEvent& event) {
     return true;
 }
 
-// Shift alone means nothing here: the host has its own use for it.
-bool LeavesShiftToHost(int kind) {
-    if (!IsShiftAlone()) return false;
-    return IsEditorKind(kind) || !host::IsToolbarButtonEnabled(host::kSelectButton).value_or(true);
-}
-
-WPARAM SelectingMoveKeys() {
-    WPARAM keys = IsEmulating() ? MK_LBUTTON : 0;
-    // Deliberate: the whole answer counts, not its sign, so a key pressed and released since the
-    // last question counts too.
-    if (GetAsyncKeyState(VK_CONTROL)) keys |= MK_CONTROL;
-    if (GetAsyncKeyState(VK_SHIFT)) keys |= MK_SHIFT;
-    return keys;
-}
-
-bool Move(const MouseEvent& event, int kind) {
-    if (event.hit_test == HTMENU || !g_settings.customSelectionCursors ||
-        GetAsyncKeyState(VK_RBUTTON) < 0) {
-        return false;
-    }
-    HCURSOR cursor = ChooseModifierCursor();
-    if (!cursor && !IsAltDown()) return false;
-    if (LeavesShiftToHost(kind) || !IsMoveEmulated()) return false;
-
-    SendMouse(event.window, WM_MOUSEMOVE, SelectingMoveKeys(), event.client);
-    if (cursor && (IsEmulating() || GetAsyncKeyState(VK_LBUTTON) >= 0)) {
-        SetCursor(cursor);
-    } else {
-        ShowArrowCursor();
-    }
-    return true;
-}
-
 }  // namespace
 
-bool EmulateSelection(const MouseEvent& event, int kind) {
+bool DoesModeSelect() {
+    const auto mode = host::CurrentModeId();
+    return mode && *mode != kSculptMode && IsSelectingMode(*mode);
+}
+
+bool MayEmulateClick() {
+    RefreshSculptState();
+    return DoesModeSelect() && !IsSculptBrushActive();
+}
+
+Answer EmulateSelectingClick(const MouseEvent& event) {
+    bool taken = false;
     switch (event.message) {
-        case WM_LBUTTONDOWN: return IsClickEmulated() && PressLeft(event, kind);
+        case WM_LBUTTONDOWN: taken = MayEmulateClick() && PressLeft(event); break;
         // The replayed press comes as the second one of a double click where the system counts the
         // swallowed one.
-        case WM_LBUTTONDBLCLK: NoteReplayedPress(); return false;
-        case WM_LBUTTONUP: return IsClickEmulated() && ReleaseLeft(event);
-        case WM_MOUSEMOVE: return Move(event, kind);
-        default: return false;
+        case WM_LBUTTONDBLCLK: NoteReplayedPress(); break;
+        case WM_LBUTTONUP: taken = MayEmulateClick() && ReleaseLeft(event); break;
+        default: break;
     }
+    return taken ? Answer::kConsumed : Answer::kNotMine;
 }

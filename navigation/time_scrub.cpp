@@ -1,17 +1,25 @@
 #include "navigation/time_scrub.h"
 
+#include "assists/isolated_playback.h"
 #include "host/host.h"
-#include "navigation/navigation_state.h"
+#include "input/screen_point.h"
+#include "resources/module.h"
 #include "resources/resource_ids.h"
-#include "shell/module.h"
-#include "shell/playback.h"
 
+enum ScrubState : int {
+    kScrubOff = 0,
+    kScrubArmed = 1,             // its key is held
+    kScrubDragging = 2,          // a button drags the time slider
+    kScrubDraggingReleased = 3,  // the same, the key is up already
+};
+int g_scrubState = kScrubOff;
+int g_scrubWrapped = 0;  // the cursor was just put to the other edge of the screen
+POINT g_scrubLast = {};  // last cursor position, screen coordinates
+POINT g_thumbPos = {};   // where the thumb is dragged to, screen coordinates
 // The isolated-playback flag as it was when a right-button scrub began.
 int g_savedIsolatedPlayback = 0;
 
 namespace {
-
-constexpr int kMargin = 9;
 
 HWND FindThumb() {
     HWND main_window = host::MainWindow();
@@ -28,14 +36,14 @@ void ShowScrubCursor() {
 // where it is now.
 bool WrapAtEdge(POINT cursor) {
     const int width = GetSystemMetrics(SM_CXVIRTUALSCREEN);
-    if (cursor.x <= kMargin) {
+    if (cursor.x <= kScreenMargin) {
         g_scrubWrapped = 1;
-        SetCursorPos(width - kMargin - 1, cursor.y);
+        SetCursorPos(width - kScreenMargin - 1, cursor.y);
         return true;
     }
-    if (cursor.x >= width - kMargin) {
+    if (cursor.x >= width - kScreenMargin) {
         g_scrubWrapped = 1;
-        SetCursorPos(kMargin + 1, cursor.y);
+        SetCursorPos(kScreenMargin + 1, cursor.y);
         return true;
     }
     if (g_scrubWrapped) {
@@ -61,9 +69,30 @@ bool IsDragMessage(UINT message) {
            message == WM_MBUTTONUP;
 }
 
-}  // namespace
+bool StartDrag(const MouseEvent& event) {
+    if (g_scrubState == kScrubOff || !IsButtonPress(event.message)) return false;
+    HWND thumb = FindThumb();
+    if (!thumb) return false;
+    g_thumbPos = CentreOf(thumb);
+    g_scrubLast = event.screen;
+    g_scrubState = kScrubDragging;
+    const POINT point = ToClient(thumb, g_thumbPos);
+    switch (PressOf(event.message)) {
+        case WM_RBUTTONDOWN:
+            g_savedIsolatedPlayback = g_isolatedPlayback;
+            g_isolatedPlayback = 0;
+            host::RefreshMacroButtons();
+            SendMouse(thumb, WM_RBUTTONDOWN, MK_RBUTTON, point);
+            return true;
+        case WM_MBUTTONDOWN:
+            host::RefreshMacroButtons();
+            SendMouse(thumb, WM_LBUTTONDOWN, MK_LBUTTON, point);
+            return true;
+        default: SendMouse(thumb, WM_LBUTTONDOWN, MK_LBUTTON, point); return true;
+    }
+}
 
-bool DragTimeScrub(const MouseEvent& event) {
+bool DragThumb(const MouseEvent& event) {
     if (g_scrubState < kScrubDragging || !IsDragMessage(event.message)) return false;
     HWND thumb = FindThumb();
     if (!thumb) return false;
@@ -91,32 +120,32 @@ bool DragTimeScrub(const MouseEvent& event) {
     }
 }
 
-bool StartTimeScrub(const MouseEvent& event) {
-    if (g_scrubState == kScrubOff || !IsButtonPress(event.message)) return false;
-    HWND thumb = FindThumb();
-    if (!thumb) return false;
-    g_thumbPos = CentreOf(thumb);
-    g_scrubLast = event.screen;
-    g_scrubState = kScrubDragging;
-    const POINT point = ToClient(thumb, g_thumbPos);
-    switch (PressOf(event.message)) {
-        case WM_RBUTTONDOWN:
-            g_savedIsolatedPlayback = g_isolatedPlayback;
-            g_isolatedPlayback = 0;
-            host::RefreshMacroButtons();
-            SendMouse(thumb, WM_RBUTTONDOWN, MK_RBUTTON, point);
-            return true;
-        case WM_MBUTTONDOWN:
-            host::RefreshMacroButtons();
-            SendMouse(thumb, WM_LBUTTONDOWN, MK_LBUTTON, point);
-            return true;
-        default: SendMouse(thumb, WM_LBUTTONDOWN, MK_LBUTTON, point); return true;
-    }
-}
-
-bool HoverTimeScrub(const MouseEvent& event) {
+// The key is held, no button is.
+bool Hover(const MouseEvent& event) {
     if (g_scrubState != kScrubArmed || event.message != WM_MOUSEMOVE) return false;
-    SendMouse(event.window, WM_MOUSEMOVE, 0, event.client);
+    SendMouse(event, WM_MOUSEMOVE, 0);
     ShowScrubCursor();
     return true;
+}
+
+}  // namespace
+
+bool IsTimeScrubOn() {
+    return g_scrubState != kScrubOff;
+}
+
+void ArmTimeScrub() {
+    if (IsTimeScrubOn() || GetAsyncKeyState(VK_LBUTTON) < 0) return;
+    g_scrubState = kScrubArmed;
+    ShowScrubCursor();
+}
+
+void ReleaseTimeScrub() {
+    g_scrubState = g_scrubState == kScrubDragging ? kScrubDraggingReleased : kScrubOff;
+    ShowArrowCursor();
+}
+
+Answer ScrubTime(const MouseEvent& event) {
+    const bool taken = DragThumb(event) || StartDrag(event) || Hover(event);
+    return taken ? Answer::kConsumed : Answer::kNotMine;
 }

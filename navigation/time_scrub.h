@@ -1,12 +1,16 @@
 // The time scrub: while its key is held, any button drags the time slider, wherever the cursor is.
 #pragma once
 
-#include "navigation/messages.h"
+#include "input/mouse_event.h"
 
-// A move or button release while the slider is dragged, and a button press that starts a drag: true
-// when the message is to be swallowed. False also when the host shows no time slider.
-bool DragTimeScrub(const MouseEvent& event);
-bool StartTimeScrub(const MouseEvent& event);
+// The key is held, or the slider is still dragged.
+bool IsTimeScrubOn();
 
-// A move while the key is held and no button is: shows the cursor, swallows.
-bool HoverTimeScrub(const MouseEvent& event);
+// The key went down. Nothing happens when the scrub is on already, or with the left button down.
+void ArmTimeScrub();
+// The key came up: a drag goes on to its button's release.
+void ReleaseTimeScrub();
+
+// Starts the drag, moves and ends it, shows the cursor of the held key. A host that shows no time
+// slider cannot be scrubbed.
+Answer ScrubTime(const MouseEvent& event);

@@ -1,13 +1,16 @@
 #include "navigation/zoom_drag.h"
 
+ScreenPoint g_zoomLast = {};
+ScreenPoint g_zoomVirtual = {};
+int g_zoomWarp = 0;
+
 namespace {
 
-constexpr int kZoomMargin = 9;
 constexpr int kWrapDistance = 20;  // where the cursor comes back in after leaving at the other edge
 
 bool IsInsideMargins(ScreenPoint point, ScreenPoint screen) {
-    return point.x > kZoomMargin && point.x < screen.x - kZoomMargin && point.y > kZoomMargin &&
-           point.y < screen.y - kZoomMargin;
+    return point.x > kScreenMargin && point.x < screen.x - kScreenMargin &&
+           point.y > kScreenMargin && point.y < screen.y - kScreenMargin;
 }
 
 ZoomStep WrapTo(ZoomDrag& drag, ScreenPoint place) {
@@ -16,6 +19,21 @@ ZoomStep WrapTo(ZoomDrag& drag, ScreenPoint place) {
 }
 
 }  // namespace
+
+void ResetZoomDrag() {
+    g_zoomLast = {};
+    g_zoomVirtual = kZoomNotSet;
+    g_zoomWarp = 0;
+}
+
+ZoomStep MoveZoomDrag(ScreenPoint cursor, ScreenPoint screen, ZoomWindow window) {
+    ZoomDrag drag = {g_zoomLast, g_zoomVirtual, g_zoomWarp != 0};
+    const ZoomStep step = AdvanceZoomDrag(drag, cursor, screen, window);
+    g_zoomLast = drag.last;
+    g_zoomVirtual = drag.virtual_pos;
+    g_zoomWarp = drag.warp;
+    return step;
+}
 
 ZoomStep AdvanceZoomDrag(ZoomDrag& drag, ScreenPoint cursor, ScreenPoint screen,
                          ZoomWindow window) {

@@ -2,12 +2,7 @@
 // out of screen. Free of Win32, so that it can be tested anywhere.
 #pragma once
 
-struct ScreenPoint {
-    int x;
-    int y;
-
-    friend bool operator==(const ScreenPoint&, const ScreenPoint&) = default;
-};
+#include "input/screen_point.h"
 
 struct ZoomDrag {
     ScreenPoint last;         // real cursor at the last move
@@ -18,6 +13,13 @@ struct ZoomDrag {
 };
 
 inline constexpr ScreenPoint kZoomNotSet = {-1, -1};
+
+// The drag that runs.
+extern ScreenPoint g_zoomLast;
+extern ScreenPoint g_zoomVirtual;
+extern int g_zoomWarp;
+
+void ResetZoomDrag();
 
 enum class ZoomWindow {
     kViewport,
@@ -33,5 +35,9 @@ enum class ZoomStep {
     kSendMove,       // tell the window about virtual_pos
 };
 
-// Advances the drag by one move of the real cursor to `cursor` on a screen of the given size.
+// Advances the drag that runs by one move of the real cursor to `cursor` on a screen of the given
+// size.
+ZoomStep MoveZoomDrag(ScreenPoint cursor, ScreenPoint screen, ZoomWindow window);
+
+// Advances a drag by one move of the real cursor to `cursor` on a screen of the given size.
 ZoomStep AdvanceZoomDrag(ZoomDrag& drag, ScreenPoint cursor, ScreenPoint screen, ZoomWindow window);

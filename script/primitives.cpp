@@ -4,18 +4,14 @@
 #include <cstring>
 
 #include "host/host.h"
-#include "navigation/window_kind.h"
+#include "host/window_kind.h"
 #include "script/poly_tools.h"
-#include "shell/toolbar_controls.h"
+#include "host/toolbar_controls.h"
 
 // Last, because they define macros in lower case.
 #include <maxscript/maxscript.h>
 
 #include <maxscript/foundation/functions.h>
-
-int g_graphiteSculptTool = 0;
-int g_graphitePdTool = 0;
-bool g_polyShiftActive = false;
 
 namespace {
 

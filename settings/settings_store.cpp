@@ -3,7 +3,6 @@
 #include <cstdlib>
 
 #include "host/host.h"
-#include "settings/options_window.h"
 
 PluginSettings g_settings;
 
@@ -13,7 +12,6 @@ constexpr char kFileName[] = "Karvel.ini";
 constexpr char kSection[] = "main";
 constexpr char kWelcomeKey[] = "flinderPopup";
 constexpr char kDefaultPosition[] = "200";
-constexpr int kSaveButton = 1008;
 
 int ReadFlag(const char* path, const SettingDescription& setting) {
     char text[16];
@@ -74,7 +72,6 @@ void SaveSettings() {
         WritePrivateProfileStringA(kSection, setting.key, FlagText(g_settings.*setting.field),
                                    path);
     }
-    if (g_optionsWindow) EnableWindow(GetDlgItem(g_optionsWindow, kSaveButton), FALSE);
 }
 
 void LoadOptionsWindowPosition(OptionsWindowPosition& position) {

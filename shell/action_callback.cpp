@@ -5,18 +5,14 @@
 #include "assists/gizmo_and_lock.h"
 #include "assists/sticky_snap.h"
 #include "host/host.h"
-#include "navigation/navigation_state.h"
-#include "resources/resource_ids.h"
+#include "navigation/time_scrub.h"
 #include "script/script_texts.h"
-#include "settings/options_window.h"
-#include "settings/settings_store.h"
-#include "settings/welcome_window.h"
-#include "shell/about.h"
+#include "windows/options_window.h"
+#include "windows/welcome_window.h"
+#include "windows/about.h"
+#include "settings/plugin_settings.h"
 #include "shell/commands.h"
-#include "shell/module.h"
-#include "shell/pixel_nudge.h"
-#include "shell/script_runner.h"
-#include "shell/utility.h"
+#include "assists/pixel_nudge.h"
 
 namespace {
 
@@ -33,12 +29,6 @@ bool IsCursorOverToolbarButton() {
     return std::strcmp(class_name, "CustButton") == 0;
 }
 
-void ArmTimeScrubber() {
-    if (g_scrubState != kScrubOff || GetAsyncKeyState(VK_LBUTTON) < 0) return;
-    g_scrubState = kScrubArmed;
-    SetCursor(LoadModuleCursor(IDC_CURSOR_TIME_SCRUB));
-}
-
 void ToggleOptions() {
     if (g_optionsWindow) {
         SendMessageA(g_optionsWindow, WM_COMMAND, IDOK, 0);
@@ -49,7 +39,7 @@ void ToggleOptions() {
 
 void ToggleNavigation() {
     g_settings.useMayaStyle = !g_settings.useMayaStyle;
-    SaveSettings();
+    SaveOptions();
     host::RefreshMacroButtons();
     if (g_optionsWindow) RefreshOptionsPage();
 }
@@ -77,18 +67,18 @@ BOOL aCallback::ExecuteAction(int id) {
         case kCommandSnapGrids:
         case kCommandSnapAngles: SetStickySnap(id, true); return TRUE;
         case kCommandShowOptions: ToggleOptions(); return TRUE;
-        case kCommandTimeScrubber: ArmTimeScrubber(); return TRUE;
+        case kCommandTimeScrubber: ArmTimeScrub(); return TRUE;
         case kCommandToggleNavigation: ToggleNavigation(); return TRUE;
         case kCommandNudgeUp:
         case kCommandNudgeDown:
         case kCommandNudgeLeft:
         case kCommandNudgeRight: NudgeSelection(id); return TRUE;
-        case kCommandCenterPivot: RunScript(kCenterPivot); return TRUE;
-        case kCommandFrameSelected: RunScript(kFrameSelected); return TRUE;
-        case kCommandFrameAll: RunScript(kFrameAll); return TRUE;
-        case kCommandPreviousKey: RunScript(kPreviousKey); return TRUE;
-        case kCommandNextKey: RunScript(kNextKey); return TRUE;
-        case kCommandResetViews: RunScript(kResetViews); return TRUE;
+        case kCommandCenterPivot: host::RunScript(kCenterPivot); return TRUE;
+        case kCommandFrameSelected: host::RunScript(kFrameSelected); return TRUE;
+        case kCommandFrameAll: host::RunScript(kFrameAll); return TRUE;
+        case kCommandPreviousKey: host::RunScript(kPreviousKey); return TRUE;
+        case kCommandNextKey: host::RunScript(kNextKey); return TRUE;
+        case kCommandResetViews: host::RunScript(kResetViews); return TRUE;
         case kCommandAbout:
             ShowAboutBox(host::MainWindow());
             return FALSE;  // Deliberate, as for the help command: carried out, yet not "handled".

@@ -3,7 +3,7 @@
 #include "host/sdk_text.h"
 #include "resources/resource_ids.h"
 #include "shell/action_table.h"
-#include "shell/module.h"
+#include "resources/module.h"
 #include "shell/utility.h"
 
 namespace {

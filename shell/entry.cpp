@@ -2,14 +2,14 @@
 
 #include <max.h>
 
-#include "assists/input_records.h"
-#include "assists/keyboard_hook.h"
+#include "input/input_records.h"
+#include "hooks/keyboard_hook.h"
 #include "host/host.h"
 #include "host/sdk_text.h"
-#include "navigation/mouse_hook.h"
+#include "hooks/mouse_hook.h"
 #include "resources/resource_ids.h"
 #include "shell/class_descriptor.h"
-#include "shell/module.h"
+#include "resources/module.h"
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
     g_module = module;

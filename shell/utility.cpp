@@ -1,20 +1,17 @@
 #include "shell/utility.h"
 
 #include "host/host.h"
-#include "navigation/viewport_focus.h"
+#include "hooks/viewport_focus.h"
 #include "script/script_texts.h"
-#include "settings/arrow_key_filter.h"
+#include "hooks/arrow_key_filter.h"
 #include "settings/settings_store.h"
-#include "settings/welcome_window.h"
+#include "windows/welcome_window.h"
 #include "shell/action_callback.h"
 #include "shell/commands.h"
-#include "shell/playback.h"
-#include "shell/script_runner.h"
-#include "shell/toolbar_controls.h"
+#include "assists/isolated_playback.h"
+#include "host/toolbar_controls.h"
 
 namespace {
-
-KarvelMax* g_utility = nullptr;
 
 constexpr int kMenuContextId = 0x3683658C;
 constexpr char kMenuContextName[] = "Flinder Menu Context";
@@ -43,7 +40,7 @@ KarvelMax::KarvelMax() {}
 KarvelMax::~KarvelMax() {}
 
 DWORD KarvelMax::Start() {
-    g_utility = this;
+    host::SetScriptRunner(*this);
     InstallViewportAutoFocus();
     InstallViewportKeyFilters();
     host::ActivateActionCallback(new aCallback(this), kKarvelTableId);
@@ -51,7 +48,7 @@ DWORD KarvelMax::Start() {
     LoadSettings();
     RegisterPlaybackCallback();
     if (IsWelcomePopupEnabled()) OpenWelcomeDialog();
-    RunScript(kDefineFrameView);
+    host::RunScript(kDefineFrameView);
     BuildMenu();
     return GUPRESULT_KEEP;
 }
@@ -70,8 +67,4 @@ IOResult KarvelMax::Save(ISave*) {
 
 IOResult KarvelMax::Load(ILoad*) {
     return IO_OK;
-}
-
-void RunScript(char* text) {
-    if (g_utility) host::ExecuteScript(*g_utility, text);
 }

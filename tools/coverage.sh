@@ -27,7 +27,7 @@ case ${1:-} in
         }
         mkdir -p "$built/report"
         filters=()
-        for directory in assists host navigation script settings shell; do
+        for directory in $(python3 tools/rooms.py names); do
             filters+=(--filter "$PWD/$directory/")
         done
         # Branches that the compiler makes for exceptions, and those of code that it knows is never

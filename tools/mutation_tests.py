@@ -15,13 +15,17 @@ import shlex
 import shutil
 import signal
 import subprocess
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+import rooms  # noqa: E402  (beside this file)
 
 WINE = "/usr/lib/wine/wine64"
 GCOV = "x86_64-w64-mingw32-gcov-posix"
 LINKER = "ld.lld-19"
 # Headers that take most of the time of a source that reads them.
 LARGE_HEADERS = ("windows.h", "max.h")
-PLUGIN_FOLDERS = ("assists", "host", "navigation", "script", "settings", "shell")
+PLUGIN_FOLDERS = tuple(rooms.names())
 # Programs of test cases, by the folder of the build that they lie in. Those that link sources of the
 # plug-in are linked anew with a changed one; the last one loads the file.
 TEST_PROGRAMS = {

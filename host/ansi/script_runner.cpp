@@ -2,7 +2,7 @@
 
 #include <gup.h>
 
-#include "host/host.h"
+#include "host/core_interface.h"
 
 namespace host {
 

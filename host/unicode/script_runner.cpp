@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "host/host.h"
+#include "host/core_interface.h"
 
 namespace host {
 namespace {

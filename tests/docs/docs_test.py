@@ -12,8 +12,11 @@ import sys
 import tempfile
 import unittest
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
+import rooms  # noqa: E402
+
 ROOT = None
-PLUGIN_FOLDERS = ["shell", "navigation", "assists", "settings", "script"]
+PLUGIN_FOLDERS = [room for room in rooms.names() if room != "host"]
 
 # How the documents put what the rule tables say.
 STATES = {"kNavOrbit": "orbit", "kNavZoom": "zoom", "kNavPan": "pan", "kNavLocked": "refused",
@@ -156,7 +159,7 @@ def settings_of(source):
 
 def box_labels(rc, table):
     """Key -> label of its check box."""
-    controls = dict(re.findall(r'"(\w+)",\s*\d, (IDC_\w+)\}', table))
+    controls = dict(re.findall(r'"(\w+)",\s*\d, (IDC_\w+),', table))
     labels = {name: text for text, name in
               re.findall(r'CONTROL\s+"([^"]*)",\s*(IDC_\w+),\s*"Button"', rc)}
     return {f"`{key}`": labels[control] for key, control in controls.items()}
@@ -166,9 +169,9 @@ def commands_of(header, table, rc):
     """(id, description, short name) of each command, by ascending id."""
     ids = dict(re.findall(r"(kCommand\w+) = (\d+),", header))
     texts = dict(re.findall(r'^\s+(IDS_\w+)\s+"([^"]*)"', rc, re.M))
-    rows = re.findall(r"\{(kCommand\w+),\s*(IDS_\w+),\s*(IDS_\w+),\s*IDS_\w+\}", table)
+    rows = re.findall(r"\{(kCommand\w+),\s*(IDS_\w+),\s*(IDS_\w+),", table)
     if sorted(ids) != sorted(name for name, _, _ in rows):
-        raise AssertionError("the ids of shell/commands.h are not those of the action table")
+        raise AssertionError("the ids of resources/command_ids.h are not those of shell/commands.h")
     return sorted(([ids[name], texts[description], texts[short]]
                    for name, description, short in rows), key=lambda row: int(row[0]))
 
@@ -238,8 +241,10 @@ def sdk_members(source):
     return set(re.findall(r"(?:->|theHold\.)([A-Z]\w*)\(", re.sub(r"//.*", "", source)))
 
 
-def declared_globals(header):
-    return re.findall(r"^extern [\w:<> \*&]*?(g_\w+)(?:\[\w*\])?;", header, re.M)
+def defined_globals(source):
+    """Those that other sources can name, so none of an unnamed namespace."""
+    open_part = re.sub(r"^namespace \{.*?^\}  // namespace$", "", source, flags=re.M | re.S)
+    return re.findall(r"^[A-Za-z][\w:<> \*]*[ \*](g_\w+)(?:\[\w*\])?(?: = .*)?;", open_part, re.M)
 
 
 def unknown_words(wanted, text):
@@ -268,16 +273,16 @@ class Documents(unittest.TestCase):
         header = read("settings/plugin_settings.h")
         expected = settings_of(header)
         labels = box_labels(read("resources/karvel.rc"), header)
-        self.assertEqual(11, len(expected))
+        self.assertGreater(len(expected), 5)
         for page in ("README.md", "docs/user-guide.md"):
             for table in self.tables(page, "settings"):
                 self.assertEqual([(*row, labels[row[0]]) for row in expected],
                                  [tuple(row[:3]) for row in table], page)
 
     def test_commands(self):
-        expected = commands_of(read("shell/commands.h"), read("shell/action_table.cpp"),
+        expected = commands_of(read("resources/command_ids.h"), read("shell/commands.h"),
                                read("resources/karvel.rc"))
-        self.assertEqual(20, len(expected))
+        self.assertGreater(len(expected), 10)
         for page in ("README.md", "docs/user-guide.md"):
             for table in self.tables(page, "commands"):
                 self.assertEqual(expected, [row[:3] for row in table], page)
@@ -317,14 +322,17 @@ class Documents(unittest.TestCase):
         self.assertEqual([], unknown_words(members, page))
 
     def test_globals_are_listed(self):
-        names = []
-        for folder in PLUGIN_FOLDERS:
-            for header in sorted((ROOT / folder).glob("*.h")):
-                names += declared_globals(header.read_text(encoding="utf-8"))
-        self.assertGreater(len(names), 40)
-        page = read("docs/architecture.md")
-        self.assertEqual([], unknown_words(names, page))
-
+        listed = dict(row[:2] for row in self.tables("docs/architecture.md", "globals")[0])
+        found = {}
+        for room in rooms.names():
+            for source in sorted((ROOT / room).glob("*.cpp")):
+                names = defined_globals(source.read_text(encoding="utf-8"))
+                if names:
+                    unit = source.relative_to(ROOT).with_suffix("").as_posix()
+                    found[f"`{unit}`"] = " ".join(f"`{name}`" for name in names)
+        self.assertGreater(len(found), 15)
+        self.assertEqual(found, listed, "the globals of each unit, in the order of their "
+                         "definitions, stand in docs/architecture.md under State")
 
     def test_copyright_has_one_form(self):
         found = 0
@@ -425,7 +433,7 @@ class TheChecksThemselves(unittest.TestCase):
 
     def test_settings(self):
         source = read("settings/plugin_settings.h")
-        changed = source.replace('"slowZooming",            1', '"slowZooming",            0')
+        changed = re.sub(r'("slowZooming",\s*)1', r"\g<1>0", source)
         self.assertNotEqual(source, changed)
         self.assertNotEqual(settings_of(source), settings_of(changed))
 

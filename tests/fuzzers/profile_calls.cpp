@@ -6,7 +6,7 @@
 #include <cctype>
 
 #include "host/host.h"
-#include "settings/options_window.h"
+#include "windows/options_window.h"
 
 namespace profile {
 

@@ -10,12 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "assists/brushes.h"
-#include "assists/input_records.h"
+#include "input/input_records.h"
 #include "host/host.h"
-#include "navigation/navigation_state.h"
-#include "navigation/window_kind.h"
+#include "navigation/gesture_state.h"
+#include "navigation/held_alt.h"
+#include "navigation/view_drag.h"
+#include "navigation/zoom_drag.h"
 #include "settings/plugin_settings.h"
+#include "tests/hook/plugin_state.h"
 
 namespace {
 
@@ -23,7 +25,6 @@ using Effects = std::vector<std::string>;
 
 Effects g_effects;
 Effects g_states;  // of the gesture, at each effect
-WindowKind g_kind = kWindowOther;
 bool g_perspective = true;
 bool g_user_view = false;
 
@@ -76,17 +77,14 @@ void* __imp_SendInput = reinterpret_cast<void*>(PlayedSendInput);
 }
 
 PluginSettings g_settings;
+INPUT kInAltDown;
 INPUT kInAltUp;
 
-WindowKind ClassifyWindow(HWND) {
-    return g_kind;
-}
-
-void SuspendToolForView(int mode, POINT, HWND) {
+void SuspendToolForView(const MouseEvent&, int mode) {
     Note("suspend for " + std::to_string(mode));
 }
 
-void ResumeToolAfterView(POINT, HWND) {
+void ResumeToolAfterView(const MouseEvent&) {
     Note("resume");
     g_orbitActive = 0;
     g_zoomActive = 0;
@@ -140,19 +138,31 @@ constexpr Flags kZoom = {.zoom = 1};
 constexpr Flags kPan = {.pan = 1};
 constexpr Flags kLocked = {.locked = 1};
 
-using Handler = int (*)(POINT, HWND);
+using Handler = Answer (*)(const MouseEvent&);
+constexpr Answer kNotMine = Answer::kNotMine;
+constexpr Answer kConsumed = Answer::kConsumed;
+constexpr Answer kPassed = Answer::kPassed;
 
 struct Cell {
     Handler handler;
     int kind;  // of the window for the starters, of the gesture for the others
     Flags before;
     Effects effects;
-    int answer;
+    Answer answer;
     Flags after;
 };
 
 constexpr bool IsStarter(Handler handler) {
     return handler == StartOrbit || handler == StartPan || handler == StartZoom;
+}
+
+// In a window of the kind, or in one that is none where the gesture began elsewhere.
+MouseEvent EventOf(Handler handler, int kind) {
+    MouseEvent event = {};
+    event.window = kWindow;
+    event.client = kPoint;
+    event.kind = IsStarter(handler) ? static_cast<WindowKind>(kind) : kWindowOther;
+    return event;
 }
 
 void Arrange(const Cell& cell) {
@@ -161,8 +171,7 @@ void Arrange(const Cell& cell) {
     g_settings = {};
     g_perspective = true;
     g_user_view = false;
-    g_kind = IsStarter(cell.handler) ? static_cast<WindowKind>(cell.kind) : kWindowOther;
-    g_navKind = IsStarter(cell.handler) ? 0 : cell.kind;
+    g_navKind = IsStarter(cell.handler) ? kWindowOther : static_cast<WindowKind>(cell.kind);
     g_orbitActive = cell.before.orbit;
     g_zoomActive = cell.before.zoom;
     g_panActive = cell.before.pan;
@@ -177,7 +186,7 @@ void Check(
         SCOPED_TRACE(std::string(name) + " in kind " + std::to_string(cell.kind));
         Arrange(cell);
         arrange();
-        EXPECT_EQ(cell.handler(kPoint, kWindow), cell.answer);
+        EXPECT_EQ(cell.handler(EventOf(cell.handler, cell.kind)), cell.answer);
         EXPECT_EQ(g_effects, cell.effects);
         EXPECT_EQ(CurrentFlags(), cell.after);
     }
@@ -202,16 +211,16 @@ void ForbidOrbit() {
 }
 
 TEST(StartOrbit, EachKind) {
-    Check("start orbit", {{StartOrbit, 1, kIdle, {"middle down 0"}, 1, kOrbit},
-                          {StartOrbit, 2, kIdle, {}, 1, kLocked},
-                          {StartOrbit, 8, kIdle, {}, 0, kIdle},
-                          {StartOrbit, 0, kIdle, {}, 0, kIdle}});
+    Check("start orbit", {{StartOrbit, 1, kIdle, {"middle down 0"}, kConsumed, kOrbit},
+                          {StartOrbit, 2, kIdle, {}, kConsumed, kLocked},
+                          {StartOrbit, 8, kIdle, {}, kNotMine, kIdle},
+                          {StartOrbit, 0, kIdle, {}, kNotMine, kIdle}});
     EXPECT_EQ(g_navKind, 0);
-    Check("start orbit", ForEditors({StartOrbit, 0, kIdle, {}, 0, kIdle}));
+    Check("start orbit", ForEditors({StartOrbit, 0, kIdle, {}, kNotMine, kIdle}));
 }
 
 TEST(StartOrbit, RefusedInAViewport) {
-    Check("refused orbit", {{StartOrbit, 1, kIdle, {}, 1, kLocked}}, ForbidOrbit);
+    Check("refused orbit", {{StartOrbit, 1, kIdle, {}, kConsumed, kLocked}}, ForbidOrbit);
     EXPECT_EQ(g_navKind, 1);
 }
 
@@ -237,7 +246,7 @@ TEST(StartOrbit, AllowedByViewKindAndSettings) {
         SCOPED_TRACE(testing::Message() << "perspective " << c.perspective << " user "
                                         << c.user_view << " locks " << c.lock_ortho << c.lock_user);
         Check("orbit",
-              {{StartOrbit, 1, kIdle, c.allowed ? Effects{"middle down 0"} : Effects{}, 1,
+              {{StartOrbit, 1, kIdle, c.allowed ? Effects{"middle down 0"} : Effects{}, kConsumed,
                 c.allowed ? kOrbit : kLocked}},
               [&c] {
                   g_perspective = c.perspective;
@@ -249,20 +258,21 @@ TEST(StartOrbit, AllowedByViewKindAndSettings) {
 }
 
 TEST(StartPan, EachKind) {
-    Check("start pan", {{StartPan, 1, kIdle, {"suspend for 202"}, 1, kPan},
-                        {StartPan, 2, kIdle, {}, 1, kLocked},
-                        {StartPan, 8, kIdle, {}, 0, kPan}});
+    Check("start pan", {{StartPan, 1, kIdle, {"suspend for 202"}, kConsumed, kPan},
+                        {StartPan, 2, kIdle, {}, kConsumed, kLocked},
+                        {StartPan, 8, kIdle, {}, kPassed, kPan}});
     EXPECT_EQ(g_navKind, 8);
-    Check("start pan", ForEditors({StartPan, 0, kIdle, {}, 0, kPan}));
+    Check("start pan", ForEditors({StartPan, 0, kIdle, {}, kPassed, kPan}));
     EXPECT_EQ(g_navKind, 7);
 }
 
 TEST(StartZoom, EachKind) {
-    Check("start zoom", {{StartZoom, 1, kIdle, {"suspend for 200"}, 1, kZoom},
-                         {StartZoom, 2, kIdle, {}, 1, kLocked},
-                         {StartZoom, 8, kIdle, {"press for 200", "left down 0"}, 1, kZoom}});
+    Check("start zoom",
+          {{StartZoom, 1, kIdle, {"suspend for 200"}, kConsumed, kZoom},
+           {StartZoom, 2, kIdle, {}, kConsumed, kLocked},
+           {StartZoom, 8, kIdle, {"press for 200", "left down 0"}, kConsumed, kZoom}});
     EXPECT_EQ(g_navKind, 8);
-    Check("start zoom", ForEditors({StartZoom, 0, kIdle, {"middle down 8"}, 1, kZoom}));
+    Check("start zoom", ForEditors({StartZoom, 0, kIdle, {"middle down 8"}, kConsumed, kZoom}));
     EXPECT_EQ(g_navKind, 7);
 }
 
@@ -270,7 +280,7 @@ TEST(StartZoom, ForgetsTheLastDrag) {
     g_zoomVirtual = {5, 6};
     g_zoomLast = {7, 8};
     g_zoomWarp = 1;
-    Check("start zoom", {{StartZoom, 1, kIdle, {"suspend for 200"}, 1, kZoom}});
+    Check("start zoom", {{StartZoom, 1, kIdle, {"suspend for 200"}, kConsumed, kZoom}});
     EXPECT_EQ(g_zoomVirtual.x, -1);
     EXPECT_EQ(g_zoomVirtual.y, -1);
     EXPECT_EQ(g_zoomLast.x, 0);
@@ -280,88 +290,90 @@ TEST(StartZoom, ForgetsTheLastDrag) {
 
 TEST(OrbitToZoom, EachKind) {
     const Flags both = {.orbit = 1, .locked = 1};
-    Check("orbit to zoom", {{OrbitToZoom, 1, both, {"middle up 0", "suspend for 200"}, 1, kZoom},
-                            {OrbitToZoom, 2, kLocked, {}, 1, kLocked},
-                            {OrbitToZoom, 8, both, {"middle up 0", "middle down 8"}, 1, kZoom}});
     Check("orbit to zoom",
-          ForEditors({OrbitToZoom, 0, both, {"middle up 0", "middle down 8"}, 1, kZoom}));
+          {{OrbitToZoom, 1, both, {"middle up 0", "suspend for 200"}, kConsumed, kZoom},
+           {OrbitToZoom, 2, kLocked, {}, kConsumed, kLocked},
+           {OrbitToZoom, 8, both, {"middle up 0", "middle down 8"}, kConsumed, kZoom}});
+    Check("orbit to zoom",
+          ForEditors({OrbitToZoom, 0, both, {"middle up 0", "middle down 8"}, kConsumed, kZoom}));
 }
 
 TEST(PanToZoom, EachKind) {
     Check("pan to zoom",
-          {{PanToZoom, 1, kPan, {"left up 0", "push 200", "left down 0"}, 1, kZoom},
-           {PanToZoom, 2, kPan, {}, 0, kPan},
+          {{PanToZoom, 1, kPan, {"left up 0", "push 200", "left down 0"}, kConsumed, kZoom},
+           {PanToZoom, 2, kPan, {}, kNotMine, kPan},
            // Without beginning a zoom, so that nothing is active then.
-           {PanToZoom, 8, kPan, {"left up 0", "press for 200", "left down 0"}, 1, kIdle}});
+           {PanToZoom, 8, kPan, {"left up 0", "press for 200", "left down 0"}, kConsumed, kIdle}});
     Check("pan to zoom",
-          ForEditors({PanToZoom, 0, kPan, {"middle up 0", "middle down 8"}, 1, kZoom}));
+          ForEditors({PanToZoom, 0, kPan, {"middle up 0", "middle down 8"}, kConsumed, kZoom}));
 }
 
 TEST(ZoomToPan, EachKind) {
     Check("zoom to pan",
-          {{ZoomToPan, 1, kZoom, {"left up 0", "pop", "push 202", "left down 0"}, 1, kPan},
-           {ZoomToPan, 2, kZoom, {}, 0, kZoom},
+          {{ZoomToPan, 1, kZoom, {"left up 0", "pop", "push 202", "left down 0"}, kConsumed, kPan},
+           {ZoomToPan, 2, kZoom, {}, kNotMine, kZoom},
            {ZoomToPan,
             8,
             kZoom,
             {"left up 0", "press for 202", "middle up 0", "middle down 0"},
-            1,
+            kConsumed,
             kPan}});
     Check("zoom to pan",
-          ForEditors({ZoomToPan, 0, kZoom, {"middle up 0", "middle down 0"}, 1, kPan}));
+          ForEditors({ZoomToPan, 0, kZoom, {"middle up 0", "middle down 0"}, kConsumed, kPan}));
 }
 
 TEST(ZoomToOrbit, EachKind) {
-    Check("zoom to orbit", {{ZoomToOrbit, 1, kZoom, {"resume", "middle down 0"}, 1, kOrbit},
-                            {ZoomToOrbit, 2, kZoom, {}, 0, kZoom},
-                            {ZoomToOrbit, 8, kZoom, {"middle up 8"}, 1, kIdle}});
-    Check("zoom to orbit", ForEditors({ZoomToOrbit, 0, kZoom, {"middle up 8"}, 1, kIdle}));
+    Check("zoom to orbit", {{ZoomToOrbit, 1, kZoom, {"resume", "middle down 0"}, kConsumed, kOrbit},
+                            {ZoomToOrbit, 2, kZoom, {}, kNotMine, kZoom},
+                            {ZoomToOrbit, 8, kZoom, {"middle up 8"}, kConsumed, kIdle}});
+    Check("zoom to orbit", ForEditors({ZoomToOrbit, 0, kZoom, {"middle up 8"}, kConsumed, kIdle}));
 }
 
 TEST(ZoomToOrbit, RefusedInAViewport) {
-    Check("refused zoom to orbit", {{ZoomToOrbit, 1, kZoom, {"left up 0", "resume"}, 1, kLocked}},
-          ForbidOrbit);
+    Check("refused zoom to orbit",
+          {{ZoomToOrbit, 1, kZoom, {"left up 0", "resume"}, kConsumed, kLocked}}, ForbidOrbit);
 }
 
 TEST(EndZoom, EachKind) {
-    Check("end zoom", {{EndZoom, 1, kZoom, {"resume", "input of 1"}, 1, kIdle},
-                       {EndZoom, 2, kLocked, {}, 1, kIdle},
-                       {EndZoom, 8, kZoom, {"resume", "release for 200"}, 0, kIdle}});
+    Check("end zoom", {{EndZoom, 1, kZoom, {"resume", "input of 1"}, kConsumed, kIdle},
+                       {EndZoom, 2, kLocked, {}, kConsumed, kIdle},
+                       {EndZoom, 8, kZoom, {"resume", "release for 200"}, kNotMine, kIdle}});
     EXPECT_EQ(g_altUpPending, 1);
-    Check("end zoom", ForEditors({EndZoom, 0, kZoom, {"middle up 8", "input of 1"}, 1, kIdle}));
+    Check("end zoom",
+          ForEditors({EndZoom, 0, kZoom, {"middle up 8", "input of 1"}, kConsumed, kIdle}));
     EXPECT_EQ(g_altUpPending, 0);
 }
 
 TEST(EndPan, EachKind) {
-    Check("end pan", {{EndPan, 1, kPan, {"resume", "input of 1"}, 1, kIdle},
-                      {EndPan, 2, kLocked, {}, 1, kIdle},
-                      {EndPan, 8, kPan, {"input of 1"}, 0, kIdle}});
-    Check("end pan", ForEditors({EndPan, 0, kPan, {"input of 1"}, 0, kIdle}));
+    Check("end pan", {{EndPan, 1, kPan, {"resume", "input of 1"}, kConsumed, kIdle},
+                      {EndPan, 2, kLocked, {}, kConsumed, kIdle},
+                      {EndPan, 8, kPan, {"input of 1"}, kPassed, kIdle}});
+    Check("end pan", ForEditors({EndPan, 0, kPan, {"input of 1"}, kPassed, kIdle}));
 }
 
 TEST(EndOrbit, EachKind) {
-    Check("end orbit", {{EndOrbit, 1, kOrbit, {"middle up 0", "input of 1"}, 1, kIdle},
-                        {EndOrbit, 2, kLocked, {}, 1, kIdle},
-                        {EndOrbit, 8, kOrbit, {}, 0, kOrbit}});
-    Check("end orbit", ForEditors({EndOrbit, 0, kOrbit, {}, 0, kOrbit}));
+    Check("end orbit", {{EndOrbit, 1, kOrbit, {"middle up 0", "input of 1"}, kConsumed, kIdle},
+                        {EndOrbit, 2, kLocked, {}, kConsumed, kIdle},
+                        {EndOrbit, 8, kOrbit, {}, kNotMine, kOrbit}});
+    Check("end orbit", ForEditors({EndOrbit, 0, kOrbit, {}, kNotMine, kOrbit}));
 }
 
 TEST(EndOrbit, OfARefusedOne) {
-    Check("end of a refused orbit", {{EndOrbit, 1, kLocked, {}, 1, kIdle}}, ForbidOrbit);
+    Check("end of a refused orbit", {{EndOrbit, 1, kLocked, {}, kConsumed, kIdle}}, ForbidOrbit);
     EXPECT_EQ(g_altUpPending, 1);
 }
 
 TEST(WindowOfNoKind, IsLeftAloneByEveryHandler) {
-    Check("no kind", {{StartOrbit, 0, kIdle, {}, 0, kIdle},
-                      {StartPan, 0, kIdle, {}, 0, kIdle},
-                      {StartZoom, 0, kIdle, {}, 0, kIdle},
-                      {OrbitToZoom, 0, kOrbit, {}, 0, kOrbit},
-                      {PanToZoom, 0, kPan, {}, 0, kPan},
-                      {ZoomToPan, 0, kZoom, {}, 0, kZoom},
-                      {ZoomToOrbit, 0, kZoom, {}, 0, kZoom},
-                      {EndOrbit, 0, kOrbit, {}, 0, kOrbit},
-                      {EndPan, 0, kPan, {}, 0, kPan},
-                      {EndZoom, 0, kZoom, {}, 0, kZoom}});
+    Check("no kind", {{StartOrbit, 0, kIdle, {}, kNotMine, kIdle},
+                      {StartPan, 0, kIdle, {}, kNotMine, kIdle},
+                      {StartZoom, 0, kIdle, {}, kNotMine, kIdle},
+                      {OrbitToZoom, 0, kOrbit, {}, kNotMine, kOrbit},
+                      {PanToZoom, 0, kPan, {}, kNotMine, kPan},
+                      {ZoomToPan, 0, kZoom, {}, kNotMine, kZoom},
+                      {ZoomToOrbit, 0, kZoom, {}, kNotMine, kZoom},
+                      {EndOrbit, 0, kOrbit, {}, kNotMine, kOrbit},
+                      {EndPan, 0, kPan, {}, kNotMine, kPan},
+                      {EndZoom, 0, kZoom, {}, kNotMine, kZoom}});
     EXPECT_EQ(g_navKind, 0);
 }
 
@@ -409,9 +421,9 @@ TEST(State, AtEachEffectOfAHandler) {
         {EndOrbit, 1, kOrbit, {"1 owes Alt", "1 owes Alt"}},
     };
     for (const Case& c : cases) {
-        Arrange(Cell{c.handler, c.kind, c.before, {}, 0, kIdle});
+        Arrange(Cell{c.handler, c.kind, c.before, {}, kNotMine, kIdle});
         if (c.refused) ForbidOrbit();
-        c.handler(kPoint, kWindow);
+        c.handler(EventOf(c.handler, c.kind));
         EXPECT_EQ(g_states, c.states) << "case " << &c - cases << ", kind " << c.kind;
     }
 }

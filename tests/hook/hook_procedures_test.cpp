@@ -9,22 +9,23 @@
 #include <vector>
 
 #include "assists/gizmo_and_lock.h"
-#include "assists/input_records.h"
-#include "assists/keyboard_hook.h"
-#include "assists/modifier_cursor.h"
-#include "assists/nudge_series.h"
+#include "assists/pixel_nudge.h"
 #include "assists/sticky_snap.h"
+#include "hooks/keyboard_hook.h"
+#include "hooks/mouse_hook.h"
 #include "host/host.h"
-#include "navigation/gestures.h"
-#include "navigation/mouse_hook.h"
-#include "navigation/navigation_state.h"
+#include "input/input_records.h"
+#include "navigation/gesture_moves.h"
+#include "navigation/gesture_rules.h"
+#include "navigation/gesture_state.h"
+#include "navigation/modifier_cursor.h"
 #include "navigation/quick_transform.h"
 #include "navigation/sculpt_redirect.h"
 #include "navigation/selection_clicks.h"
+#include "navigation/selection_moves.h"
 #include "navigation/time_scrub.h"
-#include "navigation/window_kind.h"
+#include "resources/module.h"
 #include "settings/plugin_settings.h"
-#include "shell/module.h"
 
 namespace {
 
@@ -33,9 +34,9 @@ using Names = std::vector<std::string>;
 Names g_asked;
 std::string g_taker;  // the one that takes the message
 WindowKind g_kind = kWindowViewport;
-SculptRedirect g_redirect = SculptRedirect::kUntouched;
-PressResult g_press = PressResult::kNoRule;
-bool g_gesture_runs = false;
+Answer g_redirect = Answer::kNotMine;
+WindowKind g_kind_after_redirect = kWindowViewport;
+Answer g_press = Answer::kNotMine;
 bool g_alt = false;
 
 struct PassedOn {
@@ -47,10 +48,11 @@ struct PassedOn {
 std::vector<PassedOn> g_passed_on;
 constexpr LRESULT kAnswerOfTheNext = 77;
 LPARAM g_extra_info = 0;
+const HWND kWindow = reinterpret_cast<HWND>(0x1234);
 
-bool Takes(const char* name) {
+Answer Takes(const char* name) {
     g_asked.push_back(name);
-    return g_taker == name;
+    return g_taker == name ? Answer::kConsumed : Answer::kNotMine;
 }
 
 LRESULT WINAPI PlayedCallNextHook(HHOOK hook, int code, WPARAM first, LPARAM second) {
@@ -61,6 +63,13 @@ LRESULT WINAPI PlayedCallNextHook(HHOOK hook, int code, WPARAM first, LPARAM sec
 
 SHORT WINAPI PlayedKeyState(int key) {
     return g_alt && key == VK_MENU ? static_cast<SHORT>(0x8000) : SHORT{0};
+}
+
+BOOL WINAPI PlayedScreenToClient(HWND window, POINT* point) {
+    EXPECT_EQ(window, kWindow);
+    point->x /= 10;
+    point->y /= 10;
+    return TRUE;
 }
 
 // Another answer each time, so that it shows which record asked when.
@@ -74,6 +83,7 @@ LPARAM WINAPI PlayedExtraInfo() {
 extern "C" {
 void* __imp_CallNextHookEx = reinterpret_cast<void*>(PlayedCallNextHook);
 void* __imp_GetAsyncKeyState = reinterpret_cast<void*>(PlayedKeyState);
+void* __imp_ScreenToClient = reinterpret_cast<void*>(PlayedScreenToClient);
 void* __imp_GetMessageExtraInfo = reinterpret_cast<void*>(PlayedExtraInfo);
 }
 
@@ -84,43 +94,45 @@ int g_selectionLockRequests = 0;
 WindowKind ClassifyWindow(HWND) {
     return g_kind;
 }
-SculptRedirect RedirectToSculpt(const MouseEvent&, int) {
+int g_quickXform = 0;
+
+Answer RedirectToSculpt(MouseEvent& event) {
     g_asked.push_back("redirect");
+    EXPECT_EQ(event.kind, g_kind);
+    event.kind = g_kind_after_redirect;
     return g_redirect;
 }
-bool DragTimeScrub(const MouseEvent&) {
-    return Takes("scrub drag");
+Answer ScrubTime(const MouseEvent& event) {
+    EXPECT_EQ(event.screen.x, 30);
+    EXPECT_EQ(event.screen.y, 40);
+    EXPECT_EQ(event.client.x, 3);
+    EXPECT_EQ(event.client.y, 4);
+    EXPECT_EQ(event.hit_test, 5u);
+    EXPECT_EQ(event.window, kWindow);
+    return Takes("scrub");
 }
-bool StartTimeScrub(const MouseEvent&) {
-    return Takes("scrub start");
+bool IsTimeScrubOn() {
+    return false;
 }
-bool HoverTimeScrub(const MouseEvent&) {
-    return Takes("armed scrub");
-}
-PressResult ApplyPressRules(const MouseEvent&) {
+void ReleaseTimeScrub() {}
+Answer ApplyPressRules(const MouseEvent&) {
     g_asked.push_back("press rules");
     return g_press;
 }
-bool StartQuickTransform(const MouseEvent&, int) {
-    return Takes("quick start");
+Answer QuickTransform(const MouseEvent&) {
+    return Takes("quick transform");
 }
-bool EndQuickTransform(const MouseEvent&, int) {
-    return Takes("quick end");
-}
-bool MoveQuickTransform(const MouseEvent&, int) {
-    return Takes("quick move");
-}
-bool ApplyReleaseRules(const MouseEvent&) {
+Answer ApplyReleaseRules(const MouseEvent&) {
     return Takes("release rules");
 }
-bool IsGestureActive() {
-    return g_gesture_runs;
-}
-bool MoveGesture(const MouseEvent&) {
+Answer MoveGesture(const MouseEvent&) {
     return Takes("gesture move");
 }
-bool EmulateSelection(const MouseEvent&, int) {
-    return Takes("selection");
+Answer EmulateSelectingClick(const MouseEvent&) {
+    return Takes("click");
+}
+Answer EmulateSelectingMove(const MouseEvent&) {
+    return Takes("move");
 }
 void SetSelectionLock(bool, int, bool) {}
 void EndNudgeSeries() {}
@@ -153,19 +165,25 @@ protected:
         g_passed_on.clear();
         g_taker.clear();
         g_kind = kWindowViewport;
-        g_redirect = SculptRedirect::kUntouched;
-        g_press = PressResult::kNoRule;
-        g_gesture_runs = false;
+        g_kind_after_redirect = kWindowViewport;
+        g_redirect = Answer::kNotMine;
+        g_press = Answer::kNotMine;
         g_alt = false;
         g_settings = {};
         g_settings.useMayaStyle = 1;
         g_heldSnapSticky = 0;
         g_selectionLockRequests = 0;
-        g_scrubState = 0;
         g_quickXform = 0;
         g_orbitActive = 0;
         g_zoomActive = 0;
         g_panActive = 0;
+        g_navLocked = 0;
+    }
+
+    Names AskedAfterRedirectTo(WindowKind kind, UINT message) {
+        g_kind_after_redirect = kind;
+        redirect_changes_kind_ = true;
+        return Asked(message);
     }
 
     // Whom the mouse hook asked about the message.
@@ -173,6 +191,9 @@ protected:
         g_asked.clear();
         g_passed_on.clear();
         hook_.pt = {30, 40};
+        hook_.hwnd = kWindow;
+        hook_.wHitTestCode = 5;
+        g_kind_after_redirect = redirect_changes_kind_ ? g_kind_after_redirect : g_kind;
         answer_ = MouseHookProc(code, message, reinterpret_cast<LPARAM>(&hook_));
         if (answer_ == kAnswerOfTheNext) {
             EXPECT_EQ(g_passed_on,
@@ -187,11 +208,12 @@ protected:
 
 private:
     MOUSEHOOKSTRUCT hook_ = {};
+    bool redirect_changes_kind_ = false;
     LRESULT answer_ = 0;
 };
 
-const Names kAll = {"redirect",  "scrub drag", "scrub start",   "armed scrub", "quick start",
-                    "quick end", "quick move", "release rules", "selection"};
+const Names kAll = {"redirect", "scrub", "quick transform", "release rules", "click"};
+const Names kAllButSelection(kAll.begin(), kAll.end() - 1);
 
 TEST_F(HookProcedures, EveryUseIsAskedInOrderUntilOneTakesTheMessage) {
     EXPECT_EQ(Asked(WM_LBUTTONUP), kAll);
@@ -203,33 +225,47 @@ TEST_F(HookProcedures, EveryUseIsAskedInOrderUntilOneTakesTheMessage) {
     }
 }
 
+TEST_F(HookProcedures, MovesSelectInTheirOwnWay) {
+    Names moves = kAllButSelection;
+    moves.push_back("move");
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), moves);
+    EXPECT_FALSE(Swallowed());
+    g_taker = "move";
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), moves);
+    EXPECT_TRUE(Swallowed());
+}
+
 TEST_F(HookProcedures, TheRedirectAnswersForGood) {
-    g_redirect = SculptRedirect::kSwallow;
+    g_redirect = Answer::kConsumed;
     EXPECT_EQ(Asked(WM_MBUTTONDOWN), Names{"redirect"});
     EXPECT_TRUE(Swallowed());
-    g_redirect = SculptRedirect::kPass;
+    g_redirect = Answer::kPassed;
     EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{"redirect"});
     EXPECT_FALSE(Swallowed());
-    g_redirect = SculptRedirect::kAsked;
-    EXPECT_EQ(Asked(WM_MBUTTONUP), kAll);
+}
+
+TEST_F(HookProcedures, AViewThatAScriptChangedHasItsNewKind) {
+    EXPECT_EQ(AskedAfterRedirectTo(kWindowOther, WM_MBUTTONUP), kAllButSelection);
+    g_kind = kWindowOther;
+    EXPECT_EQ(AskedAfterRedirectTo(kWindowViewport, WM_MBUTTONUP), kAll);
 }
 
 TEST_F(HookProcedures, PressesWithAltAskTheRulesFirst) {
     g_alt = true;
     Names with_rules = kAll;
-    with_rules.insert(with_rules.begin() + 4, "press rules");
+    with_rules.insert(with_rules.begin() + 2, "press rules");
     EXPECT_EQ(Asked(WM_RBUTTONDOWN), with_rules);
-    g_press = PressResult::kConsumed;
-    EXPECT_EQ(Asked(WM_RBUTTONDOWN), Names(with_rules.begin(), with_rules.begin() + 5));
+    g_press = Answer::kConsumed;
+    EXPECT_EQ(Asked(WM_RBUTTONDOWN), Names(with_rules.begin(), with_rules.begin() + 3));
     EXPECT_TRUE(Swallowed());
     // A handler that declined is followed by the release rules at once.
-    g_press = PressResult::kStarted;
-    EXPECT_EQ(Asked(WM_RBUTTONDOWN), (Names{"redirect", "scrub drag", "scrub start", "armed scrub",
-                                            "press rules", "release rules", "selection"}));
+    g_press = Answer::kPassed;
+    EXPECT_EQ(Asked(WM_RBUTTONDOWN),
+              (Names{"redirect", "scrub", "press rules", "release rules", "click"}));
     EXPECT_FALSE(Swallowed());
     EXPECT_EQ(Asked(WM_RBUTTONUP), kAll);
     g_kind = kWindowOther;
-    EXPECT_EQ(Asked(WM_RBUTTONDOWN), Names(kAll.begin(), kAll.end() - 1));
+    EXPECT_EQ(Asked(WM_RBUTTONDOWN), kAllButSelection);
 }
 
 TEST_F(HookProcedures, AQuickTransformShutsTheRulesAndTheSelection) {
@@ -239,8 +275,8 @@ TEST_F(HookProcedures, AQuickTransformShutsTheRulesAndTheSelection) {
 }
 
 TEST_F(HookProcedures, MovesOfAGestureGoToTheGestureAlone) {
-    g_gesture_runs = true;
-    Names moves(kAll.begin(), kAll.end() - 1);
+    g_navLocked = 1;
+    Names moves = kAllButSelection;
     moves.push_back("gesture move");
     EXPECT_EQ(Asked(WM_MOUSEMOVE), moves);
     EXPECT_FALSE(Swallowed());
@@ -250,22 +286,21 @@ TEST_F(HookProcedures, MovesOfAGestureGoToTheGestureAlone) {
 }
 
 TEST_F(HookProcedures, NoSelectionDuringOrbitZoomAndPanNorInTheSchematicView) {
-    const Names without_selection(kAll.begin(), kAll.end() - 1);
     for (int* const running : {&g_orbitActive, &g_zoomActive, &g_panActive}) {
         *running = 1;
-        EXPECT_EQ(Asked(WM_LBUTTONDOWN), without_selection);
+        EXPECT_EQ(Asked(WM_LBUTTONDOWN), kAllButSelection);
         *running = 0;
     }
     for (const WindowKind kind : {kWindowOther, kWindowSchematicGraph}) {
         g_kind = kind;
-        EXPECT_EQ(Asked(WM_LBUTTONDOWN), without_selection);
+        EXPECT_EQ(Asked(WM_LBUTTONDOWN), kAllButSelection);
     }
 }
 
 TEST_F(HookProcedures, TheHookCodeIsNotLookedAt) {
     for (const int code : {-1, HC_ACTION, HC_NOREMOVE}) {
-        g_taker = "scrub drag";
-        EXPECT_EQ(Asked(WM_MOUSEMOVE, code), (Names{"redirect", "scrub drag"})) << code;
+        g_taker = "scrub";
+        EXPECT_EQ(Asked(WM_MOUSEMOVE, code), (Names{"redirect", "scrub"})) << code;
         EXPECT_TRUE(Swallowed()) << code;
 
         g_heldSnapSticky = 2;
@@ -277,7 +312,7 @@ TEST_F(HookProcedures, TheHookCodeIsNotLookedAt) {
 
 TEST_F(HookProcedures, WithNavigationOffEverythingIsPassedOnUnasked) {
     g_settings.useMayaStyle = 0;
-    g_taker = "scrub drag";
+    g_taker = "scrub";
     g_heldSnapSticky = 2;
     for (const int code : {-1, HC_ACTION}) {
         EXPECT_EQ(Asked(WM_MOUSEMOVE, code), Names{});
@@ -303,19 +338,6 @@ TEST_F(HookProcedures, OnlyTheTransitionBitTellsARelease) {
     EXPECT_EQ(g_heldSnapSticky, 2);
     EXPECT_EQ(KeyboardProc(HC_ACTION, 'Q', static_cast<LPARAM>(0xC1230007)), 1);
     EXPECT_EQ(g_heldSnapSticky, 0);
-}
-
-// The numbers are those that bug reports and traces of the state show.
-TEST_F(HookProcedures, AKeyReleasedDuringAScrubIsKeptInMindOnce) {
-    struct Release {
-        int before;
-        int after;
-    };
-    for (const Release& release : {Release{1, 0}, Release{2, 3}, Release{3, 0}}) {
-        g_scrubState = release.before;
-        EXPECT_EQ(KeyboardProc(HC_ACTION, 'Q', static_cast<LPARAM>(0x80000000)), 1);
-        EXPECT_EQ(g_scrubState, release.after) << "released in state " << release.before;
-    }
 }
 
 TEST(InputRecords, AreFilledOnce) {

@@ -12,18 +12,20 @@
 #include <vector>
 
 #include "assists/brushes.h"
-#include "assists/input_records.h"
-#include "assists/modifier_cursor.h"
+#include "input/input_records.h"
+#include "navigation/modifier_cursor.h"
 #include "host/host.h"
-#include "navigation/navigation_state.h"
+#include "navigation/gesture_state.h"
+#include "navigation/view_drag.h"
+#include "navigation/selection_moves.h"
+#include "tests/hook/plugin_state.h"
 #include "navigation/selection_clicks.h"
-#include "navigation/viewport_focus.h"
-#include "navigation/window_kind.h"
+#include "hooks/viewport_focus.h"
+#include "host/window_kind.h"
 #include "script/poly_tools.h"
-#include "settings/arrow_key_filter.h"
+#include "hooks/arrow_key_filter.h"
 #include "settings/plugin_settings.h"
-#include "shell/module.h"
-#include "shell/script_runner.h"
+#include "resources/module.h"
 
 namespace {
 
@@ -111,11 +113,7 @@ void* __imp_CallWindowProcA = reinterpret_cast<void*>(PlayedCallWindowProc);
 extern HWND g_lastFocusedViewport;
 PluginSettings g_settings;
 int g_hostRelease = 13900;
-int g_graphiteSculptTool = 0;
-int g_graphitePdTool = 0;
-bool g_polyShiftActive = false;
 
-void RunScript(char*) {}
 void ShowArrowCursor() {}
 HCURSOR ChooseModifierCursor() {
     return LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_CROSS));
@@ -123,6 +121,7 @@ HCURSOR ChooseModifierCursor() {
 
 namespace host {
 
+void RunScript(char*) {}
 Viewport Viewport::OfWindow(HWND window) {
     ++g_view_questions;
     const auto found = g_views.find(window);
@@ -268,18 +267,22 @@ TEST_F(HostWindows, TheTrackBarComesBeforeTheViews) {
     EXPECT_EQ(ClassifyWindow(MakeView(Make("ViewPanel"), "TrackBar")), kWindowTrackBar);
 }
 
+MouseEvent PressIn(HWND window) {
+    return {WM_RBUTTONDOWN, window, {}, {}, HTCLIENT, kWindowViewport};
+}
+
 TEST_F(HostWindows, ABrushIsLookedForInItsPanelOnly) {
     g_main_window = Make("Main");
     const HWND elsewhere = Make("CustButton", Make("Elsewhere"), 1007, "Paint");
     g_checked_buttons[elsewhere] = true;
     const HWND view = Make("View");
-    SuspendToolForView(host::kModeZoomView, {0, 0}, view);
+    SuspendToolForView(PressIn(view), host::kModeZoomView);
     EXPECT_EQ(g_activeToolButton, nullptr);
 
     const HWND panel = Make("Panel", g_main_window, 0, "VertexPaint");
     const HWND button = Make("CustButton", Make("Page", panel), 1007, "Paint");
     g_checked_buttons[button] = true;
-    SuspendToolForView(host::kModeZoomView, {0, 0}, view);
+    SuspendToolForView(PressIn(view), host::kModeZoomView);
     EXPECT_EQ(g_activeToolButton, button);
 }
 
@@ -473,11 +476,11 @@ TEST_F(HostWindows, TheFilterKeeps32BitsOfTheEarlierProcedure) {
 TEST_F(HostWindows, MovesOverAnOpenMenuAreTheHosts) {
     const HWND view = MakeView(Make("ViewPanel"));
     g_settings.customSelectionCursors = 1;
-    MouseEvent event = {WM_MOUSEMOVE, view, {20, 30}, HTMENU, {20, 30}};
-    EXPECT_FALSE(EmulateSelection(event, kWindowViewport));
+    MouseEvent event = {WM_MOUSEMOVE, view, {20, 30}, {20, 30}, HTMENU, kWindowViewport};
+    EXPECT_EQ(EmulateSelectingMove(event), Answer::kNotMine);
     EXPECT_TRUE(g_messages.empty());
     event.hit_test = HTCLIENT;
-    EXPECT_TRUE(EmulateSelection(event, kWindowViewport));
+    EXPECT_EQ(EmulateSelectingMove(event), Answer::kConsumed);
     EXPECT_EQ(g_messages, (std::vector<Message>{{view, WM_MOUSEMOVE, 0, MAKELPARAM(20, 30)}}));
 }
 

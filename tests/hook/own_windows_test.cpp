@@ -14,11 +14,11 @@
 #include <vector>
 
 #include "host/host.h"
-#include "settings/options_window.h"
+#include "windows/options_window.h"
 #include "settings/settings_store.h"
-#include "settings/welcome_window.h"
-#include "shell/about.h"
-#include "shell/module.h"
+#include "windows/welcome_window.h"
+#include "windows/about.h"
+#include "resources/module.h"
 
 namespace {
 
@@ -33,6 +33,7 @@ const HWND kPage = WindowNumber(0x300);
 const HWND kWelcome = WindowNumber(0x400);
 const HINSTANCE kModule = reinterpret_cast<HINSTANCE>(static_cast<INT_PTR>(0x500));
 constexpr UINT kCloseRequest = WM_USER + 1;
+constexpr int kSaveButton = 1008;
 
 Lines g_lines;
 DLGPROC g_page_procedure = nullptr;
@@ -206,12 +207,13 @@ BOOL WINAPI PlayedCheckBox(HWND window, int item, UINT state) {
 }
 
 HWND WINAPI PlayedItem(HWND window, int item) {
-    EXPECT_EQ(window, kPage);
+    EXPECT_EQ(window, item == kSaveButton ? kSheet : kPage);
     return WindowNumber(item);
 }
 
 // The rules of the boxes have scenarios of their own.
-BOOL WINAPI PlayedEnable(HWND, BOOL) {
+BOOL WINAPI PlayedEnable(HWND window, BOOL enable) {
+    if (window == WindowNumber(kSaveButton)) Note(enable ? "save enabled" : "save disabled");
     return TRUE;
 }
 
@@ -373,16 +375,26 @@ TEST_F(OwnWindows, AWindowThatIsClosedIsNotAskedAnything) {
 TEST_F(OwnWindows, ApplyingClosesWhenItSaysSo) {
     Open();
     EXPECT_EQ(Notify(PSN_APPLY, FALSE), TRUE);
-    EXPECT_EQ(Taken(), (Lines{"settings saved [open]", "page long 0 0 [open]"}));
+    EXPECT_EQ(Taken(),
+              (Lines{"settings saved [open]", "save disabled [open]", "page long 0 0 [open]"}));
     EXPECT_EQ(Notify(PSN_APPLY, TRUE), TRUE);
-    EXPECT_EQ(Taken(), (Lines{"settings saved [open]", "page long 0 0 [open]",
-                              "page asked to close [open]"}));
+    EXPECT_EQ(Taken(), (Lines{"settings saved [open]", "save disabled [open]",
+                              "page long 0 0 [open]", "page asked to close [open]"}));
     EXPECT_EQ(Notify(PSN_RESET), TRUE);
     EXPECT_EQ(Taken(), Lines{"page asked to close [open]"});
     EXPECT_EQ(Notify(PSN_KILLACTIVE), TRUE);
     EXPECT_EQ(Taken(), Lines{"page long 0 0 [open]"});
     EXPECT_EQ(Notify(PSN_SETACTIVE), FALSE);
     EXPECT_EQ(Taken(), Lines{});
+}
+
+// Without the window there is nothing but the file.
+TEST_F(OwnWindows, SavingDisablesTheButtonOfAnOpenWindowOnly) {
+    SaveOptions();
+    EXPECT_EQ(Taken(), Lines{"settings saved"});
+    Open();
+    SaveOptions();
+    EXPECT_EQ(Taken(), (Lines{"settings saved [open]", "save disabled [open]"}));
 }
 
 TEST_F(OwnWindows, ABoxOfTheThirdStateIsNotChecked) {

@@ -12,8 +12,7 @@
 #include <max.h>
 
 #include "host/host.h"
-#include "shell/playback.h"
-#include "shell/script_runner.h"
+#include "assists/isolated_playback.h"
 
 namespace {
 
@@ -49,11 +48,11 @@ void* __imp__ZN16MaxHeapOperatorsdlEPv = reinterpret_cast<void*>(PlayedDelete);
 
 char kSelectEverything[] = "select everything";
 
+namespace host {
+
 void RunScript(char* text) {
     g_effects.push_back(text);
 }
-
-namespace host {
 
 int ModeStackSize() {
     return g_depth;

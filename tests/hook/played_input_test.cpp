@@ -9,26 +9,28 @@
 #include <string>
 #include <vector>
 
-#include "assists/brushes.h"
 #include "assists/gizmo_and_lock.h"
-#include "assists/input_records.h"
-#include "assists/keyboard_hook.h"
-#include "assists/modifier_cursor.h"
-#include "assists/nudge_series.h"
+#include "assists/isolated_playback.h"
+#include "assists/pixel_nudge.h"
 #include "assists/sticky_snap.h"
+#include "hooks/keyboard_hook.h"
 #include "host/host.h"
-#include "navigation/gestures.h"
-#include "navigation/navigation_state.h"
+#include "host/window_kind.h"
+#include "input/input_records.h"
+#include "navigation/gesture_moves.h"
+#include "navigation/gesture_state.h"
+#include "navigation/modifier_cursor.h"
 #include "navigation/quick_transform.h"
 #include "navigation/sculpt_redirect.h"
 #include "navigation/selection_clicks.h"
+#include "navigation/selection_moves.h"
 #include "navigation/time_scrub.h"
-#include "navigation/window_kind.h"
+#include "navigation/view_drag.h"
+#include "navigation/zoom_drag.h"
+#include "resources/module.h"
 #include "script/poly_tools.h"
 #include "settings/plugin_settings.h"
-#include "shell/module.h"
-#include "shell/playback.h"
-#include "shell/script_runner.h"
+#include "tests/hook/plugin_state.h"
 
 namespace {
 
@@ -261,11 +263,6 @@ int g_heldSnapSticky = 0;
 int g_selectionLockRequests = 0;
 int g_previousLockRequests = 0;
 int g_isolatedPlayback = 0;
-int g_graphiteSculptTool = 0;
-int g_graphitePdTool = 0;
-bool g_polyShiftActive = false;
-int g_searchCtrlId = 0;
-char g_searchText[128] = "";
 
 void SetSelectionLock(bool on, int requester, bool restore) {
     g_previousLockRequests = g_lock_requests_before;
@@ -280,9 +277,6 @@ void RestoreGizmo() {
 }
 void EndNudgeSeries() {}
 void SetStickySnap(int, bool) {}
-void RunScript(char*) {
-    Note("script");
-}
 void ShowArrowCursor() {
     Note("arrow");
 }
@@ -302,8 +296,13 @@ BOOL CALLBACK FindButtonByIdAndText(HWND, LPARAM) {
     return TRUE;
 }
 
+void SetButtonSearch(int, const char*) {}
+
 namespace host {
 
+void RunScript(char*) {
+    Note("script");
+}
 HWND MainWindow() {
     return kMain;
 }
@@ -381,7 +380,7 @@ protected:
         g_isolatedPlayback = 0;
         g_graphiteSculptTool = 0;
         g_orbitActive = g_zoomActive = g_panActive = g_navLocked = 0;
-        g_navKind = 0;
+        g_navKind = kWindowOther;
         g_quickXform = g_shiftClone = 0;
         g_selCtrl = g_selShift = g_selCtrlShift = g_selectNotPushed = 0;
         g_replayWaits = 0;
@@ -393,7 +392,17 @@ protected:
     }
 
     static MouseEvent Event(UINT message, POINT screen = {500, 400}) {
-        return {message, kView, screen, HTCLIENT, screen};
+        return {message, kView, screen, screen, HTCLIENT, kWindowViewport};
+    }
+    static MouseEvent EventIn(WindowKind kind, UINT message) {
+        MouseEvent event = Event(message);
+        event.kind = kind;
+        return event;
+    }
+    static bool Takes(Answer (*use)(const MouseEvent&), const MouseEvent& event) {
+        const Answer answer = use(event);
+        EXPECT_NE(answer, Answer::kPassed);
+        return answer == Answer::kConsumed;
     }
     static Lines Taken() {
         Lines lines;
@@ -406,37 +415,37 @@ protected:
 // A quick transform runs before the host hears of it: a view that draws or asks in its press may
 // let the next event in.
 TEST_F(PlayedInput, AQuickTransformRunsFromItsFirstEffectOn) {
-    EXPECT_TRUE(StartQuickTransform(Event(WM_MBUTTONDOWN), kWindowViewport));
+    EXPECT_TRUE(Takes(QuickTransform, Event(WM_MBUTTONDOWN)));
     EXPECT_EQ(Taken(),
               (Lines{"lock on 1 [quick]", "view left down 0 [quick]", "hide gizmo [quick]"}));
-    EXPECT_FALSE(EndQuickTransform(Event(WM_MBUTTONUP), kWindowViewport));
+    EXPECT_FALSE(Takes(QuickTransform, Event(WM_MBUTTONUP)));
     EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "lock off 1 restore []"}));
 }
 
 TEST_F(PlayedInput, ACloneIsMarkedBeforeItsPress) {
     g_keys[VK_SHIFT] = kDown;
     g_lock_requests_before = kLockBySticky;
-    EXPECT_TRUE(StartQuickTransform(Event(WM_MBUTTONDOWN), kWindowViewport));
+    EXPECT_TRUE(Takes(QuickTransform, Event(WM_MBUTTONDOWN)));
     EXPECT_EQ(Taken(), (Lines{"lock on 1 [quick]", "view left down 4 [quick clone]"}));
-    EXPECT_FALSE(EndQuickTransform(Event(WM_RBUTTONDOWN), kWindowViewport));
+    EXPECT_FALSE(Takes(QuickTransform, Event(WM_RBUTTONDOWN)));
     EXPECT_EQ(Taken(), (Lines{"restore gizmo []", "view right down 0 []", "view right up 0 []",
                               "view left up 0 []", "lock off 1 restore []"}));
 }
 
 TEST_F(PlayedInput, AQuickTransformOfAnEditorRunsFromTheSwitchOfItsModeOn) {
     g_checked_actions[230] = true;
-    EXPECT_TRUE(StartQuickTransform(Event(WM_MBUTTONDOWN), kWindowTrackView));
+    EXPECT_TRUE(Takes(QuickTransform, EventIn(kWindowTrackView, WM_MBUTTONDOWN)));
     EXPECT_EQ(Taken(),
               (Lines{"focus view []", "execute 40328 [quick]", "view left down 0 [quick]"}));
-    EXPECT_TRUE(EndQuickTransform(Event(WM_MBUTTONUP), kWindowTrackView));
+    EXPECT_TRUE(Takes(QuickTransform, EventIn(kWindowTrackView, WM_MBUTTONUP)));
     EXPECT_EQ(Taken(),
               (Lines{"view left up 0 []", "focus view []", "execute 40328 []", "sleep 1 []"}));
 
     g_checked_actions[40007] = true;
-    EXPECT_TRUE(StartQuickTransform(Event(WM_MBUTTONDOWN), kWindowUnwrapView));
+    EXPECT_TRUE(Takes(QuickTransform, EventIn(kWindowUnwrapView, WM_MBUTTONDOWN)));
     EXPECT_EQ(Taken(), (Lines{"focus view []", "execute 40020 [quick]", "sleep 1 [quick]",
                               "view left down 0 [quick]"}));
-    EXPECT_TRUE(EndQuickTransform(Event(WM_MBUTTONUP), kWindowUnwrapView));
+    EXPECT_TRUE(Takes(QuickTransform, EventIn(kWindowUnwrapView, WM_MBUTTONUP)));
     EXPECT_EQ(Taken(),
               (Lines{"view left up 0 []", "focus view []", "execute 40020 []", "sleep 1 []"}));
 }
@@ -444,7 +453,7 @@ TEST_F(PlayedInput, AQuickTransformOfAnEditorRunsFromTheSwitchOfItsModeOn) {
 TEST_F(PlayedInput, AResumedToolFindsTheGestureOver) {
     g_orbitActive = g_zoomActive = g_panActive = 1;
     g_activeToolButton = kButton;
-    ResumeToolAfterView({1, 2}, kView);
+    ResumeToolAfterView(Event(WM_RBUTTONUP));
     // The button is forgotten once it has been clicked.
     EXPECT_EQ(Taken(),
               (Lines{"view left up 0 [button]", "pop [button]", "panel command 1007 [button]"}));
@@ -453,7 +462,7 @@ TEST_F(PlayedInput, AResumedToolFindsTheGestureOver) {
     g_hostRelease = 12000;
     g_zoomActive = 1;
     g_pendingSculptButton = 3;
-    ResumeToolAfterView({1, 2}, kView);
+    ResumeToolAfterView(Event(WM_RBUTTONUP));
     EXPECT_EQ(Taken(), (Lines{"view left up 0 [sculpt-button]", "pop [sculpt-button]",
                               "script [sculpt-button]"}));
     EXPECT_EQ(State(), "");
@@ -461,7 +470,7 @@ TEST_F(PlayedInput, AResumedToolFindsTheGestureOver) {
 
 TEST_F(PlayedInput, ABrushIsRememberedBeforeItsModeGoes) {
     g_checked_buttons[kButton] = true;
-    SuspendToolForView(host::kModePanView, {1, 2}, kView);
+    SuspendToolForView(Event(WM_MBUTTONDOWN), host::kModePanView);
     EXPECT_EQ(Taken(), (Lines{"pop [button]", "push 202 [button]", "view left down 8 [button]"}));
 }
 
@@ -474,87 +483,89 @@ TEST_F(PlayedInput, AViewButtonIsPressedWithNoBrushToBringBack) {
 
 TEST_F(PlayedInput, AScrubDragsBeforeTheThumbHearsOfIt) {
     g_scrubState = kScrubArmed;
-    EXPECT_TRUE(StartTimeScrub(Event(WM_LBUTTONDOWN)));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_LBUTTONDOWN)));
     EXPECT_EQ(Taken(), Lines{"thumb left down 1 [dragging]"});
-    EXPECT_TRUE(DragTimeScrub(Event(WM_LBUTTONUP)));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_LBUTTONUP)));
     EXPECT_EQ(Taken(), Lines{"thumb left up 0 [armed]"});
 
-    EXPECT_TRUE(StartTimeScrub(Event(WM_MBUTTONDOWN)));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MBUTTONDOWN)));
     EXPECT_EQ(Taken(), (Lines{"refresh [dragging]", "thumb left down 1 [dragging]"}));
     g_scrubState = kScrubDraggingReleased;
-    EXPECT_TRUE(DragTimeScrub(Event(WM_MBUTTONUP)));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MBUTTONUP)));
     EXPECT_EQ(Taken(), Lines{"thumb left up 0 []"});
 
     g_scrubState = kScrubArmed;
     g_isolatedPlayback = 1;
-    EXPECT_TRUE(StartTimeScrub(Event(WM_RBUTTONDOWN)));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_RBUTTONDOWN)));
     EXPECT_EQ(Taken(), (Lines{"refresh [dragging]", "thumb right down 2 [dragging]"}));
-    EXPECT_TRUE(DragTimeScrub(Event(WM_RBUTTONUP)));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_RBUTTONUP)));
     // The flag comes back after the thumb's release and before the buttons show it.
     EXPECT_EQ(Taken(), (Lines{"thumb right up 0 [armed]", "refresh [armed isolated]"}));
 }
 
 TEST_F(PlayedInput, ACtrlClickRunsBeforeItsInputIsSent) {
     HoldLeftCtrl();
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDOWN)));
     EXPECT_EQ(Taken(), Lines{"input alt-down ctrl-up left-down ctrl-down [ctrl-click]"});
     // The injected press comes back, with Alt down for everybody.
     g_message_keys[VK_MENU] = g_keys[VK_MENU] = kDown;
-    EXPECT_FALSE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    EXPECT_FALSE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDOWN)));
     EXPECT_EQ(Taken(), Lines{});
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONUP)));
     EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "input alt-up []"}));
 }
 
 // Where the system counts the swallowed press, the replayed one is the second of a double click.
 TEST_F(PlayedInput, AReplayedPressMayComeAsADoubleClick) {
     HoldLeftCtrl();
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDOWN)));
     Taken();
     g_message_keys[VK_MENU] = g_keys[VK_MENU] = kDown;
-    EXPECT_FALSE(EmulateSelection(Event(WM_LBUTTONDBLCLK), kWindowViewport));
+    EXPECT_FALSE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDBLCLK)));
     EXPECT_EQ(Taken(), Lines{});
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONUP)));
     EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "input alt-up []"}));
 }
 
 // Else the release of a replay that is lost on its way would go round for ever.
 TEST_F(PlayedInput, AReleaseIsPutBehindTheReplayFourTimesAtMost) {
     HoldLeftCtrl();
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDOWN)));
     Taken();
     for (int i = 0; i < 4; ++i) {
-        EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+        EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONUP)));
         EXPECT_EQ(Taken(), Lines{"input left-up [ctrl-click]"});
     }
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONUP)));
     EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "input alt-up []"}));
 }
 
 TEST_F(PlayedInput, AShiftClickRunsUntilItsReleaseIsSent) {
     g_keys[VK_SHIFT] = kDown;
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDOWN)));
     EXPECT_EQ(Taken(), (Lines{"push 6 [shift-click]", "view left down 12 [shift-click]",
                               "keyboard state, shift down [shift-click]"}));
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONUP)));
     EXPECT_EQ(Taken(), (Lines{"view left up 4 [shift-click]", "pop []"}));
 
     HoldLeftCtrl();
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONDOWN), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDOWN)));
     EXPECT_EQ(
         Taken(),
         (Lines{"push 6 [ctrl-shift-click]", "begin [ctrl-shift-click]",
                "keyboard state, shift up [ctrl-shift-click]", "view left down 8 [ctrl-shift-click]",
                "keyboard state, shift down [ctrl-shift-click]", "cancel [ctrl-shift-click]"}));
-    EXPECT_TRUE(EmulateSelection(Event(WM_LBUTTONUP), kWindowViewport));
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONUP)));
     EXPECT_EQ(Taken(), (Lines{"view left up 8 [ctrl-shift-click]", "pop []"}));
 }
 
 TEST_F(PlayedInput, AStrokeIsReplayedOnlyWhileItRuns) {
     g_mode = 9247;
-    EXPECT_EQ(RedirectToSculpt(Event(WM_MBUTTONDOWN), kWindowViewport), SculptRedirect::kSwallow);
+    MouseEvent press = Event(WM_MBUTTONDOWN);
+    EXPECT_EQ(RedirectToSculpt(press), Answer::kConsumed);
     EXPECT_EQ(Taken(), Lines{"input alt-down left-down [redirect]"});
-    EXPECT_EQ(RedirectToSculpt(Event(WM_MBUTTONUP), kWindowViewport), SculptRedirect::kSwallow);
+    MouseEvent release = Event(WM_MBUTTONUP);
+    EXPECT_EQ(RedirectToSculpt(release), Answer::kConsumed);
     EXPECT_EQ(Taken(), Lines{"input left-up alt-up [redirect]"});
     EXPECT_EQ(State(), "");
 }
@@ -573,7 +584,7 @@ TEST_F(PlayedInput, TheZoomGoesByTheRealCursor) {
     g_zoomLast = {500, 400};
     g_zoomWarp = 0;
     g_cursor = {520, 430};
-    EXPECT_TRUE(MoveGesture(Event(WM_MOUSEMOVE, {700, 600})));
+    EXPECT_EQ(MoveGesture(Event(WM_MOUSEMOVE, {700, 600})), Answer::kConsumed);
     EXPECT_EQ(Taken(), Lines{"view move 1 [zoom]"});
     EXPECT_EQ(g_zoomLast.x, 520);
     EXPECT_EQ(g_zoomLast.y, 430);
@@ -586,23 +597,24 @@ TEST_F(PlayedInput, MovesAreAnOrbitsBeforeTheyAreAPans) {
     g_orbitActive = 1;
     g_panActive = 1;
     g_modifier_cursor = LoadModuleCursor(1);
-    EXPECT_FALSE(MoveGesture(Event(WM_MOUSEMOVE)));
+    EXPECT_EQ(MoveGesture(Event(WM_MOUSEMOVE)), Answer::kPassed);
     EXPECT_EQ(Taken(), Lines{"cursor [orbit pan]"});
     g_orbitActive = 0;
-    EXPECT_TRUE(MoveGesture(Event(WM_MOUSEMOVE)));
+    EXPECT_EQ(MoveGesture(Event(WM_MOUSEMOVE)), Answer::kConsumed);
     EXPECT_EQ(Taken(), Lines{"view move 9 [pan]"});
 }
 
 TEST_F(PlayedInput, MovesOfAQuickTransformAreTakenWithShiftInTheTrackViewOnly) {
     for (const int running : {0, 1}) {
         for (const SHORT shift : {SHORT{0}, kDown}) {
-            for (const int kind : {0, 1, 2, 3, 4, 5, 7}) {
+            for (const int number : {0, 1, 2, 3, 4, 5, 7}) {
+                const auto kind = static_cast<WindowKind>(number);
                 g_quickXform = running;
                 g_keys[VK_SHIFT] = shift;
                 const bool taken = running && shift && kind == kWindowTrackView;
-                EXPECT_EQ(MoveQuickTransform(Event(WM_MOUSEMOVE), kind), taken);
+                EXPECT_EQ(Takes(QuickTransform, EventIn(kind, WM_MOUSEMOVE)), taken);
                 EXPECT_EQ(Taken(), taken ? Lines{"view move 9 [quick]"} : Lines{});
-                EXPECT_FALSE(MoveQuickTransform(Event(WM_LBUTTONDOWN), kind));
+                EXPECT_FALSE(Takes(QuickTransform, EventIn(kind, WM_LBUTTONDOWN)));
                 EXPECT_EQ(Taken(), Lines{});
             }
         }
@@ -612,10 +624,10 @@ TEST_F(PlayedInput, MovesOfAQuickTransformAreTakenWithShiftInTheTrackViewOnly) {
 TEST_F(PlayedInput, TheScrubGoesByThePointOfTheMessage) {
     g_scrubState = kScrubArmed;
     g_cursor = {900, 900};
-    EXPECT_TRUE(StartTimeScrub(Event(WM_LBUTTONDOWN, {500, 400})));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_LBUTTONDOWN, {500, 400})));
     EXPECT_EQ(g_scrubLast.x, 500);
     EXPECT_EQ(g_scrubLast.y, 400);
-    EXPECT_TRUE(DragTimeScrub(Event(WM_MOUSEMOVE, {530, 410})));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MOUSEMOVE, {530, 410})));
     EXPECT_EQ(g_scrubLast.x, 530);
     EXPECT_EQ(g_scrubLast.y, 410);
     EXPECT_EQ(g_thumbPos.x, 350);  // the thumb's middle is at 320, 1110
@@ -623,7 +635,7 @@ TEST_F(PlayedInput, TheScrubGoesByThePointOfTheMessage) {
     // The edges as well are those that the message is at.
     g_cursor = {0, 0};
     Taken();
-    EXPECT_TRUE(DragTimeScrub(Event(WM_MOUSEMOVE, {1591, 410})));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MOUSEMOVE, {1591, 410})));
     EXPECT_EQ(Taken(), Lines{"cursor to 10,410 [dragging]"});
     EXPECT_EQ(g_cursor_questions, 0);
 }
@@ -640,7 +652,7 @@ TEST_F(PlayedInput, TheKeysOfASelectingMoveAreTheWholeAnswer) {
         g_modifier_cursor = LoadModuleCursor(1);
         g_keys[VK_CONTROL] = c.ctrl;
         g_keys[VK_SHIFT] = c.shift;
-        EXPECT_TRUE(EmulateSelection(Event(WM_MOUSEMOVE), kWindowViewport));
+        EXPECT_TRUE(Takes(EmulateSelectingMove, Event(WM_MOUSEMOVE)));
         EXPECT_EQ(Taken(), (Lines{c.line, "cursor []"}));
     }
 }
@@ -660,6 +672,19 @@ TEST_F(PlayedInput, NoCursorWhileAButtonIsDown) {
         g_keys = {{button, kDown}};
         EXPECT_EQ(KeyboardProc(HC_ACTION, VK_CONTROL, 0), kAnswerOfTheNext);
         EXPECT_EQ(Taken(), Lines{});
+    }
+}
+
+// The numbers are those that bug reports and traces of the state show.
+TEST_F(PlayedInput, AKeyReleasedDuringAScrubIsKeptInMindOnce) {
+    struct Release {
+        int before;
+        int after;
+    };
+    for (const Release& release : {Release{1, 0}, Release{2, 3}, Release{3, 0}}) {
+        g_scrubState = release.before;
+        EXPECT_EQ(KeyboardProc(HC_ACTION, 'Q', static_cast<LPARAM>(0x80000000)), 1);
+        EXPECT_EQ(g_scrubState, release.after) << "released in state " << release.before;
     }
 }
 

@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "assists/input_records.h"
-#include "assists/keyboard_hook.h"
+#include "input/input_records.h"
+#include "hooks/keyboard_hook.h"
 #include "host/host.h"
-#include "navigation/mouse_hook.h"
-#include "navigation/window_kind.h"
+#include "hooks/mouse_hook.h"
+#include "host/window_kind.h"
 #include "shell/class_descriptor.h"
-#include "shell/module.h"
-#include "shell/toolbar_controls.h"
+#include "resources/module.h"
+#include "host/toolbar_controls.h"
 
 // Last, because they define macros in lower case.
 #include <maxscript/maxscript.h>
@@ -151,8 +151,11 @@ KarvelMaxClassDesc& KarvelMaxDescriptor() {
     return *reinterpret_cast<KarvelMaxClassDesc*>(place);
 }
 
+int g_hostRelease = 0;
+
 namespace host {
 
+void RunScript(char*) {}
 const MCHAR* TextForHost(const char* text) {
     return text;
 }

@@ -24,12 +24,48 @@ const ExpectedSetting kExpected[] = {
 };
 
 TEST(Settings, KeysDefaultsAndBoxesInFileOrder) {
-    ASSERT_EQ(std::size(kSettings), std::size(kExpected));
+    std::vector<std::string> keys;
+    std::vector<std::string> expected_keys;
+    for (const SettingDescription& setting : kSettings)
+        keys.push_back(setting.key);
+    for (const ExpectedSetting& expected : kExpected)
+        expected_keys.push_back(expected.key);
+    ASSERT_EQ(keys, expected_keys) << "a new setting gets its row in kExpected of this test";
     for (std::size_t i = 0; i < std::size(kExpected); ++i) {
-        EXPECT_STREQ(kSettings[i].key, kExpected[i].key);
         EXPECT_EQ(kSettings[i].default_value, kExpected[i].default_value) << kExpected[i].key;
         EXPECT_EQ(kSettings[i].control, kExpected[i].control) << kExpected[i].key;
     }
+}
+
+std::vector<int> BoxesOf(Enabling enabling) {
+    std::vector<int> boxes;
+    for (const SettingDescription& setting : kSettings) {
+        if (setting.enabling == enabling) boxes.push_back(setting.control);
+    }
+    return boxes;
+}
+
+std::vector<int> BoxesOf(Reading reading) {
+    std::vector<int> boxes;
+    for (const SettingDescription& setting : kSettings) {
+        if (setting.reading == reading) boxes.push_back(setting.control);
+    }
+    return boxes;
+}
+
+TEST(Settings, BoxesFollowNavigationInThisOrder) {
+    EXPECT_EQ(BoxesOf(Enabling::kFollows),
+              (std::vector<int>{1007, 1004, 1027, 1009, 1014, 1005, 1011, 1012}));
+    EXPECT_EQ(BoxesOf(Enabling::kFollowsLast), std::vector<int>{1006});
+    EXPECT_EQ(BoxesOf(Enabling::kAlways), (std::vector<int>{1010, 1015}));
+}
+
+TEST(Settings, BoxesAreReadInThisOrder) {
+    EXPECT_EQ(BoxesOf(Reading::kTogetherFirst), std::vector<int>{1004});
+    EXPECT_EQ(BoxesOf(Reading::kTogether),
+              (std::vector<int>{1007, 1010, 1009, 1014, 1005, 1011, 1012, 1015}));
+    EXPECT_EQ(BoxesOf(Reading::kAlone), std::vector<int>{1027});
+    EXPECT_EQ(BoxesOf(Reading::kAloneUnmarked), std::vector<int>{1006});
 }
 
 TEST(Settings, EachRowNamesAFieldOfItsOwn) {
@@ -41,7 +77,6 @@ TEST(Settings, EachRowNamesAFieldOfItsOwn) {
     for (const SettingDescription& setting : kSettings) {
         EXPECT_EQ(settings.*setting.field, ++value) << setting.key;
     }
-    EXPECT_EQ(settings.useMayaStyle, 11);
 }
 
 TEST(Settings, AllOffBeforeAnythingIsRead) {

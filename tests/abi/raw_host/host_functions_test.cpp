@@ -353,8 +353,9 @@ TEST_F(HostFunctions, Toolbars) {
 
 TEST_F(HostFunctions, Scripts) {
     const uint64_t utility = m_host.Object("GUP");
+    m_plugin.Call("SetScriptRunner", {utility});
     m_host.Expect("GUP.ExecuteStringScript", {utility, Argument::Text("max zoomext")}, 1);
-    m_plugin.Call("ExecuteScript", {utility, Word("max zoomext")});
+    m_plugin.Call("RunScript", {Word("max zoomext")});
 }
 
 // ---- menus

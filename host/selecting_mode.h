@@ -1,0 +1,17 @@
+// Whether Ctrl and Shift select in a command mode: asked by the clicks and by the cursor that
+// announces them.
+#pragma once
+
+#include "host/host.h"
+#include "host/mode_groups.h"
+
+// Where the host shows no button for it, nothing speaks against the select tool.
+inline bool IsSelectToolAvailable() {
+    return host::IsToolbarButtonEnabled(host::kSelectButton).value_or(true);
+}
+
+// The object modes, and others while sub-objects are edited, but for those that create edges and
+// faces.
+inline bool IsSelectingMode(int mode) {
+    return !NeverEmulatesSelection(mode) && (IsObjectMode(mode) || host::IsSubObjectEditing());
+}

@@ -1,0 +1,73 @@
+#include "host/window_kind.h"
+
+#include <cstring>
+
+#include "host/host.h"
+
+int g_searchCtrlId = 0;
+char g_searchText[128] = "";
+
+namespace {
+
+struct ClassName {
+    char text[128];
+
+    explicit ClassName(HWND window) {
+        if (!GetClassNameA(window, text, static_cast<int>(sizeof text))) text[0] = '\0';
+    }
+    bool Is(const char* name) const { return std::strcmp(text, name) == 0; }
+};
+
+HWND WindowUnderCursor() {
+    POINT cursor = {};
+    GetCursorPos(&cursor);
+    return WindowFromPoint(cursor);
+}
+
+}  // namespace
+
+WindowKind ClassifyWindow(HWND window) {
+    if (!window) window = WindowUnderCursor();
+    const ClassName name(window);
+    if (name.Is("TrackBar")) return kWindowTrackBar;
+
+    HWND parent = GetParent(window);
+    const host::Viewport viewport = host::Viewport::OfWindow(window);
+    if (parent && viewport && ClassName(parent).Is("ViewPanel")) {
+        return viewport.IsLocked() ? kWindowViewportLocked : kWindowViewport;
+    }
+    if (name.Is("UnwrapView")) return kWindowUnwrapView;
+    if (name.Is("SVGraphWindow")) return kWindowSchematicGraph;
+    if (name.Is("TVTrackWindow")) return kWindowTrackView;
+    return kWindowOther;
+}
+
+void SetButtonSearch(int control, const char* text) {
+    g_searchCtrlId = control;
+    lstrcpynA(g_searchText, text, static_cast<int>(sizeof g_searchText));
+}
+
+BOOL CALLBACK FindCustButtonById(HWND child, LPARAM found) {
+    HWND& result = *reinterpret_cast<HWND*>(found);
+    HWND item = GetDlgItem(child, g_searchCtrlId);
+    if (!item) {
+        EnumChildWindows(child, FindCustButtonById, found);
+        return result ? FALSE : TRUE;
+    }
+    // An item of another class hides what lies below it.
+    if (!ClassName(item).Is("CustButton")) return TRUE;
+    result = item;
+    return FALSE;
+}
+
+BOOL CALLBACK FindButtonByIdAndText(HWND child, LPARAM found) {
+    HWND item = GetDlgItem(child, g_searchCtrlId);
+    if (!item) return TRUE;
+    if (g_searchText[0] != '\0') {
+        char text[128] = "";
+        GetWindowTextA(item, text, static_cast<int>(sizeof text));
+        if (std::strcmp(text, g_searchText) != 0) return TRUE;
+    }
+    *reinterpret_cast<HWND*>(found) = item;
+    return FALSE;
+}
