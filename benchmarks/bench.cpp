@@ -57,8 +57,8 @@ std::string ReadText(const std::string& file) {
 // As lines of the table of bounds, in the order of the situations.
 void PrintCounts(json counts) {
     const auto print = [](const std::string& name, const json& count) {
-        std::printf("%-40s %5d  # %s\n", name.c_str(), count["most"].get<int>(),
-                    count["title"].get<std::string>().c_str());
+        std::printf("%-40s %5d %4d  # %s\n", name.c_str(), count["most"].get<int>(),
+                    count["most_host"].get<int>(), count["title"].get<std::string>().c_str());
     };
     for (const situations::Situation& one : situations::All()) {
         print(one.id, counts[one.id]);

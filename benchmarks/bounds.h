@@ -1,5 +1,5 @@
-// The most calls that a situation may take, read from a table: lines "SITUATION CALLS", and what
-// stands behind a # is for readers.
+// The most calls that a situation may take, read from a table: lines "SITUATION CALLS HOST", the
+// second number for those among them that go to the host. What stands behind a # is for readers.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,7 +10,12 @@
 
 namespace bounds {
 
-using Table = std::map<std::string, int>;
+struct Bound {
+    int calls = 0;
+    int host = 0;
+    bool operator==(const Bound&) const = default;
+};
+using Table = std::map<std::string, Bound>;
 
 // What is wrong with the text is added to `complaints`.
 Table Parse(const std::string& text, std::vector<std::string>* complaints);

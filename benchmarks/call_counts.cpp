@@ -98,15 +98,11 @@ json Count(const situations::Situation& situation, int turns) {
     situations::Turn(situation, NoteNames);
     Noted();
     situations::Leave(situation);
-    return {{"title", situation.title},
-            {"entries", entries},
-            {"confirmed", confirmed},
-            {"win32", summary.typical.win32},
-            {"host", summary.typical.host},
-            {"calls", CallsOf(summary.typical)},
-            {"most", CallsOf(summary.most)},
-            {"allocations", summary.heap},
-            {"called", std::exchange(g_names, {})}};
+    return {{"title", situation.title},      {"entries", entries},
+            {"confirmed", confirmed},        {"win32", summary.typical.win32},
+            {"host", summary.typical.host},  {"calls", CallsOf(summary.typical)},
+            {"most", CallsOf(summary.most)}, {"most_host", summary.most.host},
+            {"allocations", summary.heap},   {"called", std::exchange(g_names, {})}};
 }
 
 json CountAll(int turns) {

@@ -133,6 +133,7 @@ json Count(const plugin::Files& files, std::string_view id, int size) {
                                {"entries", 1},
                                {"calls", call_counts::CallsOf(start.calls)},
                                {"most", call_counts::CallsOf(start.calls)},
+                               {"most_host", start.calls.host},
                                // It makes what lasts as long as the process.
                                {"allocations", 0}};
     for (const char* const watched : kind->watched)
