@@ -3,7 +3,6 @@
 #include <string>
 
 #include "benchmarks/stage.h"
-#include "resources/command_ids.h"
 #include "standin/engine/world.h"
 
 namespace situations {
