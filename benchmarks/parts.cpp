@@ -155,7 +155,8 @@ json RunDirect(const Options& options) {
     json result = Run("direct", options);
     if (result.contains("error")) return result;
     for (auto& [name, figures] : result.items())
-        figures["calls"] = counts[name]["calls"];
+        for (const char* const figure : {"calls", "called"})
+            figures[figure] = counts[name][figure];
     return result;
 }
 
