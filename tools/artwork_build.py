@@ -145,7 +145,7 @@ def check_no_unlisted(directory, names):
     for entry in sorted(os.listdir(directory)):
         if entry.endswith(".svg") and entry[:-4] not in names:
             raise say(os.path.join(directory, entry), 1, "is in no list of pictures",
-                      "add it to %s or remove it" % os.path.basename(__file__))
+                      "add it to its list in tools/%s or remove it" % os.path.basename(__file__))
 
 
 def check_font():

@@ -85,6 +85,31 @@ class ArtworkBuild(unittest.TestCase):
         self.assertEqual([name for name in before if before[name] != after[name]],
                          ["contact_sheet.png", "options_page.ico"])
 
+    def names_in_repository(self, pattern, *path):
+        with open(os.path.join(REPOSITORY, *path), encoding="utf-8") as source:
+            return re.findall(pattern, source.read(), re.M)
+
+    def pictures(self):
+        return sorted(os.path.relpath(os.path.join(folder, name), self.source).replace(os.sep, "/")
+                      for folder, _, names in os.walk(self.source) for name in names)
+
+    def test_an_edit_of_any_picture_starts_a_build(self):
+        named = self.names_in_repository(r"artwork/(\S+\.svg)", "resources", "CMakeLists.txt")
+        for name in self.pictures():
+            self.assertTrue(name in named, "resources/artwork/%s is not in artwork_sources of "
+                            "resources/CMakeLists.txt, add it" % name)
+
+    def test_each_icon_of_a_command_is_drawn(self):
+        icons = self.names_in_repository(r"^    \{kCommand\w+, +IDS_\w+, +IDS_\w+, +(\w+),",
+                                         "shell", "commands.h")
+        self.assertGreater(len(icons), 10)
+        drawn = {int(name.split("/")[1][:2]) for name in self.pictures()
+                 if name.startswith("toolbar/")}
+        for icon in icons:
+            self.assertTrue(icon == "kNoIcon" or int(icon) in drawn, "shell/commands.h names picture "
+                            "%s and resources/artwork/toolbar has none of this number, draw it"
+                            % icon)
+
     def test_hot_spot_missing(self):
         self.edit("cursors/orbit.svg", ' data-hotspot="16,16"', "")
         self.refused("cursors/orbit.svg:1", "data-hotspot is ''")
@@ -117,7 +142,7 @@ class ArtworkBuild(unittest.TestCase):
     def test_picture_that_nothing_names(self):
         shutil.copy(os.path.join(self.source, "cursors", "orbit.svg"),
                     os.path.join(self.source, "cursors", "spare.svg"))
-        self.refused("cursors/spare.svg:1", "is in no list of pictures")
+        self.refused("cursors/spare.svg:1", "is in no list of pictures, add it to its list in tools/artwork_build.py")
 
 
 if __name__ == "__main__":

@@ -7,6 +7,7 @@ FILE is karvel.res or KarvelMax.gup; DIRECTORY holds the toolbar strips.
 """
 
 import argparse
+import itertools
 import os
 import struct
 import sys
@@ -37,6 +38,7 @@ CENTRED_TEXT = (STATIC, WS_CHILD | WS_VISIBLE | WS_GROUP | SS_CENTER, 0)
 PICTURE = (STATIC, WS_CHILD | WS_VISIBLE | WS_BORDER | SS_BITMAP, WS_EX_STATICEDGE)
 
 # Controls in tab order.
+OPTIONS_PAGE_SIZE = (212, 203)
 OPTIONS_PAGE = [
     (1026, GROUP_BOX, "Maya Style Navigation", (7, 7, 198, 177)),
     (1015, CHECK_BOX, "Active", (18, 18, 155, 10)),
@@ -122,8 +124,7 @@ CURSORS = {
 
 ICONS = (136, 137, 503)
 
-# Pictures that commands show, by their number in the strip; the first one is 1.
-ACTION_PICTURES = (1, 2, 3, 4, 5, 15, 16, 18)
+# By their number in the strip; the first one is 1.
 FRAME_ALL, FRAME_SELECTED = 3, 4
 
 
@@ -163,19 +164,23 @@ class Dialogs(unittest.TestCase):
         dialog = reading.read_dialog(RESOURCES[(reading.DIALOG, number)][1])
         self.assertEqual(hex(dialog["style"]), hex(style))
         self.assertEqual(dialog["extended"], 0)
-        self.assertEqual(dialog["position"], place + size)
+        self.assertEqual(dialog["position"], place + size,
+                         "place and size of \"%s\" in resources/karvel.rc and in "
+                         "tests/resources/resources_test.py" % caption)
         self.assertEqual(dialog["caption"], caption)
         self.assertEqual(dialog["font"], (8, 400, 0, "MS Shell Dlg"))
         self.assertEqual((dialog["menu"], dialog["class"]), ("", ""))
         found = [(number, (window_class, style, extended), title, position)
                  for number, window_class, title, position, style, extended in dialog["controls"]]
-        self.assertEqual(len(found), len(controls))
-        for index, (one, other) in enumerate(zip(found, controls)):
-            self.assertEqual(one, other, "control %d in tab order" % index)
+        for index, (one, other) in enumerate(itertools.zip_longest(found, controls)):
+            if one != other:
+                self.fail("%s: control %d in tab order is %s in resources/karvel.rc and %s in "
+                          "tests/resources/resources_test.py: correct the one that is wrong; a new "
+                          "control stands in both" % (caption, index + 1, one, other))
 
     def test_options_page(self):
-        self.check(107, WS_CHILD | WS_DISABLED | WS_CAPTION | DS_SETFONT, (0, 0), (212, 203), "Flinder",
-                   OPTIONS_PAGE)
+        self.check(107, WS_CHILD | WS_DISABLED | WS_CAPTION | DS_SETFONT, (0, 0), OPTIONS_PAGE_SIZE,
+                   "Flinder", OPTIONS_PAGE)
 
     def test_welcome_window(self):
         self.check(139, WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU | DS_SETFONT |
@@ -202,8 +207,13 @@ class Texts(unittest.TestCase):
         self.assertEqual(reading.read_menu(RESOURCES[(reading.MENU, 122)][1]), MENU)
 
     def test_strings(self):
-        self.assertEqual(reading.read_strings(RESOURCES),
-                         {1: "KarvelMax (%s)" % OPTIONS.website, **STRINGS})
+        found = reading.read_strings(RESOURCES)
+        expected = {1: "KarvelMax (%s)" % OPTIONS.website, **STRINGS}
+        for number in sorted({*found, *expected}):
+            if found.get(number) != expected.get(number):
+                self.fail("text %d is %r in resources/karvel.rc and %r in STRINGS of "
+                          "tests/resources/resources_test.py: correct the one that is wrong; a new "
+                          "text stands in both" % (number, found.get(number), expected.get(number)))
 
     def test_strings_fit_the_loader(self):
         # Loaded into 256 characters, the terminating zero among them, in the Western code page.
@@ -357,7 +367,11 @@ class ToolbarStrips(unittest.TestCase):
         self.assertEqual(data[:2], b"BM", name)
         start = struct.unpack_from("<I", data, 10)[0]
         _, strip_width, strip_height, _, bits, compression = struct.unpack_from("<IiiHHI", data, 14)
-        self.assertEqual((strip_width, strip_height), (width * self.COUNT, height), name)
+        self.assertEqual(strip_height, height, name)
+        self.assertEqual(strip_width // width, self.COUNT,
+                         "%s has another number of pictures than COUNT of "
+                         "tests/resources/resources_test.py: a new picture changes both" % name)
+        self.assertEqual(strip_width % width, 0, name)
         self.assertEqual((bits, compression), (24, 0), name)
         stride = (strip_width * 3 + 3) // 4 * 4
         self.assertEqual(len(data), start + stride * height, name)
@@ -372,7 +386,6 @@ class ToolbarStrips(unittest.TestCase):
         return pictures
 
     def test_a_picture_at_every_number(self):
-        self.assertTrue(all(1 <= number <= self.COUNT for number in ACTION_PICTURES))
         for label, width, height in ((16, 16, 15), (24, 24, 24)):
             colours = self.strip("Karvel_%di.bmp" % label, width, height)
             alphas = self.strip("Karvel_%da.bmp" % label, width, height)
