@@ -16,29 +16,16 @@ import unittest
 DIRECTORY = ""
 HERE = os.path.dirname(os.path.abspath(__file__))
 
+sys.dont_write_bytecode = True
+sys.path.insert(0, os.path.join(HERE, "..", "resources"))
+import resources_test  # noqa: E402
+
 # Pixels that may differ, however much: a caret or a rounding, but no check mark (some 40) and no
 # letter's worth of text that moved.
 ALLOWED = 25
 
 # Controls in tab order: number (None: a static text or frame without one), x, y, width, height.
-OPTIONS_PAGE = [
-    (1026, 7, 7, 198, 177),
-    (1015, 18, 18, 155, 10),
-    (1023, 12, 28, 188, 38),
-    (1007, 18, 40, 155, 10),
-    (1005, 18, 50, 155, 10),
-    (1024, 12, 69, 188, 48),
-    (1011, 18, 80, 155, 10),
-    (1009, 18, 90, 155, 10),
-    (1014, 18, 100, 155, 8),
-    (1025, 12, 121, 188, 58),
-    (1010, 18, 187, 155, 10),
-    (1004, 18, 142, 155, 10),
-    (1012, 18, 132, 155, 10),
-    (1027, 29, 153, 162, 10),
-    (1006, 18, 163, 167, 10),
-]
-OPTIONS_PAGE_SIZE = (212, 203)
+OPTIONS_PAGE = [(number, *place) for number, _, _, place in resources_test.OPTIONS_PAGE]
 # The frame that each box stands in.
 FRAMES = {
     1026: (1015, 1023, 1024, 1025),
@@ -148,7 +135,8 @@ class DialogTest(unittest.TestCase):
     def test_options_page_in_dialog_units(self):
         page = self.page()
         pixels = self.options.pixels
-        self.assertEqual((page.width, page.height), pixels(*OPTIONS_PAGE_SIZE))
+        self.assertEqual((page.width, page.height), pixels(*resources_test.OPTIONS_PAGE_SIZE),
+                         "the page and OPTIONS_PAGE_SIZE of tests/resources/resources_test.py")
         after_page = self.options.controls[self.options.controls.index(page) + 1:]
         for control, (number, x, y, width, height) in zip(after_page, OPTIONS_PAGE):
             self.assertEqual(control.number, number)
@@ -159,7 +147,9 @@ class DialogTest(unittest.TestCase):
     def test_options_controls_are_all_there(self):
         self.assertEqual([control.number for control in self.options.controls
                           if control.kind == "Button" and "hidden" not in control.words],
-                         [number for number, *_ in OPTIONS_PAGE] + [1, 2])
+                         [number for number, *_ in OPTIONS_PAGE] + [1, 2],
+                         "the window's controls and those of OPTIONS_PAGE in "
+                         "tests/resources/resources_test.py")
 
     def test_options_nothing_is_cut_off(self):
         page, tab = self.page(), self.options.numbered(12320)
@@ -195,7 +185,9 @@ class DialogTest(unittest.TestCase):
         for number, *_ in OPTIONS_PAGE:
             self.assertNotIn("disabled", self.options.numbered(number).words, number)
             self.assertEqual("disabled" in self.switched_off.numbered(number).words,
-                             number in GROUPS_AND_BOXES_THAT_FOLLOW, number)
+                             number in GROUPS_AND_BOXES_THAT_FOLLOW,
+                             f"control {number} is grey while navigation is off; what follows it "
+                             "stands in GROUPS_AND_BOXES_THAT_FOLLOW of tests/dialogs/dialogs_test.py")
 
     def test_welcome_in_dialog_units(self):
         pixels = self.welcome.pixels

@@ -10,13 +10,14 @@ import random
 import sys
 import unittest
 
+sys.dont_write_bytecode = True
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+from default_settings import DEFAULT_SETTINGS as DEFAULTS  # noqa: E402
+
 DIRECTORY = ""
 FILE = "Karvel.ini"
 
-ORDER = ("altRightZoom", "mClickXForms", "hideMClickXForms", "useShiftClone", "focusViewports",
-         "lockArcRotateOrtho", "lockArcRotateUser", "slowZooming", "altLeftArcRotate",
-         "customSelectionCursors", "useMayaStyle")
-DEFAULTS = dict.fromkeys(ORDER, 1) | {"hideMClickXForms": 0, "lockArcRotateUser": 0}
+FIRST = next(iter(DEFAULTS))
 
 OTHERS = [
     "; kept by hand, please leave",
@@ -103,7 +104,7 @@ class SettingsFileTest(unittest.TestCase):
             for line in trace:
                 words = line.split()
                 if words[:2] == ["state", "plugin"] and words[2] in DEFAULTS:
-                    if words[2] == ORDER[0]:
+                    if words[2] == FIRST:
                         seen.append({})
                     seen[-1][words[2]] = int(words[3])
         self.assertEqual(len(seen), 2, name)
@@ -135,7 +136,7 @@ class SettingsFileTest(unittest.TestCase):
 
     def written(self, name, after):
         main = self.section(name, "main")
-        for key in ORDER:
+        for key in DEFAULTS:
             self.assertEqual(main.get(key), "1" if after[key] else "", (name, key))
         self.assertEqual(main.get("flinderPopup"), "", name)
 

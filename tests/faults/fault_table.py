@@ -33,6 +33,10 @@ import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
 
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(HERE.parent))
+from default_settings import DEFAULT_SETTINGS  # noqa: E402
+
 # Names that stand for several calls, each of which has a name of its own.
 ALIASES = {"IsChecked", "IsEnabled", "Enabled"}
 
@@ -40,9 +44,7 @@ ALIASES = {"IsChecked", "IsEnabled", "Enabled"}
 POINTERS = {"the_listener": "puts"}
 
 # A settings file that has every line already, so that saving changes none.
-SETTINGS = ["flinderPopup=", "altRightZoom=1", "mClickXForms=1", "hideMClickXForms=",
-            "useShiftClone=1", "focusViewports=1", "lockArcRotateOrtho=1", "lockArcRotateUser=",
-            "slowZooming=1", "altLeftArcRotate=1", "customSelectionCursors=1", "useMayaStyle=1",
+SETTINGS = ["flinderPopup=", *(f"{key}={'1' if on else ''}" for key, on in DEFAULT_SETTINGS.items()),
             "top=200", "left=200"]
 
 # Numbers that a gesture leaves behind and that the next one sets anew before it reads them.
@@ -72,7 +74,7 @@ REPAIR = (
         "g_altUpPending", "g_selectionLockRequests", "g_gizmoWasOn", "g_heldSnapSticky",
         "g_nudgeActive", "g_nudgeRepeating", "g_activeToolButton", "g_pendingSculptButton",
         "g_isolatedPlayback", "g_playbackDepth")]
-    + [f"poke {line.split('=')[0]} {line.split('=')[1] or 0}" for line in SETTINGS[1:-2]]
+    + [f"poke {key} {on}" for key, on in DEFAULT_SETTINGS.items()]
     + ["mode 6", "select none", "subobject off"])
 
 COLUMNS = ("whole", "first", "second")

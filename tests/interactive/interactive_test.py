@@ -15,6 +15,12 @@ import sys
 import time
 import unittest
 
+sys.dont_write_bytecode = True
+sys.path[:0] = [os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", folder)
+                for folder in ("", "resources")]
+from default_settings import DEFAULT_SETTINGS  # noqa: E402
+from resources_test import CHECK_BOX, OPTIONS_PAGE  # noqa: E402
+
 DIRECTORY = ""
 LONGEST_WAIT = 20  # seconds until something that does not happen is given up
 BETWEEN_LOOKS = 0.02
@@ -29,15 +35,11 @@ ABOUT_TITLE = "Karvel Tools for 3ds Max"
 ACTIVE, SLOW_ZOOMING = "options.1015", "options.1005"
 SAVE, CANCEL = "options.1", "options.2"
 # From the first box over all others to the two buttons, in the order of the template.
-TAB_ORDER = ["options.1015", "options.1007", "options.1005", "options.1011", "options.1009",
-             "options.1014", "options.1010", "options.1004", "options.1012", "options.1027",
-             "options.1006", SAVE, CANCEL]
+TAB_ORDER = [f"options.{number}" for number, kind, *_ in OPTIONS_PAGE if kind == CHECK_BOX]
+TAB_ORDER += [SAVE, CANCEL]
 
 # The settings as they are written, and their values after a first start.
-DEFAULTS = {"altRightZoom": "1", "mClickXForms": "1", "hideMClickXForms": "", "useShiftClone": "1",
-            "focusViewports": "1", "lockArcRotateOrtho": "1", "lockArcRotateUser": "",
-            "slowZooming": "1", "altLeftArcRotate": "1", "customSelectionCursors": "1",
-            "useMayaStyle": "1"}
+DEFAULTS = {key: "1" if on else "" for key, on in DEFAULT_SETTINGS.items()}
 
 # In the perspective view, with room around it.
 IN_PERSPECTIVE = (760, 740)
@@ -555,7 +557,7 @@ class Options(unittest.TestCase):
                                 lambda look: look.is_on(SLOW_ZOOMING) == (value == "1"))
             press("Return")
             self.wait_until_closed()
-            self.assertEqual(written(TRACE.new())[:11],
+            self.assertEqual(written(TRACE.new())[:len(DEFAULTS)],
                              list({**DEFAULTS, "slowZooming": value}.items()))
             self.assertEqual(settings_in_file()["slowZooming"], value)
             if value == "":
