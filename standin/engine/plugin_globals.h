@@ -2,7 +2,6 @@
 // there.
 #pragma once
 
-#include <array>
 #include <string_view>
 
 namespace plugin {
@@ -71,7 +70,7 @@ inline constexpr Global kGlobals[] = {
 
 // The record of the options: 32-bit numbers in the order of the settings file.
 inline constexpr std::string_view kSettingsRecord = "g_settings";
-inline constexpr std::array<std::string_view, 11> kOptions = {
+inline constexpr std::string_view kOptions[] = {
     "altRightZoom",     "mClickXForms",           "hideMClickXForms",  "useShiftClone",
     "focusViewports",   "lockArcRotateOrtho",     "lockArcRotateUser", "slowZooming",
     "altLeftArcRotate", "customSelectionCursors", "useMayaStyle",

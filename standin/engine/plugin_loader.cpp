@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 #include "standin/engine/intercept.h"
 #include "standin/engine/link_map.h"
@@ -166,7 +167,7 @@ const Global* Lookup(std::string_view name, size_t* offset) {
 }
 
 int OptionIndex(std::string_view name) {
-    for (size_t i = 0; i < kOptions.size(); ++i)
+    for (size_t i = 0; i < std::size(kOptions); ++i)
         if (kOptions[i] == name) return static_cast<int>(i);
     return -1;
 }
@@ -380,7 +381,7 @@ std::vector<std::string> Show() {
         if (const char* const place = Place(global.name))
             lines.push_back(std::string(global.name) + ' ' + ValueText(global.kind, place));
     if (const char* const record = Place(kSettingsRecord))
-        for (size_t i = 0; i < kOptions.size(); ++i)
+        for (size_t i = 0; i < std::size(kOptions); ++i)
             lines.push_back(std::string(kOptions[i]) + ' ' +
                             std::to_string(Get<int>(record + i * sizeof(int))));
     return lines;

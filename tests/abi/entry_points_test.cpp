@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <string>
 
 #include <max.h>
 
 #include <gup.h>
 #include <iparamb2.h>
+
+#include "shell/commands.h"
 
 namespace {
 
@@ -134,7 +137,7 @@ TEST_F(PluginEntry, ScriptsReadTheActionTableByNumber) {
     EXPECT_EQ(call(3, nullptr), 1);
     EXPECT_STREQ(answer.s, table->fpGetContextName());
     EXPECT_EQ(call(4, nullptr), 1);
-    EXPECT_EQ(answer.i, 20);
+    EXPECT_EQ(answer.i, static_cast<int>(std::size(kCommands)));
     FPParams parameters;
     index.type = TYPE_INT;
     index.i = 1;

@@ -44,7 +44,7 @@ struct Situation {
                                   {left_orbit, "altLeftArcRotate "}}) {
             if (flag) text += name;
         }
-        return text + "button " + std::to_string(button);
+        return text + "and the " + (Left() ? "left" : Right() ? "right" : "middle") + " button";
     }
 };
 
@@ -100,9 +100,29 @@ std::vector<Expectation> ReleaseExpectations(const Situation& s) {
     };
 }
 
-void CompareFromEveryStart(std::span<const NavRule> rules, const Situation& situation,
-                           const std::vector<Expectation>& expected) {
-    ASSERT_EQ(rules.size(), expected.size());
+// Two tellings of the same rules, and what they are called.
+struct Telling {
+    std::span<const NavRule> rules;
+    const char* table;
+    std::vector<Expectation> (*expectations)(const Situation&);
+    const char* conditions;
+
+    std::string Names() const {
+        return std::string(table) + " (navigation/nav_rules.cpp) and " + conditions +
+               " (tests/unit/nav_rules_test.cpp)";
+    }
+};
+
+std::string RuleText(std::size_t number, std::size_t count) {
+    return number < count ? "rule " + std::to_string(number + 1) : "no rule";
+}
+
+void CompareFromEveryStart(const Telling& telling, const Situation& situation) {
+    const auto [rules, table, expectations, conditions] = telling;
+    const std::vector<Expectation> expected = expectations(situation);
+    ASSERT_TRUE(rules.size() == expected.size())
+        << telling.Names() << " have " << rules.size() << " and " << expected.size()
+        << " rules: tell each rule in both, at the same place";
     PluginSettings settings;
     settings.altRightZoom = situation.right_zoom;
     settings.altLeftArcRotate = situation.left_orbit;
@@ -112,26 +132,31 @@ void CompareFromEveryStart(std::span<const NavRule> rules, const Situation& situ
             ++want;
         const NavRule* rule = FindRule(rules, rules.data() + start, situation.State(),
                                        situation.Held(), situation.button, settings);
-        if (want == expected.size()) {
-            ASSERT_EQ(rule, nullptr) << situation.Text() << ", from rule " << start + 1;
-        } else {
-            ASSERT_NE(rule, nullptr) << situation.Text() << ", from rule " << start + 1;
-            ASSERT_EQ(rule - rules.data(), static_cast<std::ptrdiff_t>(want)) << situation.Text();
-            ASSERT_EQ(rule->action, expected[want].action) << situation.Text();
-        }
+        const std::size_t is =
+            rule ? static_cast<std::size_t>(rule - rules.data()) : expected.size();
+        ASSERT_TRUE(is == want) << telling.Names() << " find " << RuleText(is, expected.size())
+                                << " and " << RuleText(want, expected.size()) << " for \""
+                                << situation.Text() << "\", from rule " << start + 1
+                                << " on: tell the rule alike in both";
+        ASSERT_TRUE(!rule || rule->action == expected[want].action)
+            << telling.Names() << " give " << RuleText(want, expected.size())
+            << " different actions: correct one of them";
     }
 }
 
 TEST(PressRules, FirstApplyingRuleDecidesInEverySituation) {
+    const Telling telling = {kPressRules, "kPress", PressExpectations, "PressExpectations()"};
     for (const Situation& situation : AllSituations()) {
-        CompareFromEveryStart(kPressRules, situation, PressExpectations(situation));
+        CompareFromEveryStart(telling, situation);
         if (HasFatalFailure()) return;
     }
 }
 
 TEST(ReleaseRules, EachApplyingRuleIsFoundInOrderInEverySituation) {
+    const Telling telling = {kReleaseRules, "kRelease", ReleaseExpectations,
+                             "ReleaseExpectations()"};
     for (const Situation& situation : AllSituations()) {
-        CompareFromEveryStart(kReleaseRules, situation, ReleaseExpectations(situation));
+        CompareFromEveryStart(telling, situation);
         if (HasFatalFailure()) return;
     }
 }
@@ -147,7 +172,8 @@ TEST(PressRules, EveryRuleIsTheFirstOneSomewhere) {
         }
     }
     for (std::size_t i = 0; i < first.size(); ++i)
-        EXPECT_GT(first[i], 0) << "rule " << i + 1;
+        EXPECT_GT(first[i], 0) << "rule " << i + 1 << " of kPress (navigation/nav_rules.cpp) is "
+                               << "never the first that applies: the rules above it say it all";
 }
 
 }  // namespace

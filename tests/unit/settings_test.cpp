@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
+#include <string_view>
+
+#include "standin/engine/plugin_globals.h"
+#include "tests/unit/rows.h"
 
 namespace {
 
@@ -11,61 +14,81 @@ struct ExpectedSetting {
     const char* key;
     int default_value;
     int control;
+    Enabling enabling;
+    Reading reading;
 };
 
-// In file order.
+constexpr Enabling kAlways = Enabling::kAlways;
+constexpr Enabling kFollows = Enabling::kFollows;
+constexpr Enabling kFollowsLast = Enabling::kFollowsLast;
+constexpr Reading kTogether = Reading::kTogether;
+constexpr Reading kTogetherFirst = Reading::kTogetherFirst;
+constexpr Reading kAlone = Reading::kAlone;
+constexpr Reading kAloneUnmarked = Reading::kAloneUnmarked;
+
+// In file order, which is also the order in which boxes are enabled and read.
 const ExpectedSetting kExpected[] = {
-    {"altRightZoom", 1, 1007},      {"mClickXForms", 1, 1004},
-    {"hideMClickXForms", 0, 1027},  {"useShiftClone", 1, 1006},
-    {"focusViewports", 1, 1010},    {"lockArcRotateOrtho", 1, 1009},
-    {"lockArcRotateUser", 0, 1014}, {"slowZooming", 1, 1005},
-    {"altLeftArcRotate", 1, 1011},  {"customSelectionCursors", 1, 1012},
-    {"useMayaStyle", 1, 1015},
+    // clang-format off
+    {"altRightZoom",           1, 1007, kFollows,     kTogether},
+    {"mClickXForms",           1, 1004, kFollows,     kTogetherFirst},
+    {"hideMClickXForms",       0, 1027, kFollows,     kAlone},
+    {"useShiftClone",          1, 1006, kFollowsLast, kAloneUnmarked},
+    {"focusViewports",         1, 1010, kAlways,      kTogether},
+    {"lockArcRotateOrtho",     1, 1009, kFollows,     kTogether},
+    {"lockArcRotateUser",      0, 1014, kFollows,     kTogether},
+    {"slowZooming",            1, 1005, kFollows,     kTogether},
+    {"altLeftArcRotate",       1, 1011, kFollows,     kTogether},
+    {"customSelectionCursors", 1, 1012, kFollows,     kTogether},
+    {"useMayaStyle",           1, 1015, kAlways,      kTogether},
+    // clang-format on
 };
+
+const char* Name(Enabling enabling) {
+    switch (enabling) {
+        case kAlways: return "kAlways";
+        case kFollows: return "kFollows";
+        case kFollowsLast: return "kFollowsLast";
+    }
+    return "?";
+}
+
+const char* Name(Reading reading) {
+    switch (reading) {
+        case kTogether: return "kTogether";
+        case kTogetherFirst: return "kTogetherFirst";
+        case kAlone: return "kAlone";
+        case kAloneUnmarked: return "kAloneUnmarked";
+    }
+    return "?";
+}
+
+template <class Row>
+std::string Text(const Row& row) {
+    return std::string("{\"") + row.key + "\", " + std::to_string(row.default_value) + ", " +
+           std::to_string(row.control) + ", " + Name(row.enabling) + ", " + Name(row.reading) + "}";
+}
 
 TEST(Settings, KeysDefaultsAndBoxesInFileOrder) {
-    std::vector<std::string> keys;
-    std::vector<std::string> expected_keys;
+    Table settings = {"kSettings (settings/plugin_settings.h)", {}};
     for (const SettingDescription& setting : kSettings)
-        keys.push_back(setting.key);
-    for (const ExpectedSetting& expected : kExpected)
-        expected_keys.push_back(expected.key);
-    ASSERT_EQ(keys, expected_keys) << "a new setting gets its row in kExpected of this test";
-    for (std::size_t i = 0; i < std::size(kExpected); ++i) {
-        EXPECT_EQ(kSettings[i].default_value, kExpected[i].default_value) << kExpected[i].key;
-        EXPECT_EQ(kSettings[i].control, kExpected[i].control) << kExpected[i].key;
-    }
+        settings.rows.push_back(Text(setting));
+    Table expected = {"kExpected (tests/unit/settings_test.cpp)", {}};
+    for (const ExpectedSetting& setting : kExpected)
+        expected.rows.push_back(Text(setting));
+    const std::string difference = FirstDifference(settings, expected);
+    if (!difference.empty()) ADD_FAILURE() << difference;
 }
 
-std::vector<int> BoxesOf(Enabling enabling) {
-    std::vector<int> boxes;
-    for (const SettingDescription& setting : kSettings) {
-        if (setting.enabling == enabling) boxes.push_back(setting.control);
-    }
-    return boxes;
-}
-
-std::vector<int> BoxesOf(Reading reading) {
-    std::vector<int> boxes;
-    for (const SettingDescription& setting : kSettings) {
-        if (setting.reading == reading) boxes.push_back(setting.control);
-    }
-    return boxes;
-}
-
-TEST(Settings, BoxesFollowNavigationInThisOrder) {
-    EXPECT_EQ(BoxesOf(Enabling::kFollows),
-              (std::vector<int>{1007, 1004, 1027, 1009, 1014, 1005, 1011, 1012}));
-    EXPECT_EQ(BoxesOf(Enabling::kFollowsLast), std::vector<int>{1006});
-    EXPECT_EQ(BoxesOf(Enabling::kAlways), (std::vector<int>{1010, 1015}));
-}
-
-TEST(Settings, BoxesAreReadInThisOrder) {
-    EXPECT_EQ(BoxesOf(Reading::kTogetherFirst), std::vector<int>{1004});
-    EXPECT_EQ(BoxesOf(Reading::kTogether),
-              (std::vector<int>{1007, 1010, 1009, 1014, 1005, 1011, 1012, 1015}));
-    EXPECT_EQ(BoxesOf(Reading::kAlone), std::vector<int>{1027});
-    EXPECT_EQ(BoxesOf(Reading::kAloneUnmarked), std::vector<int>{1006});
+// Scenarios set and show settings by their keys; the stand-in finds them by their place.
+TEST(Settings, TheStandInKnowsTheirKeys) {
+    Table settings = {"kSettings (settings/plugin_settings.h)", {}};
+    for (const SettingDescription& setting : kSettings)
+        settings.rows.push_back(setting.key);
+    Table names = {"kOptions (standin/engine/plugin_globals.h)", {}};
+    for (const std::string_view key : plugin::kOptions)
+        names.rows.emplace_back(key);
+    const std::string difference = FirstDifference(settings, names);
+    if (!difference.empty()) ADD_FAILURE() << difference;
 }
 
 TEST(Settings, EachRowNamesAFieldOfItsOwn) {

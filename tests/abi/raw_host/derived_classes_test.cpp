@@ -6,13 +6,16 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
+#include "shell/commands.h"
 #include "tests/abi/raw_host/raw_plugin.h"
 
 namespace raw_host {
 namespace {
 
 constexpr unsigned long kKarvelTable = 0x737D5FB8;
+constexpr uint64_t kCommandCount = std::size(kCommands);
 constexpr uint64_t kLower = 0xFFFFFFFF;
 
 uint64_t Word(const void* address) {
@@ -60,8 +63,8 @@ protected:
         m_host.Expect("Get3DSMAXVersion", {}, 0x364C2500);
         m_host.Expect("new", {80}, memory);
         m_host.Expect("ActionTable::ActionTable",
-                      {memory, kKarvelTable, kKarvelTable, Argument::Any(), 0, 20, Argument::Any(),
-                       Argument::Any()},
+                      {memory, kKarvelTable, kKarvelTable, Argument::Any(), 0, kCommandCount,
+                       Argument::Any(), Argument::Any()},
                       [](const Words& words) {
                           EXPECT_EQ(words[3], name) << "the name of the table";
                           EXPECT_EQ(reinterpret_cast<const int*>(words[6])[0], 1);
@@ -351,7 +354,7 @@ TEST_F(DerivedClasses, TableAnswersByNumber) {
         {1, "OurActionTable.GetName", Word(&text_at), 8, Word(kText), Travel::kPointer},
         {2, "OurActionTable.GetContextId", 0x937D5FB8, 45, 0x937D5FB8, Travel::kDword},
         {3, "ActionTable::fpGetContextName", Word(kContext), 8, Word(kContext), Travel::kPointer},
-        {4, "OurActionTable.Count", 20, 1, 20, Travel::kInt},
+        {4, "OurActionTable.Count", kCommandCount, 1, kCommandCount, Travel::kInt},
     };
     for (const Case& each : kCases) {
         m_host.Expect(each.member, {table}, each.answer);
