@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <set>
 
+#include "settings/plugin_settings.h"
 #include "standin/player/scenario_parser.h"
 
 namespace {
@@ -71,6 +72,21 @@ TEST(Walk, DestroysNothingUnlessWanted) {
         any = any || destroys_host_windows(walk::Make(seed, 1000, destroys));
     }
     EXPECT_TRUE(any);
+}
+
+TEST(Walk, ChangesEachSettingAndClicksEachBox) {
+    std::set<std::string> lines;
+    for (uint64_t seed = 1; seed <= 20; ++seed)
+        for (const std::string& line : walk::Make(seed, 3000, {}))
+            lines.insert(line);
+    for (const SettingDescription& setting : kSettings) {
+        const std::string key = setting.key;
+        EXPECT_TRUE(lines.contains("poke " + key + " 1") || key == "useMayaStyle")
+            << "no walk sets " << key << ": add it to kOptions of standin/player/walk.cpp";
+        const std::string box = "options." + std::to_string(setting.control);
+        EXPECT_TRUE(lines.contains("click " + box))
+            << "no walk clicks " << box << ": add it to kControls of standin/player/walk.cpp";
+    }
 }
 
 // Whoever holds something at a rest would be blamed on the plug-in.
