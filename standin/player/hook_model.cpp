@@ -42,7 +42,7 @@ constexpr Row kPressRows[] = {
     {0,                0,          0, kNothing,     M,         Handler::kStartPan},
 };
 
-constexpr int kSwallowLeftOrMiddle = 11, kSwallowRight = 12, kUnlock = 13;
+constexpr int kUnlock = 13;
 
 constexpr Row kReleaseRows[] = {
     {kOrbit,                  0,     R,     kRightZoomOn, L,     Handler::kOrbitToZoom},
@@ -60,7 +60,13 @@ constexpr Row kReleaseRows[] = {
     {kLocked,                 0,     0,     kNothing,     L,     Handler::kNone},
 };
 // clang-format on
-static_assert(std::size(kPressRows) == 10 && std::size(kReleaseRows) == 13);
+constexpr int PlacesFrom(Place first, Place behind) {
+    return static_cast<int>(behind) - static_cast<int>(first);
+}
+static_assert(std::size(kPressRows) == PlacesFrom(Place::kPress1, Place::kPressLeftOff),
+              "each press row has its Place in hook_model.h and its name in kRows");
+static_assert(std::size(kReleaseRows) == PlacesFrom(Place::kRelease1, Place::kReleaseNone),
+              "each release row has its Place in hook_model.h and its name in kRows");
 
 int Pressed(Message message) {
     switch (message) {
@@ -295,14 +301,14 @@ constexpr PlaceRow kRows[] = {
     {Place::kZoomButtonWindows, "handlers in a window with Zoom and Pan buttons of its own",
      "no window is recognised as one"},
 };
-static_assert(std::size(kRows) == kPlaces);
+static_assert(std::size(kRows) == kPlaces, "each Place of hook_model.h has its name in kRows");
 
 constexpr bool InOrder() {
     for (int i = 0; i < kPlaces; ++i)
         if (static_cast<int>(kRows[i].place) != i) return false;
     return true;
 }
-static_assert(InOrder());
+static_assert(InOrder(), "the names in kRows stand in the order of Place in hook_model.h");
 
 }  // namespace
 
@@ -622,7 +628,7 @@ bool Model::Release(const MouseFacts& facts) {
         Answer answer = Answer::kConsumed;
         if (number == kUnlock)
             answer = Unlock(facts);
-        else if (number != kSwallowLeftOrMiddle && number != kSwallowRight)
+        else if (row.handler != Handler::kNone)
             answer = Call(row.handler, facts);
         if (answer == Answer::kConsumed) return true;
     }

@@ -107,9 +107,13 @@ void Press(Hand& hand, unsigned button, bool refused, const PluginSettings& set)
     const NavRule* rule =
         FindRule(kPressRules, kPressRules.data(), hand.State(), hand.Held(), button, set);
     const std::optional<NavAction> meant = PressMeans(hand, button, set);
-    Check((rule != nullptr) == meant.has_value(), "a press has a rule where it means nothing");
+    Check((rule != nullptr) == meant.has_value(),
+          "a press has a rule and means nothing, or the other way round: "
+          "navigation/nav_rules.cpp and PressMeans() of tests/fuzzers/rules_fuzzer.cpp differ");
     if (!rule) return;
-    Check(rule->action == *meant, "a press does what it does not mean");
+    Check(rule->action == *meant,
+          "a press does what it does not mean: "
+          "navigation/nav_rules.cpp and PressMeans() of tests/fuzzers/rules_fuzzer.cpp differ");
     hand.Hold(button, true);
     if (*meant != NavAction::kMiddleClick) Begin(hand, *meant, refused);
 }
@@ -123,7 +127,8 @@ void Release(Hand& hand, unsigned button, unsigned refusals, const PluginSetting
         last = rule;
         if (is_first)
             Check(rule->action == ReleaseMeans(hand, button, set),
-                  "a release does what it does not mean");
+                  "a release does what it does not mean: navigation/nav_rules.cpp and "
+                  "ReleaseMeans() of tests/fuzzers/rules_fuzzer.cpp differ");
         is_first = false;
         Check((rule->button & button) != 0, "a rule for another button");
         hand.Hold(button, false);
@@ -136,7 +141,10 @@ void Release(Hand& hand, unsigned button, unsigned refusals, const PluginSetting
         ++rule;
     }
     if (is_first)
-        Check(!ReleaseMeans(hand, button, set), "a release means something and has no rule");
+        Check(!ReleaseMeans(hand, button, set),
+              "a release means something and has no rule: "
+              "navigation/nav_rules.cpp and ReleaseMeans() of tests/fuzzers/rules_fuzzer.cpp "
+              "differ");
 }
 
 // --- the zoom drag ---

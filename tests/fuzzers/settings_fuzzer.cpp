@@ -4,6 +4,9 @@
 
 #include <windows.h>
 
+#include <iterator>
+
+#include "settings/plugin_settings.h"
 #include "settings/settings_store.h"
 #include "tests/fuzzers/fuzzer.h"
 #include "tests/fuzzers/profile_calls.h"
@@ -12,7 +15,7 @@ namespace {
 
 using fuzzer::Check;
 
-// The same eleven keys told a second time.
+// The same keys told a second time.
 struct Key {
     const char* name;
     int PluginSettings::* field;
@@ -31,6 +34,8 @@ constexpr Key kKeys[] = {
     {"customSelectionCursors", &PluginSettings::customSelectionCursors, true},
     {"useMayaStyle", &PluginSettings::useMayaStyle, true},
 };
+static_assert(std::size(kKeys) == std::size(kSettings),
+              "each row of kSettings (settings/plugin_settings.h) has one in kKeys");
 
 // On is any text that is not empty; a null inside ends it.
 bool IsOn(const char* key, bool default_value) {
