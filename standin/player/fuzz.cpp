@@ -199,10 +199,8 @@ int Run(const Options& options, const PlayTexts& play) {
             if (!Fails(verdicts[i])) return verdicts[i].status;
             const Lines shortest = Shrinker(walks[i], verdicts[i], play).Go();
             Say("the shortest scenario that shows it:\n\n" + walk::Text(shortest) + "\n");
-            if (verdicts[i].messages.find("by the rules") != std::string::npos)
-                Say("\"The rules\" are those of standin/player/hook_model.cpp: a rule of the "
-                    "plug-in "
-                    "that is meant to change changes there too.\n");
+            Say("What is right is said by standin/player/hook_model.cpp and invariants.cpp: what "
+                "the plug-in is meant to do in another way from now on changes there too.\n");
             return 1;
         }
     }
