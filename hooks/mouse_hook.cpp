@@ -14,9 +14,9 @@
 
 namespace {
 
-MouseEvent EventOf(UINT message, const MOUSEHOOKSTRUCT& hook) {
-    const WindowKind kind = ClassifyWindow(hook.hwnd);
-    return {message, hook.hwnd, hook.pt, ToClient(hook.hwnd, hook.pt), hook.wHitTestCode, kind};
+MouseEvent EventOf(const MouseMessage& message) {
+    const WindowKind kind = ClassifyWindow(message.window);
+    return {message, ToClient(message.window, message.screen), kind};
 }
 
 bool MayStartGesture(const MouseEvent& event) {
@@ -29,15 +29,9 @@ bool MayEmulateSelection(const MouseEvent& event) {
            event.kind != kWindowSchematicGraph;
 }
 
-Answer EmulateSelection(const MouseEvent& event) {
-    if (!MayEmulateSelection(event)) return Answer::kNotMine;
-    return event.message == WM_MOUSEMOVE ? EmulateSelectingMove(event)
-                                         : EmulateSelectingClick(event);
-}
-
-// The uses of the mouse, in the order in which they are offered the message; the first one whose
-// message it is decides.
-Answer HandleMouse(MouseEvent event) {
+// The uses of presses and releases, in the order in which they are offered the message; the first
+// one whose message it is decides.
+Answer HandleButton(MouseEvent event) {
     const Answer brush = RedirectToSculpt(event);
     if (brush != Answer::kNotMine) return brush;
     if (ScrubTime(event) == Answer::kConsumed) return Answer::kConsumed;
@@ -48,8 +42,33 @@ Answer HandleMouse(MouseEvent event) {
         return Answer::kConsumed;
     }
     if (!g_quickXform && ApplyReleaseRules(event) == Answer::kConsumed) return Answer::kConsumed;
-    if (event.message == WM_MOUSEMOVE && IsGestureActive()) return MoveGesture(event);
-    return EmulateSelection(event);
+    return MayEmulateSelection(event) ? EmulateSelectingClick(event) : Answer::kNotMine;
+}
+
+// What a move is over matters to a quick transform with Shift and to a selecting move alone.
+Answer HandleMoveOverWindow(const MouseMessage& move) {
+    const MouseEvent event = EventOf(move);
+    if (g_quickXform) return QuickTransform(event);
+    return MayEmulateSelection(event) ? EmulateSelectingMove(event) : Answer::kNotMine;
+}
+
+// The uses of moves, likewise. They come by the hundred a second, and nearly all are a drag's or
+// nobody's: these are not asked what they are over.
+Answer HandleMove(const MouseMessage& move) {
+    if (g_sculptRedirect) return Answer::kPassed;
+    if (IsTimeScrubOn() && ScrubTime(move) == Answer::kConsumed) return Answer::kConsumed;
+    if (g_quickXform && MayShiftMatter() && HandleMoveOverWindow(move) == Answer::kConsumed) {
+        return Answer::kConsumed;
+    }
+    if (IsGestureActive()) return MoveGesture(move);
+    if (g_quickXform || !MayMoveSelect(move.hit_test)) return Answer::kNotMine;
+    return HandleMoveOverWindow(move);
+}
+
+// The wheel, other buttons and everything outside of client areas mean nothing here.
+Answer HandleMessage(const MouseMessage& message) {
+    if (message.message == WM_MOUSEMOVE) return HandleMove(message);
+    return IsButtonMessage(message.message) ? HandleButton(EventOf(message)) : Answer::kNotMine;
 }
 
 }  // namespace
@@ -58,6 +77,7 @@ Answer HandleMouse(MouseEvent event) {
 LRESULT CALLBACK MouseHookProc(int code, WPARAM message, LPARAM details) {
     if (!g_settings.useMayaStyle) return CallNextHookEx(nullptr, code, message, details);
     const MOUSEHOOKSTRUCT hook = *reinterpret_cast<const MOUSEHOOKSTRUCT*>(details);
-    if (HandleMouse(EventOf(static_cast<UINT>(message), hook)) == Answer::kConsumed) return 1;
+    const UINT id = static_cast<UINT>(message);
+    if (HandleMessage({id, hook.hwnd, hook.pt, hook.wHitTestCode}) == Answer::kConsumed) return 1;
     return CallNextHookEx(nullptr, code, message, details);
 }

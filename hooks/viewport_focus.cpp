@@ -1,6 +1,7 @@
 #include "hooks/viewport_focus.h"
 
 #include "host/host.h"
+#include "input/screen.h"
 #include "settings/plugin_settings.h"
 
 HWND g_viewPanel = nullptr;
@@ -36,6 +37,7 @@ void FocusViewportUnderCursor() {
 }
 
 LRESULT CALLBACK MainWindowSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_DISPLAYCHANGE) ForgetScreenSize();
     if (g_settings.focusViewports && IsShortcut(message, wParam)) FocusViewportUnderCursor();
     return CallWindowProcA(g_prevMainWndProc, window, message, wParam, lParam);
 }

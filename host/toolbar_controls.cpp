@@ -14,6 +14,8 @@ HWND g_navigationPanel = nullptr;
 
 namespace {
 
+constexpr int kUnusedButtonId = 50021;
+
 HWND FindControl(int id) {
     HWND main_window = host::MainWindow();
     if (!main_window) return nullptr;
@@ -43,13 +45,49 @@ HWND LiveButton(HWND& button, int id) {
     return found;
 }
 
+struct WantedControl {
+    int id;
+    HWND* found;
+};
+constexpr WantedControl kWantedControls[] = {
+    {kLockButtonId, &g_lockButton},
+    {kAngleSnapButtonId, &g_angleSnapButton},
+    {kUnusedButtonId, &g_button50021},
+    {kZoomExtentsButtonId, &g_zoomExtentsButton},
+};
+
+// A search shows the windows one after the other, each before those in it, and asks each for an
+// item of the number; the first one that has it ends it. So what a window has comes before what the
+// windows in it have, wherever it lies among them, and what lies in the main window itself is not
+// found.
+void Consider(const WantedControl& wanted, HWND parent) {
+    if (parent == host::MainWindow()) return;
+    if (*wanted.found && !IsChild(parent, GetParent(*wanted.found))) return;
+    HWND item = FindItem(parent, wanted.id);
+    if (item) *wanted.found = item;
+}
+
+// The searches for all of them in one pass. It does not ask each window for four items: the host
+// may have thousands of windows, and that question costs a hundred times as much as its answer's
+// number.
+BOOL CALLBACK FindWantedControls(HWND window, LPARAM) {
+    const int id = GetDlgCtrlID(window);
+    for (const WantedControl& wanted : kWantedControls) {
+        if (wanted.id == id) Consider(wanted, GetParent(window));
+    }
+    return TRUE;
+}
+
 }  // namespace
 
 void FindToolbarControls() {
-    g_lockButton = FindControl(kLockButtonId);
-    g_angleSnapButton = FindControl(kAngleSnapButtonId);
-    g_button50021 = FindControl(50021);
-    g_zoomExtentsButton = FindControl(kZoomExtentsButtonId);
+    for (const WantedControl& wanted : kWantedControls)
+        *wanted.found = nullptr;
+    if (HWND main_window = host::MainWindow()) {
+        EnumChildWindows(main_window, FindWantedControls, 0);
+        // As the last of four searches would leave it.
+        g_searchCtrlId = kZoomExtentsButtonId;
+    }
     g_navigationPanel = g_zoomExtentsButton ? GetParent(GetParent(g_zoomExtentsButton)) : nullptr;
 }
 

@@ -60,14 +60,17 @@ BOOL CALLBACK FindCustButtonById(HWND child, LPARAM found) {
     return FALSE;
 }
 
+HWND FindItem(HWND window, int id) {
+    HWND item = GetDlgItem(window, id);
+    if (!item || g_searchText[0] == '\0') return item;
+    char text[128] = "";
+    GetWindowTextA(item, text, static_cast<int>(sizeof text));
+    return std::strcmp(text, g_searchText) == 0 ? item : nullptr;
+}
+
 BOOL CALLBACK FindButtonByIdAndText(HWND child, LPARAM found) {
-    HWND item = GetDlgItem(child, g_searchCtrlId);
+    HWND item = FindItem(child, g_searchCtrlId);
     if (!item) return TRUE;
-    if (g_searchText[0] != '\0') {
-        char text[128] = "";
-        GetWindowTextA(item, text, static_cast<int>(sizeof text));
-        if (std::strcmp(text, g_searchText) != 0) return TRUE;
-    }
     *reinterpret_cast<HWND*>(found) = item;
     return FALSE;
 }

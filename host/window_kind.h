@@ -33,6 +33,10 @@ extern char g_searchText[128];
 // Sets both; a text that is too long is cut.
 void SetButtonSearch(int control, const char* text);
 
+// The item of this id in a window; null when there is none, or when its text is not the one that is
+// looked for.
+HWND FindItem(HWND window, int id);
+
 // Callbacks for EnumChildWindows; `found` points to an HWND that is null when the search begins.
 // The first finds a custom button by id, depth first; the second any item by id and text.
 BOOL CALLBACK FindCustButtonById(HWND child, LPARAM found);

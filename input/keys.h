@@ -4,16 +4,21 @@
 
 #include <windows.h>
 
+// The whole answers of GetAsyncKeyState: negative while the key is down, and not 0 either when it
+// was pressed since the last question. Each question is the last one for the next.
+SHORT CtrlState();
+SHORT ShiftState();
+
 inline bool IsAltDown() {
     return GetAsyncKeyState(VK_MENU) < 0;
 }
 
 inline bool IsCtrlDown() {
-    return GetAsyncKeyState(VK_CONTROL) < 0;
+    return CtrlState() < 0;
 }
 
 inline bool IsShiftDown() {
-    return GetAsyncKeyState(VK_SHIFT) < 0;
+    return ShiftState() < 0;
 }
 
 // Shift without Ctrl.
@@ -26,3 +31,9 @@ inline bool IsShiftAlone() {
 inline bool WasAltDown() {
     return GetKeyState(VK_MENU) < 0;
 }
+
+// Whether a question above may be answered by anything but a plain no. These are no questions: the
+// next one still hears of a press that was seen here.
+bool MayShiftMatter();
+bool MayShiftOrCtrlMatter();
+bool MayModifiersMatter();

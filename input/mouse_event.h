@@ -6,14 +6,19 @@
 
 #include "host/window_kind.h"
 
-// The message that the mouse hook is asked about; complete when it is made.
-struct MouseEvent {
+// The message that the mouse hook is asked about. It is all that a drag needs, which goes by where
+// it began.
+struct MouseMessage {
     UINT message;
     HWND window;
     POINT screen;
-    POINT client;  // `screen` in client coordinates of the window
     UINT hit_test;
-    WindowKind kind;  // of the window
+};
+
+// The same with what it is over; complete when it is made.
+struct MouseEvent : MouseMessage {
+    POINT client;  // `screen` in client coordinates of the window
+    WindowKind kind;
 };
 
 // What a use of the mouse answers about a message.
@@ -32,6 +37,11 @@ constexpr UINT PressOf(UINT message) {
         case WM_MBUTTONDBLCLK: return WM_MBUTTONDOWN;
         default: return message;
     }
+}
+
+// A press or release of the left, right or middle button over a window's client area.
+constexpr bool IsButtonMessage(UINT message) {
+    return message >= WM_LBUTTONDOWN && message <= WM_MBUTTONDBLCLK;
 }
 
 // A press of the left, right or middle button, the second one of a double click included.

@@ -1,5 +1,6 @@
 #include "navigation/gesture_moves.h"
 
+#include "input/screen.h"
 #include "navigation/gesture_state.h"
 #include "navigation/modifier_cursor.h"
 #include "navigation/zoom_drag.h"
@@ -16,9 +17,7 @@ ZoomWindow ZoomedWindow() {
 }
 
 ZoomStep AdvanceZoom(POINT cursor) {
-    const ScreenPoint screen = {GetSystemMetrics(SM_CXVIRTUALSCREEN),
-                                GetSystemMetrics(SM_CYVIRTUALSCREEN)};
-    return MoveZoomDrag({static_cast<int>(cursor.x), static_cast<int>(cursor.y)}, screen,
+    return MoveZoomDrag({static_cast<int>(cursor.x), static_cast<int>(cursor.y)}, ScreenSize(),
                         ZoomedWindow());
 }
 
@@ -31,45 +30,48 @@ WPARAM ZoomDragKeys() {
     return g_settings.slowZooming ? MK_LBUTTON : kFastDrag;
 }
 
-Answer MoveZoom(const MouseEvent& event) {
+Answer MoveZoom(const MouseMessage& move) {
     // The real cursor: a move that was queued before the cursor was put elsewhere still names the
     // old place.
-    POINT cursor = event.screen;
+    POINT cursor = move.screen;
     GetCursorPos(&cursor);
     switch (AdvanceZoom(cursor)) {
         case ZoomStep::kPass: return Answer::kPassed;
         case ZoomStep::kSwallow: break;
         case ZoomStep::kSetCursor: SetCursorPos(g_zoomLast.x, g_zoomLast.y); break;
         case ZoomStep::kRestartEditor:
-            SendMouse(event, WM_MBUTTONUP, 0);
-            SendMouse(event.window, WM_MBUTTONDOWN, kEditorZoomDrag, VirtualPointIn(event.window));
+            SendMouse(move.window, WM_MBUTTONUP, 0, ToClient(move.window, move.screen));
+            SendMouse(move.window, WM_MBUTTONDOWN, kEditorZoomDrag, VirtualPointIn(move.window));
             break;
         case ZoomStep::kSendMove:
-            SendMouse(event.window, WM_MOUSEMOVE, ZoomDragKeys(), VirtualPointIn(event.window));
+            SendMouse(move.window, WM_MOUSEMOVE, ZoomDragKeys(), VirtualPointIn(move.window));
             break;
     }
     return Answer::kConsumed;
 }
 
+void ShowGestureCursor() {
+    if (HCURSOR cursor = ChooseGestureCursor()) SetCursor(cursor);
+}
+
 }  // namespace
 
-Answer MoveGesture(const MouseEvent& event) {
-    HCURSOR cursor = ChooseModifierCursor();
+Answer MoveGesture(const MouseMessage& move) {
     if (g_orbitActive) {
-        if (cursor) SetCursor(cursor);
+        ShowGestureCursor();
         return Answer::kPassed;
     }
     if (g_panActive && g_navKind == kWindowViewport) {
-        SendMouse(event, WM_MOUSEMOVE, kFastDrag);
+        SendMouse(move.window, WM_MOUSEMOVE, kFastDrag, ToClient(move.window, move.screen));
         return Answer::kConsumed;
     }
     if (g_panActive && IsEditorKind(g_navKind)) return Answer::kPassed;
     // A pan that began elsewhere drags nothing once a press in a locked view was refused; only a
     // zoom that runs beside it goes on.
     if (g_navLocked && !(g_panActive && g_zoomActive)) {
-        if (cursor) SetCursor(cursor);
+        ShowGestureCursor();
         return Answer::kConsumed;
     }
-    const Answer zoomed = g_zoomActive ? MoveZoom(event) : Answer::kPassed;
+    const Answer zoomed = g_zoomActive ? MoveZoom(move) : Answer::kPassed;
     return g_navLocked ? Answer::kConsumed : zoomed;
 }

@@ -4,4 +4,4 @@
 #include "input/mouse_event.h"
 
 // A move while IsGestureActive.
-Answer MoveGesture(const MouseEvent& event);
+Answer MoveGesture(const MouseMessage& move);

@@ -1,6 +1,7 @@
 #include "navigation/gestures.h"
 
 #include "host/host.h"
+#include "input/screen.h"
 #include "navigation/gesture_state.h"
 #include "navigation/held_alt.h"
 #include "navigation/view_drag.h"
@@ -37,6 +38,7 @@ void RestartEditorDrag(const MouseEvent& event, WPARAM keys) {
 
 void BeginZoomState() {
     g_zoomActive = 1;
+    ForgetScreenSize();
     ResetZoomDrag();
 }
 

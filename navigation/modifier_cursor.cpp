@@ -8,24 +8,37 @@
 
 namespace {
 
-// Resource id of the cursor, 0 for none; the first line that holds decides.
-int ChooseCursorId() {
+// Resource ids of cursors, 0 for none; the first line that holds decides.
+int CursorOfGesture() {
+    if (g_orbitActive) return IDC_CURSOR_ORBIT;
+    if (g_zoomActive) return IDC_CURSOR_ZOOM;
+    if (g_panActive) return IDC_CURSOR_PAN;
+    return g_navLocked ? IDC_CURSOR_REFUSED : 0;
+}
+
+int CursorOfModifiers() {
     const bool alt = IsAltDown();
     const bool shift = !alt && IsShiftDown();
     const bool ctrl = !alt && IsCtrlDown();
     if (g_selCtrlShift || (shift && ctrl)) return IDC_CURSOR_SELECT_CONTROL_SHIFT;
     if (g_selShift || shift) return IDC_CURSOR_SELECT_SHIFT;
     if (g_selCtrl || ctrl) return IDC_CURSOR_SELECT_CONTROL;
-    if (g_orbitActive) return IDC_CURSOR_ORBIT;
-    if (g_zoomActive) return IDC_CURSOR_ZOOM;
-    if (g_panActive) return IDC_CURSOR_PAN;
-    if (g_navLocked) return IDC_CURSOR_REFUSED;
-    return 0;
+    return CursorOfGesture();
+}
+
+HCURSOR Load(int id) {
+    return id ? LoadModuleCursor(id) : nullptr;
 }
 
 }  // namespace
 
 HCURSOR ChooseModifierCursor() {
-    const int id = ChooseCursorId();
-    return id ? LoadModuleCursor(id) : nullptr;
+    return Load(CursorOfModifiers());
+}
+
+// Alt only hides the other two keys, so without them it need not be asked, which costs most while
+// it is down.
+HCURSOR ChooseGestureCursor() {
+    const bool is_plain = !IsClickEmulated() && !MayShiftOrCtrlMatter();
+    return Load(is_plain ? CursorOfGesture() : CursorOfModifiers());
 }

@@ -6,7 +6,6 @@
 #include "input/keys.h"
 #include "script/poly_tools.h"
 
-// The middle button is being replayed.
 int g_sculptRedirect = 0;
 
 namespace {

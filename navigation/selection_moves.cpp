@@ -24,18 +24,20 @@ WPARAM SelectingMoveKeys() {
     WPARAM keys = IsClickEmulated() ? MK_LBUTTON : 0;
     // Deliberate: the whole answer counts, not its sign, so a key pressed and released since the
     // last question counts too.
-    if (GetAsyncKeyState(VK_CONTROL)) keys |= MK_CONTROL;
-    if (GetAsyncKeyState(VK_SHIFT)) keys |= MK_SHIFT;
+    if (CtrlState()) keys |= MK_CONTROL;
+    if (ShiftState()) keys |= MK_SHIFT;
     return keys;
 }
 
 }  // namespace
 
+bool MayMoveSelect(UINT hit_test) {
+    if (hit_test == HTMENU || !g_settings.customSelectionCursors) return false;
+    return IsClickEmulated() || MayModifiersMatter();
+}
+
 Answer EmulateSelectingMove(const MouseEvent& event) {
-    if (event.hit_test == HTMENU || !g_settings.customSelectionCursors ||
-        GetAsyncKeyState(VK_RBUTTON) < 0) {
-        return Answer::kNotMine;
-    }
+    if (GetAsyncKeyState(VK_RBUTTON) < 0) return Answer::kNotMine;
     HCURSOR cursor = ChooseModifierCursor();
     if (!cursor && !IsAltDown()) return Answer::kNotMine;
     if (LeavesShiftToHost(event.kind) || !MayEmulate()) return Answer::kNotMine;

@@ -4,4 +4,7 @@
 
 #include "input/mouse_event.h"
 
+// Whether a move with this hit-test code may be one, whatever it is over.
+bool MayMoveSelect(UINT hit_test);
+
 Answer EmulateSelectingMove(const MouseEvent& event);

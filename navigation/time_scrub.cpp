@@ -2,7 +2,7 @@
 
 #include "assists/isolated_playback.h"
 #include "host/host.h"
-#include "input/screen_point.h"
+#include "input/screen.h"
 #include "resources/module.h"
 #include "resources/resource_ids.h"
 
@@ -21,11 +21,19 @@ int g_savedIsolatedPlayback = 0;
 
 namespace {
 
+// Found last: the host's main window may have thousands of windows, the slider has a few.
+HWND g_slider = nullptr;
+
+HWND ThumbOf(HWND slider) {
+    return slider ? FindWindowExA(slider, nullptr, "TimeSliderThumb", nullptr) : nullptr;
+}
+
 HWND FindThumb() {
+    if (HWND thumb = ThumbOf(g_slider)) return thumb;
     HWND main_window = host::MainWindow();
     if (!main_window) return nullptr;
-    HWND slider = FindWindowExA(main_window, nullptr, "TimeSlider", nullptr);
-    return slider ? FindWindowExA(slider, nullptr, "TimeSliderThumb", nullptr) : nullptr;
+    g_slider = FindWindowExA(main_window, nullptr, "TimeSlider", nullptr);
+    return ThumbOf(g_slider);
 }
 
 void ShowScrubCursor() {
@@ -35,7 +43,7 @@ void ShowScrubCursor() {
 // At an edge of the screen the cursor is put to the other one; the move that this causes only tells
 // where it is now.
 bool WrapAtEdge(POINT cursor) {
-    const int width = GetSystemMetrics(SM_CXVIRTUALSCREEN);
+    const int width = ScreenSize().x;
     if (cursor.x <= kScreenMargin) {
         g_scrubWrapped = 1;
         SetCursorPos(width - kScreenMargin - 1, cursor.y);
@@ -69,15 +77,16 @@ bool IsDragMessage(UINT message) {
            message == WM_MBUTTONUP;
 }
 
-bool StartDrag(const MouseEvent& event) {
-    if (g_scrubState == kScrubOff || !IsButtonPress(event.message)) return false;
+bool StartDrag(const MouseMessage& message) {
+    if (g_scrubState == kScrubOff || !IsButtonPress(message.message)) return false;
     HWND thumb = FindThumb();
     if (!thumb) return false;
     g_thumbPos = CentreOf(thumb);
-    g_scrubLast = event.screen;
+    g_scrubLast = message.screen;
     g_scrubState = kScrubDragging;
+    ForgetScreenSize();
     const POINT point = ToClient(thumb, g_thumbPos);
-    switch (PressOf(event.message)) {
+    switch (PressOf(message.message)) {
         case WM_RBUTTONDOWN:
             g_savedIsolatedPlayback = g_isolatedPlayback;
             g_isolatedPlayback = 0;
@@ -92,16 +101,16 @@ bool StartDrag(const MouseEvent& event) {
     }
 }
 
-bool DragThumb(const MouseEvent& event) {
-    if (g_scrubState < kScrubDragging || !IsDragMessage(event.message)) return false;
+bool DragThumb(const MouseMessage& message) {
+    if (g_scrubState < kScrubDragging || !IsDragMessage(message.message)) return false;
     HWND thumb = FindThumb();
     if (!thumb) return false;
-    if (WrapAtEdge(event.screen)) return true;
+    if (WrapAtEdge(message.screen)) return true;
 
-    g_thumbPos.x += event.screen.x - g_scrubLast.x;
-    g_scrubLast = event.screen;
+    g_thumbPos.x += message.screen.x - g_scrubLast.x;
+    g_scrubLast = message.screen;
     const POINT point = ToClient(thumb, g_thumbPos);
-    switch (event.message) {
+    switch (message.message) {
         case WM_MOUSEMOVE:
             SendMouse(thumb, WM_MOUSEMOVE, MK_LBUTTON, point);
             ShowScrubCursor();
@@ -121,9 +130,9 @@ bool DragThumb(const MouseEvent& event) {
 }
 
 // The key is held, no button is.
-bool Hover(const MouseEvent& event) {
-    if (g_scrubState != kScrubArmed || event.message != WM_MOUSEMOVE) return false;
-    SendMouse(event, WM_MOUSEMOVE, 0);
+bool Hover(const MouseMessage& message) {
+    if (g_scrubState != kScrubArmed || message.message != WM_MOUSEMOVE) return false;
+    SendMouse(message.window, WM_MOUSEMOVE, 0, ToClient(message.window, message.screen));
     ShowScrubCursor();
     return true;
 }
@@ -145,7 +154,7 @@ void ReleaseTimeScrub() {
     ShowArrowCursor();
 }
 
-Answer ScrubTime(const MouseEvent& event) {
-    const bool taken = DragThumb(event) || StartDrag(event) || Hover(event);
+Answer ScrubTime(const MouseMessage& message) {
+    const bool taken = DragThumb(message) || StartDrag(message) || Hover(message);
     return taken ? Answer::kConsumed : Answer::kNotMine;
 }

@@ -13,4 +13,4 @@ void ReleaseTimeScrub();
 
 // Starts the drag, moves and ends it, shows the cursor of the held key. A host that shows no time
 // slider cannot be scrubbed.
-Answer ScrubTime(const MouseEvent& event);
+Answer ScrubTime(const MouseMessage& message);

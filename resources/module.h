@@ -10,7 +10,8 @@ extern HINSTANCE g_module;
 // stands in one shared buffer: the next call overwrites it.
 char* LoadText(int id);
 
-// A cursor of this module's resources; null when it cannot be loaded.
+// A cursor of this module's resources, loaded when it is first wanted and kept; null when it cannot
+// be loaded, which is tried again the next time.
 HCURSOR LoadModuleCursor(int id);
 
 // Shows the system's arrow.

@@ -45,7 +45,7 @@ ICONS = [
     ("application", 137, "application"),
     ("options_window", 503, "options window"),
 ]
-ICON_SIZES = (16, 24, 32, 48)
+ICON_SIZES = (16, 24, 32)
 
 # The welcome window gives its picture 225 x 236 dialog units, 338 x 384 pixels in the dialog font
 # at 96 dots an inch; two pixels of frame on every side come off.
@@ -327,7 +327,7 @@ def sheet_cursors(sheet, output, top):
 
 
 def sheet_icons(sheet, output, left, top):
-    sheet.text(left, top, "Icons (16, 24, 32, 48)", 13, weight="bold")
+    sheet.text(left, top, "Icons (16, 24, 32)", 13, weight="bold")
     for index, (name, number, caption) in enumerate(ICONS):
         y = top + 12 + index * 140
         for row, background in enumerate((LIGHT_VIEW, DARK_VIEW)):

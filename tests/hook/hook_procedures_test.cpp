@@ -37,6 +37,9 @@ WindowKind g_kind = kWindowViewport;
 Answer g_redirect = Answer::kNotMine;
 WindowKind g_kind_after_redirect = kWindowViewport;
 Answer g_press = Answer::kNotMine;
+bool g_scrub_on = false;
+bool g_may_move_select = true;
+bool g_shift = false;
 bool g_alt = false;
 
 struct PassedOn {
@@ -62,7 +65,8 @@ LRESULT WINAPI PlayedCallNextHook(HHOOK hook, int code, WPARAM first, LPARAM sec
 }
 
 SHORT WINAPI PlayedKeyState(int key) {
-    return g_alt && key == VK_MENU ? static_cast<SHORT>(0x8000) : SHORT{0};
+    const bool down = (g_alt && key == VK_MENU) || (g_shift && key == VK_SHIFT);
+    return down ? static_cast<SHORT>(0x8000) : SHORT{0};
 }
 
 BOOL WINAPI PlayedScreenToClient(HWND window, POINT* point) {
@@ -91,10 +95,13 @@ PluginSettings g_settings;
 int g_heldSnapSticky = 0;
 int g_selectionLockRequests = 0;
 
-WindowKind ClassifyWindow(HWND) {
+WindowKind ClassifyWindow(HWND window) {
+    EXPECT_EQ(window, kWindow);
+    g_asked.push_back("kind");
     return g_kind;
 }
 int g_quickXform = 0;
+int g_sculptRedirect = 0;
 
 Answer RedirectToSculpt(MouseEvent& event) {
     g_asked.push_back("redirect");
@@ -102,36 +109,49 @@ Answer RedirectToSculpt(MouseEvent& event) {
     event.kind = g_kind_after_redirect;
     return g_redirect;
 }
-Answer ScrubTime(const MouseEvent& event) {
-    EXPECT_EQ(event.screen.x, 30);
-    EXPECT_EQ(event.screen.y, 40);
+void ExpectTheMessage(const MouseMessage& message) {
+    EXPECT_EQ(message.screen.x, 30);
+    EXPECT_EQ(message.screen.y, 40);
+    EXPECT_EQ(message.hit_test, 5u);
+    EXPECT_EQ(message.window, kWindow);
+}
+void ExpectTheEvent(const MouseEvent& event) {
+    ExpectTheMessage(event);
     EXPECT_EQ(event.client.x, 3);
     EXPECT_EQ(event.client.y, 4);
-    EXPECT_EQ(event.hit_test, 5u);
-    EXPECT_EQ(event.window, kWindow);
+}
+Answer ScrubTime(const MouseMessage& message) {
+    ExpectTheMessage(message);
     return Takes("scrub");
 }
 bool IsTimeScrubOn() {
-    return false;
+    return g_scrub_on;
+}
+bool MayMoveSelect(UINT hit_test) {
+    EXPECT_EQ(hit_test, 5u);
+    return g_may_move_select;
 }
 void ReleaseTimeScrub() {}
 Answer ApplyPressRules(const MouseEvent&) {
     g_asked.push_back("press rules");
     return g_press;
 }
-Answer QuickTransform(const MouseEvent&) {
+Answer QuickTransform(const MouseEvent& event) {
+    ExpectTheEvent(event);
     return Takes("quick transform");
 }
 Answer ApplyReleaseRules(const MouseEvent&) {
     return Takes("release rules");
 }
-Answer MoveGesture(const MouseEvent&) {
+Answer MoveGesture(const MouseMessage& move) {
+    ExpectTheMessage(move);
     return Takes("gesture move");
 }
 Answer EmulateSelectingClick(const MouseEvent&) {
     return Takes("click");
 }
-Answer EmulateSelectingMove(const MouseEvent&) {
+Answer EmulateSelectingMove(const MouseEvent& event) {
+    ExpectTheEvent(event);
     return Takes("move");
 }
 void SetSelectionLock(bool, int, bool) {}
@@ -169,6 +189,10 @@ protected:
         g_redirect = Answer::kNotMine;
         g_press = Answer::kNotMine;
         g_alt = false;
+        g_shift = false;
+        g_scrub_on = false;
+        g_may_move_select = true;
+        g_sculptRedirect = 0;
         g_settings = {};
         g_settings.useMayaStyle = 1;
         g_heldSnapSticky = 0;
@@ -212,35 +236,83 @@ private:
     LRESULT answer_ = 0;
 };
 
-const Names kAll = {"redirect", "scrub", "quick transform", "release rules", "click"};
+const Names kAll = {"kind", "redirect", "scrub", "quick transform", "release rules", "click"};
 const Names kAllButSelection(kAll.begin(), kAll.end() - 1);
 
 TEST_F(HookProcedures, EveryUseIsAskedInOrderUntilOneTakesTheMessage) {
     EXPECT_EQ(Asked(WM_LBUTTONUP), kAll);
     EXPECT_FALSE(Swallowed());
-    for (size_t i = 1; i < kAll.size(); ++i) {
+    for (size_t i = 2; i < kAll.size(); ++i) {
         g_taker = kAll[i];
         EXPECT_EQ(Asked(WM_LBUTTONUP), Names(kAll.begin(), kAll.begin() + static_cast<int>(i) + 1));
         EXPECT_TRUE(Swallowed()) << g_taker;
     }
 }
 
+// Only presses and releases over client areas and moves have a meaning.
+TEST_F(HookProcedures, OtherMessagesArePassedOnUnasked) {
+    g_alt = true;
+    for (const UINT message : {UINT{WM_NCMOUSEMOVE}, UINT{WM_NCLBUTTONDOWN}, UINT{WM_NCMBUTTONUP},
+                               UINT{WM_MOUSEWHEEL}, UINT{WM_XBUTTONDOWN}, UINT{0x20E}}) {
+        EXPECT_EQ(Asked(message), Names{}) << message;
+        EXPECT_FALSE(Swallowed());
+    }
+}
+
 TEST_F(HookProcedures, MovesSelectInTheirOwnWay) {
-    Names moves = kAllButSelection;
-    moves.push_back("move");
-    EXPECT_EQ(Asked(WM_MOUSEMOVE), moves);
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), (Names{"kind", "move"}));
     EXPECT_FALSE(Swallowed());
     g_taker = "move";
-    EXPECT_EQ(Asked(WM_MOUSEMOVE), moves);
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), (Names{"kind", "move"}));
+    EXPECT_TRUE(Swallowed());
+    for (const WindowKind kind : {kWindowOther, kWindowSchematicGraph}) {
+        g_kind = kind;
+        EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{"kind"});
+        EXPECT_FALSE(Swallowed());
+    }
+    g_may_move_select = false;
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{});
+}
+
+TEST_F(HookProcedures, AMoveInABrushStrokeIsPassedOnUnasked) {
+    g_sculptRedirect = 1;
+    g_scrub_on = true;
+    g_orbitActive = 1;
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{});
+    EXPECT_FALSE(Swallowed());
+}
+
+TEST_F(HookProcedures, AMoveIsAScrubsBeforeItIsAnybodyElses) {
+    g_scrub_on = true;
+    g_taker = "scrub";
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{"scrub"});
+    EXPECT_TRUE(Swallowed());
+    // A host without a time slider.
+    g_taker = "";
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), (Names{"scrub", "kind", "move"}));
+    g_orbitActive = 1;
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), (Names{"scrub", "gesture move"}));
+}
+
+TEST_F(HookProcedures, AMoveInAQuickTransformMattersWithShiftAlone) {
+    g_quickXform = 1;
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{});
+    g_shift = true;
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), (Names{"kind", "quick transform"}));
+    EXPECT_FALSE(Swallowed());
+    g_navLocked = 1;
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), (Names{"kind", "quick transform", "gesture move"}));
+    g_taker = "quick transform";
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), (Names{"kind", "quick transform"}));
     EXPECT_TRUE(Swallowed());
 }
 
 TEST_F(HookProcedures, TheRedirectAnswersForGood) {
     g_redirect = Answer::kConsumed;
-    EXPECT_EQ(Asked(WM_MBUTTONDOWN), Names{"redirect"});
+    EXPECT_EQ(Asked(WM_MBUTTONDOWN), (Names{"kind", "redirect"}));
     EXPECT_TRUE(Swallowed());
     g_redirect = Answer::kPassed;
-    EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{"redirect"});
+    EXPECT_EQ(Asked(WM_LBUTTONDOWN), (Names{"kind", "redirect"}));
     EXPECT_FALSE(Swallowed());
 }
 
@@ -253,15 +325,15 @@ TEST_F(HookProcedures, AViewThatAScriptChangedHasItsNewKind) {
 TEST_F(HookProcedures, PressesWithAltAskTheRulesFirst) {
     g_alt = true;
     Names with_rules = kAll;
-    with_rules.insert(with_rules.begin() + 2, "press rules");
+    with_rules.insert(with_rules.begin() + 3, "press rules");
     EXPECT_EQ(Asked(WM_RBUTTONDOWN), with_rules);
     g_press = Answer::kConsumed;
-    EXPECT_EQ(Asked(WM_RBUTTONDOWN), Names(with_rules.begin(), with_rules.begin() + 3));
+    EXPECT_EQ(Asked(WM_RBUTTONDOWN), Names(with_rules.begin(), with_rules.begin() + 4));
     EXPECT_TRUE(Swallowed());
     // A handler that declined is followed by the release rules at once.
     g_press = Answer::kPassed;
     EXPECT_EQ(Asked(WM_RBUTTONDOWN),
-              (Names{"redirect", "scrub", "press rules", "release rules", "click"}));
+              (Names{"kind", "redirect", "scrub", "press rules", "release rules", "click"}));
     EXPECT_FALSE(Swallowed());
     EXPECT_EQ(Asked(WM_RBUTTONUP), kAll);
     g_kind = kWindowOther;
@@ -275,13 +347,16 @@ TEST_F(HookProcedures, AQuickTransformShutsTheRulesAndTheSelection) {
 }
 
 TEST_F(HookProcedures, MovesOfAGestureGoToTheGestureAlone) {
+    for (int* const running : {&g_orbitActive, &g_zoomActive, &g_panActive, &g_navLocked}) {
+        *running = 1;
+        g_taker.clear();
+        EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{"gesture move"});
+        EXPECT_FALSE(Swallowed());
+        *running = 0;
+    }
     g_navLocked = 1;
-    Names moves = kAllButSelection;
-    moves.push_back("gesture move");
-    EXPECT_EQ(Asked(WM_MOUSEMOVE), moves);
-    EXPECT_FALSE(Swallowed());
     g_taker = "gesture move";
-    EXPECT_EQ(Asked(WM_MOUSEMOVE), moves);
+    EXPECT_EQ(Asked(WM_MOUSEMOVE), Names{"gesture move"});
     EXPECT_TRUE(Swallowed());
 }
 
@@ -300,7 +375,7 @@ TEST_F(HookProcedures, NoSelectionDuringOrbitZoomAndPanNorInTheSchematicView) {
 TEST_F(HookProcedures, TheHookCodeIsNotLookedAt) {
     for (const int code : {-1, HC_ACTION, HC_NOREMOVE}) {
         g_taker = "scrub";
-        EXPECT_EQ(Asked(WM_MOUSEMOVE, code), (Names{"redirect", "scrub"})) << code;
+        EXPECT_EQ(Asked(WM_LBUTTONUP, code), (Names{"kind", "redirect", "scrub"})) << code;
         EXPECT_TRUE(Swallowed()) << code;
 
         g_heldSnapSticky = 2;

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@
 #include "tests/hook/plugin_state.h"
 #include "navigation/selection_clicks.h"
 #include "hooks/viewport_focus.h"
+#include "host/toolbar_controls.h"
 #include "host/window_kind.h"
 #include "script/poly_tools.h"
 #include "hooks/arrow_key_filter.h"
@@ -268,7 +270,7 @@ TEST_F(HostWindows, TheTrackBarComesBeforeTheViews) {
 }
 
 MouseEvent PressIn(HWND window) {
-    return {WM_RBUTTONDOWN, window, {}, {}, HTCLIENT, kWindowViewport};
+    return {{WM_RBUTTONDOWN, window, {}, HTCLIENT}, {}, kWindowViewport};
 }
 
 TEST_F(HostWindows, ABrushIsLookedForInItsPanelOnly) {
@@ -476,12 +478,53 @@ TEST_F(HostWindows, TheFilterKeeps32BitsOfTheEarlierProcedure) {
 TEST_F(HostWindows, MovesOverAnOpenMenuAreTheHosts) {
     const HWND view = MakeView(Make("ViewPanel"));
     g_settings.customSelectionCursors = 1;
-    MouseEvent event = {WM_MOUSEMOVE, view, {20, 30}, {20, 30}, HTMENU, kWindowViewport};
-    EXPECT_EQ(EmulateSelectingMove(event), Answer::kNotMine);
-    EXPECT_TRUE(g_messages.empty());
-    event.hit_test = HTCLIENT;
+    const MouseEvent event = {{WM_MOUSEMOVE, view, {20, 30}, HTCLIENT}, {20, 30}, kWindowViewport};
+    g_selCtrl = 1;  // a click is replayed, so every move matters but these
+    EXPECT_FALSE(MayMoveSelect(HTMENU));
+    EXPECT_TRUE(MayMoveSelect(HTCLIENT));
+    g_selCtrl = 0;
     EXPECT_EQ(EmulateSelectingMove(event), Answer::kConsumed);
     EXPECT_EQ(g_messages, (std::vector<Message>{{view, WM_MOUSEMOVE, 0, MAKELPARAM(20, 30)}}));
+}
+
+// What a search for one control finds, as the system and the search's own rules have it.
+HWND FoundAlone(int id) {
+    HWND found = nullptr;
+    g_searchCtrlId = id;
+    EnumChildWindows(g_main_window, FindButtonByIdAndText, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+// The one pass over thousands of windows finds what four searches find, wherever controls of one
+// number stand: beside each other, within each other, in the main window itself.
+TEST_F(HostWindows, OnePassFindsWhatFourSearchesFind) {
+    constexpr int kIds[] = {59231, 40074, 50021, 50016};
+    std::mt19937 random(20121);
+    const auto up_to = [&random](size_t limit) { return random() % limit; };
+    for (int tree = 0; tree < 40; ++tree) {
+        SCOPED_TRACE(tree);
+        g_main_window = Make("Main");
+        g_searchText[0] = '\0';
+        std::vector<HWND> windows = {g_main_window};
+        for (int i = 0; i < 40; ++i) {
+            const int id = up_to(3) == 0 ? kIds[up_to(4)] : 100 + i;
+            windows.push_back(
+                Make("Part", windows[up_to(windows.size())], id, up_to(2) ? "Lock" : "Free"));
+        }
+        for (const char* text : {"", "Lock"}) {
+            lstrcpynA(g_searchText, text, static_cast<int>(sizeof g_searchText));
+            std::vector<HWND> alone;
+            for (int id : kIds)
+                alone.push_back(FoundAlone(id));
+            g_searchCtrlId = 0;
+            FindToolbarControls();
+            EXPECT_EQ((std::vector<HWND>{g_lockButton, g_angleSnapButton, g_button50021,
+                                         g_zoomExtentsButton}),
+                      alone);
+            EXPECT_EQ(g_searchCtrlId, 50016);
+        }
+        g_searchText[0] = '\0';
+    }
 }
 
 }  // namespace

@@ -17,6 +17,8 @@
 #include "host/host.h"
 #include "host/window_kind.h"
 #include "input/input_records.h"
+#include "input/keys.h"
+#include "input/screen.h"
 #include "navigation/gesture_moves.h"
 #include "navigation/gesture_state.h"
 #include "navigation/modifier_cursor.h"
@@ -43,6 +45,10 @@ std::map<int, SHORT> g_message_keys;
 std::vector<int> g_asked_keys;
 POINT g_cursor = {};
 int g_cursor_questions = 0;
+int g_screen_width = 1600;
+int g_metrics_questions = 0;
+bool g_has_slider = true;
+int g_slider_searches = 0;
 int g_mode = host::kModeMove;
 int g_lock_requests_before = 0;
 std::map<int, bool> g_checked_actions;
@@ -178,7 +184,8 @@ BOOL WINAPI PlayedSetCursorPos(int x, int y) {
 }
 
 int WINAPI PlayedMetrics(int index) {
-    return index == SM_CXVIRTUALSCREEN ? 1600 : index == SM_CYVIRTUALSCREEN ? 1200 : 0;
+    ++g_metrics_questions;
+    return index == SM_CXVIRTUALSCREEN ? g_screen_width : index == SM_CYVIRTUALSCREEN ? 1200 : 0;
 }
 
 BOOL WINAPI PlayedScreenToClient(HWND, POINT*) {
@@ -201,7 +208,11 @@ void WINAPI PlayedSleep(DWORD milliseconds) {
 
 HWND WINAPI PlayedFindWindow(HWND parent, HWND, LPCSTR class_name, LPCSTR title) {
     if (title) return std::string(title) == "VertexPaint" ? kPanel : nullptr;
-    if (parent == kMain && std::string(class_name) == "TimeSlider") return kSlider;
+    if (parent == kMain && std::string(class_name) == "TimeSlider") {
+        ++g_slider_searches;
+        return g_has_slider ? kSlider : nullptr;
+    }
+    if (!g_has_slider) return nullptr;
     return parent == kSlider && std::string(class_name) == "TimeSliderThumb" ? kThumb : nullptr;
 }
 
@@ -286,6 +297,9 @@ HCURSOR LoadModuleCursor(int) {
 HCURSOR ChooseModifierCursor() {
     return g_modifier_cursor;
 }
+HCURSOR ChooseGestureCursor() {
+    return g_modifier_cursor;
+}
 WindowKind ClassifyWindow(HWND) {
     return g_kind_under_cursor;
 }
@@ -364,6 +378,10 @@ protected:
         g_asked_keys.clear();
         g_cursor = {};
         g_cursor_questions = 0;
+        g_screen_width = 1600;
+        g_metrics_questions = 0;
+        ForgetScreenSize();
+        g_has_slider = true;
         g_mode = host::kModeMove;
         g_lock_requests_before = 0;
         g_checked_actions.clear();
@@ -392,14 +410,15 @@ protected:
     }
 
     static MouseEvent Event(UINT message, POINT screen = {500, 400}) {
-        return {message, kView, screen, screen, HTCLIENT, kWindowViewport};
+        return {{message, kView, screen, HTCLIENT}, screen, kWindowViewport};
     }
     static MouseEvent EventIn(WindowKind kind, UINT message) {
         MouseEvent event = Event(message);
         event.kind = kind;
         return event;
     }
-    static bool Takes(Answer (*use)(const MouseEvent&), const MouseEvent& event) {
+    template <typename Message>
+    static bool Takes(Answer (*use)(const Message&), const MouseEvent& event) {
         const Answer answer = use(event);
         EXPECT_NE(answer, Answer::kPassed);
         return answer == Answer::kConsumed;
@@ -686,6 +705,92 @@ TEST_F(PlayedInput, AKeyReleasedDuringAScrubIsKeptInMindOnce) {
         EXPECT_EQ(KeyboardProc(HC_ACTION, 'Q', static_cast<LPARAM>(0x80000000)), 1);
         EXPECT_EQ(g_scrubState, release.after) << "released in state " << release.before;
     }
+}
+
+// The slider lies among all windows of the main window, the thumb among few.
+TEST_F(PlayedInput, TheSliderIsLookedForAgainOnlyWhenItIsGone) {
+    g_scrubState = kScrubArmed;
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_LBUTTONDOWN)));
+    g_slider_searches = 0;
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MOUSEMOVE)));
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MOUSEMOVE)));
+    EXPECT_EQ(g_slider_searches, 0);
+    g_has_slider = false;
+    EXPECT_FALSE(Takes(ScrubTime, Event(WM_MOUSEMOVE)));
+    EXPECT_EQ(g_slider_searches, 1);
+    g_has_slider = true;
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MOUSEMOVE)));
+    EXPECT_EQ(g_slider_searches, 2);
+}
+
+TEST_F(PlayedInput, TheScreenIsAskedOnceADrag) {
+    g_scrubState = kScrubArmed;
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_LBUTTONDOWN)));
+    g_metrics_questions = 0;
+    for (int x : {510, 520, 530})
+        EXPECT_TRUE(Takes(ScrubTime, Event(WM_MOUSEMOVE, {x, 400})));
+    EXPECT_EQ(g_metrics_questions, 2);  // width and height
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_LBUTTONUP)));
+    Taken();
+
+    g_screen_width = 1000;
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_LBUTTONDOWN)));
+    Taken();
+    EXPECT_TRUE(Takes(ScrubTime, Event(WM_MOUSEMOVE, {991, 400})));
+    EXPECT_EQ(Taken(), Lines{"cursor to 10,400 [dragging]"});
+}
+
+TEST_F(PlayedInput, AnUnknownScreenIsAskedAgain) {
+    g_screen_width = 0;
+    EXPECT_EQ(ScreenSize(), (ScreenPoint{0, 1200}));
+    g_screen_width = 1600;
+    EXPECT_EQ(ScreenSize(), (ScreenPoint{1600, 1200}));
+    g_screen_width = 1000;
+    EXPECT_EQ(ScreenSize(), (ScreenPoint{1600, 1200}));
+    ForgetScreenSize();
+    EXPECT_EQ(ScreenSize(), (ScreenPoint{1000, 1200}));
+}
+
+// The system tells of a press since the last question once. What a plain move sees of it is still
+// told to the next one who asks on purpose.
+TEST_F(PlayedInput, ALookLeavesAPressToTheNextQuestion) {
+    struct Key {
+        int key;
+        SHORT (*state)();
+    };
+    for (const Key& key : {Key{VK_CONTROL, CtrlState}, Key{VK_SHIFT, ShiftState}}) {
+        EXPECT_FALSE(MayModifiersMatter());
+        g_keys[key.key] = kPressedSinceLastAsked;
+        EXPECT_TRUE(MayModifiersMatter());
+        g_keys[key.key] = 0;
+        EXPECT_TRUE(MayModifiersMatter()) << "nobody has asked yet";
+        EXPECT_EQ(key.state(), kPressedSinceLastAsked);
+        EXPECT_EQ(key.state(), 0);
+        EXPECT_FALSE(MayModifiersMatter());
+        g_keys[key.key] = kDown;
+        EXPECT_TRUE(MayModifiersMatter());
+        EXPECT_EQ(key.state(), kDown);
+        g_keys[key.key] = 0;
+        EXPECT_FALSE(MayModifiersMatter());
+    }
+    g_keys[VK_MENU] = kDown;
+    EXPECT_TRUE(MayModifiersMatter());
+    EXPECT_FALSE(MayShiftMatter());
+}
+
+TEST_F(PlayedInput, APlainMoveAsksThreeKeysAndNothingElse) {
+    EXPECT_FALSE(MayMoveSelect(HTCLIENT));
+    EXPECT_EQ(g_asked_keys, (std::vector<int>{VK_CONTROL, VK_SHIFT, VK_MENU}));
+    g_asked_keys.clear();
+    EXPECT_FALSE(MayMoveSelect(HTMENU));
+    g_settings.customSelectionCursors = 0;
+    g_selShift = 1;
+    EXPECT_FALSE(MayMoveSelect(HTCLIENT));
+    EXPECT_EQ(g_asked_keys, std::vector<int>{});
+    // A replayed click is moved by every move.
+    g_settings.customSelectionCursors = 1;
+    EXPECT_TRUE(MayMoveSelect(HTCLIENT));
+    EXPECT_EQ(g_asked_keys, std::vector<int>{});
 }
 
 }  // namespace

@@ -40,6 +40,7 @@ Lines g_lines;
 HWND g_foreground = kForeground;
 HWND g_gone = nullptr;
 std::string g_title;
+bool g_cursors_load = true;
 
 // The script functions register themselves before any object of this file that has a constructor.
 struct Registered {
@@ -63,21 +64,30 @@ HHOOK WINAPI PlayedSetHook(int kind, HOOKPROC procedure, HINSTANCE module, DWORD
     return nullptr;
 }
 
-// Each control that is looked for is found, as the window of its number.
+std::string NameOf(HWND window) {
+    if (window == kMain) return "main";
+    if (window == kFrame) return "frame";
+    return window == kBar ? "bar" : "?";
+}
+
+// A search by the shared state finds its control at once, as the window of its number. Any other
+// search is shown windows in turn.
 BOOL WINAPI PlayedEnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM found) {
-    EXPECT_EQ(callback, FindButtonByIdAndText);
-    g_lines.push_back("look for " + std::to_string(g_searchCtrlId) + " in " +
-                      (parent == kMain    ? "main"
-                       : parent == kFrame ? "frame"
-                                          : "?") +
-                      (g_searchText[0] ? std::string(" by ") + g_searchText : ""));
+    g_lines.push_back("look in " + NameOf(parent));
+    if (callback != FindButtonByIdAndText) {
+        for (int id : {7, 40074, 59231, 50021, 8, 50016})
+            EXPECT_TRUE(callback(WindowNumber(id), found));
+        return TRUE;
+    }
+    g_lines.back() += " for " + std::to_string(g_searchCtrlId) +
+                      (g_searchText[0] ? std::string(" by ") + g_searchText : "");
     *reinterpret_cast<HWND*>(found) = WindowNumber(g_searchCtrlId);
     return TRUE;
 }
 
 HWND WINAPI PlayedParent(HWND window) {
-    if (window == WindowNumber(50016)) return kBar;
-    return window == kBar ? kFrame : nullptr;
+    if (window == kBar || window == WindowNumber(40074)) return kFrame;
+    return window == kFrame ? kMain : kBar;
 }
 
 // A window that has gone has no number any more.
@@ -103,6 +113,12 @@ int WINAPI PlayedLoadString(HINSTANCE module, UINT id, LPSTR text, int size) {
     return lstrlenA(text);
 }
 
+HCURSOR WINAPI PlayedLoadCursor(HINSTANCE module, LPCSTR name) {
+    EXPECT_EQ(module, g_module);
+    g_lines.push_back("cursor " + std::to_string(reinterpret_cast<INT_PTR>(name)));
+    return g_cursors_load ? reinterpret_cast<HCURSOR>(const_cast<char*>(name)) : nullptr;
+}
+
 BOOL WINAPI PlayedIsWindow(HWND) {
     return TRUE;
 }
@@ -125,6 +141,7 @@ void* __imp_GetDlgCtrlID = reinterpret_cast<void*>(PlayedCtrlId);
 void* __imp_GetForegroundWindow = reinterpret_cast<void*>(PlayedForeground);
 void* __imp_GetWindowTextA = reinterpret_cast<void*>(PlayedWindowText);
 void* __imp_LoadStringA = reinterpret_cast<void*>(PlayedLoadString);
+void* __imp_LoadCursorA = reinterpret_cast<void*>(PlayedLoadCursor);
 void* __imp_IsWindow = reinterpret_cast<void*>(PlayedIsWindow);
 }
 
@@ -149,6 +166,12 @@ LRESULT CALLBACK MouseHookProc(int, WPARAM, LPARAM) {
 KarvelMaxClassDesc& KarvelMaxDescriptor() {
     static char place[sizeof(KarvelMaxClassDesc)];
     return *reinterpret_cast<KarvelMaxClassDesc*>(place);
+}
+
+HWND FindItem(HWND window, int id) {
+    g_lines.push_back(std::to_string(id) + " in " + NameOf(window));
+    const bool is_there = window == (id == 40074 ? kFrame : kBar);
+    return is_there ? WindowNumber(id) : nullptr;
 }
 
 int g_hostRelease = 0;
@@ -238,11 +261,28 @@ TEST(Loading, TextsAreReadIntoOneBufferOf256) {
     EXPECT_EQ(Taken(), Lines{"text 99 in 256"});
 }
 
-TEST(Start, FourButtonsAreLookedForInTheirOrder) {
+TEST(Module, ACursorIsLoadedOnceItCanBe) {
+    Taken();
+    for (const int id : {110, 111, 112, 115, 117, 118, 120, 135}) {
+        const std::string line = "cursor " + std::to_string(id);
+        g_cursors_load = false;
+        EXPECT_EQ(LoadModuleCursor(id), nullptr);
+        g_cursors_load = true;
+        const auto cursor = reinterpret_cast<HCURSOR>(static_cast<INT_PTR>(id));
+        EXPECT_EQ(LoadModuleCursor(id), cursor);
+        EXPECT_EQ(LoadModuleCursor(id), cursor);
+        EXPECT_EQ(Taken(), (Lines{line, line}));
+    }
+    EXPECT_EQ(LoadModuleCursor(1), nullptr);
+    EXPECT_EQ(Taken(), Lines{});
+}
+
+TEST(Start, FourButtonsAreLookedForInOnePass) {
     Taken();
     FindToolbarControls();
-    EXPECT_EQ(Taken(), (Lines{"look for 59231 in main", "look for 40074 in main",
-                              "look for 50021 in main", "look for 50016 in main"}));
+    EXPECT_EQ(Taken(), (Lines{"look in main", "40074 in frame", "59231 in bar", "50021 in bar",
+                              "50016 in bar"}));
+    EXPECT_EQ(g_searchCtrlId, 50016);
     EXPECT_EQ(g_lockButton, WindowNumber(59231));
     EXPECT_EQ(g_angleSnapButton, WindowNumber(40074));
     EXPECT_EQ(g_button50021, WindowNumber(50021));
@@ -265,7 +305,7 @@ TEST(Toolbar, AButtonThatIsGoneIsLookedForByItsNumberAlone) {
         lstrcpynA(g_searchText, "Zoom", static_cast<int>(sizeof g_searchText));
         Taken();
         EXPECT_EQ(button.live(), WindowNumber(button.id));
-        EXPECT_EQ(Taken(), Lines{"look for " + std::to_string(button.id) + " in main"});
+        EXPECT_EQ(Taken(), Lines{"look in main for " + std::to_string(button.id)});
         EXPECT_EQ(button.kept, WindowNumber(button.id));
         EXPECT_EQ(g_searchCtrlId, 2);
         EXPECT_STREQ(g_searchText, "Zoom");
@@ -293,9 +333,9 @@ TEST(ScriptFunctions, TheFlyoutIsLookedForInItsFrame) {
     FindToolbarControls();
     Taken();
     EXPECT_TRUE(IsTrue(Call("kv_zoomExtents")));
-    EXPECT_EQ(Taken(), (Lines{"look for 50016 in frame", "flyout of 50016", "zoom extents"}));
+    EXPECT_EQ(Taken(), (Lines{"look in frame for 50016", "flyout of 50016", "zoom extents"}));
     EXPECT_TRUE(IsTrue(Call("kv_zoomExtents", 1)));
-    EXPECT_EQ(Taken(), (Lines{"look for 50016 in frame", "flyout of 50016", "choose 1"}));
+    EXPECT_EQ(Taken(), (Lines{"look in frame for 50016", "flyout of 50016", "choose 1"}));
 }
 
 }  // namespace
