@@ -1,5 +1,5 @@
 // The commands that a user can bind to a key, a toolbar button or a menu. The ids are stored in
-// users' files, so they never change; 9 is not used.
+// users' files, so they never change; 9 and 20 are not used.
 #pragma once
 
 enum CommandId : int {

@@ -74,6 +74,7 @@
 #define IDC_GROUP_MISC 1025
 #define IDC_GROUP_NAVIGATION 1026
 #define IDC_HIDE_GIZMO 1027
+// 1008 is the sheet's own save button, 1028 is handled like a box: neither is free.
 #define ID_REVERT_TO_DEFAULTS 40003
 #define ID_REVERT_TO_SAVED 40004
 #define ID_ABOUT 40006

@@ -18,7 +18,7 @@ struct OptionsWindowPosition {
 
 void GetSettingsFilePath(char (&path)[kSettingsPathSize]);
 
-// Sets the eleven flags to their defaults, in memory only.
+// Sets all flags to their defaults, in memory only.
 void ResetSettingsToDefaults();
 void LoadSettings();
 void SaveSettings();
