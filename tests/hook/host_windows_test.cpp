@@ -24,6 +24,7 @@
 #include "hooks/viewport_focus.h"
 #include "host/toolbar_controls.h"
 #include "host/window_kind.h"
+#include "input/screen.h"
 #include "script/poly_tools.h"
 #include "hooks/arrow_key_filter.h"
 #include "settings/plugin_settings.h"
@@ -55,9 +56,9 @@ void PrintTo(const Message& message, std::ostream* out) {
 }
 
 bool IsWatched(UINT message) {
-    return message == WM_COMMAND || message == WM_NOTIFY || message == WM_CHAR ||
-           message == WM_KEYDOWN || message == WM_KEYUP || message == WM_MOUSEMOVE ||
-           message == WM_LBUTTONDOWN || message == WM_LBUTTONUP;
+    return message == WM_DISPLAYCHANGE || message == WM_COMMAND || message == WM_NOTIFY ||
+           message == WM_CHAR || message == WM_KEYDOWN || message == WM_KEYUP ||
+           message == WM_MOUSEMOVE || message == WM_LBUTTONDOWN || message == WM_LBUTTONUP;
 }
 
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -105,10 +106,17 @@ LRESULT WINAPI PlayedCallWindowProc(WNDPROC procedure, HWND window, UINT message
     return kAnswer;
 }
 
+int g_screen_width = 1600;
+
+int WINAPI PlayedMetrics(int index) {
+    return index == SM_CXVIRTUALSCREEN ? g_screen_width : 1200;
+}
+
 }  // namespace
 
-// The import slot of a Win32 call that is looked at.
+// The import slots of Win32 calls that are looked at.
 extern "C" {
+void* __imp_GetSystemMetrics = reinterpret_cast<void*>(PlayedMetrics);
 void* __imp_CallWindowProcA = reinterpret_cast<void*>(PlayedCallWindowProc);
 }
 
@@ -384,6 +392,22 @@ TEST_F(HostWindows, TheOwnViewButtonsArePressedWhenTheirStateDiffers) {
     g_checked_buttons.clear();
     PressViewButton(view, 200, true);
     EXPECT_TRUE(g_messages.empty());
+}
+
+// The size is asked once a drag; the screen may change in it.
+TEST_F(HostWindows, AChangeOfTheScreenIsHeardOfInADrag) {
+    g_main_window = Make("HostFrame");
+    InstallViewportAutoFocus();
+    ForgetScreenSize();
+    EXPECT_EQ(ScreenSize().x, 1600);
+    g_screen_width = 1000;
+    SendMessageA(g_main_window, WM_DEVMODECHANGE, 0, 0);
+    EXPECT_EQ(ScreenSize().x, 1600);
+    SendMessageA(g_main_window, WM_DISPLAYCHANGE, 32, MAKELPARAM(1000, 1200));
+    EXPECT_EQ(ScreenSize().x, 1000);
+    EXPECT_EQ(g_messages.back(),
+              (Message{g_main_window, WM_DISPLAYCHANGE, 32, MAKELPARAM(1000, 1200)}));
+    g_screen_width = 1600;
 }
 
 TEST_F(HostWindows, OnlyShortcutsMoveTheFocus) {
