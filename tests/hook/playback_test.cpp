@@ -101,10 +101,14 @@ public:
     std::vector<INode*> nodes;
 };
 std::vector<int> g_room;  // for how many nodes a list is made when the first one comes
+int g_lists = 0;          // made and not given back
 NodeList* NewNodeList() {
-    return g_has_memory ? new NodeList : nullptr;
+    if (!g_has_memory) return nullptr;
+    ++g_lists;
+    return new NodeList;
 }
 void FreeNodeList(NodeList* list) {
+    if (list) --g_lists;
     delete list;
 }
 void AppendNode(NodeList& list, INode* node, int more) {
@@ -179,7 +183,9 @@ TEST_F(Playback, HidesAllNodesWhereTheHostDeselectsThem) {
               (std::vector<std::string>{"stop", "select everything", "hide 0", "update 0", "hide 1",
                                         "update 1", "hide 2", "update 2", "show 0",
                                         "clear selection", "select 0 1 2", "restart"}));
+    EXPECT_EQ(host::g_lists, 1) << "the nodes to show again, no longer the selection";
     End();
+    EXPECT_EQ(host::g_lists, 0);
     EXPECT_EQ(g_effects, (std::vector<std::string>{"stop", "show 0", "update 0", "show 1",
                                                    "update 1", "show 2", "update 2", "restart"}));
 }

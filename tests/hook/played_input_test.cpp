@@ -534,6 +534,13 @@ TEST_F(PlayedInput, ACtrlClickRunsBeforeItsInputIsSent) {
     EXPECT_EQ(Taken(), (Lines{"view left up 0 []", "input alt-up []"}));
 }
 
+// Injected by somebody as a Ctrl of no side, it is released as one.
+TEST_F(PlayedInput, ACtrlOfNoSideIsReleasedAsOne) {
+    g_keys[VK_CONTROL] = kDown;
+    EXPECT_TRUE(Takes(EmulateSelectingClick, Event(WM_LBUTTONDOWN)));
+    EXPECT_EQ(Taken(), Lines{"input alt-down ctrl-up left-down ctrl-down [ctrl-click]"});
+}
+
 // Where the system counts the swallowed press, the replayed one is the second of a double click.
 TEST_F(PlayedInput, AReplayedPressMayComeAsADoubleClick) {
     HoldLeftCtrl();

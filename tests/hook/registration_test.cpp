@@ -41,6 +41,7 @@ HWND g_foreground = kForeground;
 HWND g_gone = nullptr;
 std::string g_title;
 bool g_cursors_load = true;
+std::optional<int> g_flyout = 0;
 
 // The script functions register themselves before any object of this file that has a constructor.
 struct Registered {
@@ -190,7 +191,7 @@ HWND MainWindow() {
 }
 std::optional<int> ButtonFlyout(HWND button) {
     g_lines.push_back("flyout of " + std::to_string(reinterpret_cast<INT_PTR>(button)));
-    return 0;
+    return g_flyout;
 }
 void ChooseButtonFlyout(HWND, int entry) {
     g_lines.push_back("choose " + std::to_string(entry));
@@ -336,6 +337,13 @@ TEST(ScriptFunctions, TheFlyoutIsLookedForInItsFrame) {
     EXPECT_EQ(Taken(), (Lines{"look in frame for 50016", "flyout of 50016", "zoom extents"}));
     EXPECT_TRUE(IsTrue(Call("kv_zoomExtents", 1)));
     EXPECT_EQ(Taken(), (Lines{"look in frame for 50016", "flyout of 50016", "choose 1"}));
+    // A button that the host knows nothing of.
+    g_flyout.reset();
+    EXPECT_TRUE(IsTrue(Call("kv_zoomExtents", 1)));
+    EXPECT_TRUE(IsTrue(Call("kv_zoomExtents")));
+    EXPECT_EQ(Taken(), (Lines{"look in frame for 50016", "flyout of 50016",
+                              "look in frame for 50016", "flyout of 50016"}));
+    g_flyout = 0;
 }
 
 }  // namespace
