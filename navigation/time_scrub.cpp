@@ -29,9 +29,9 @@ HWND ThumbOf(HWND slider) {
 }
 
 HWND FindThumb() {
-    if (HWND thumb = ThumbOf(g_slider)) return thumb;
     HWND main_window = host::MainWindow();
     if (!main_window) return nullptr;
+    if (HWND thumb = ThumbOf(g_slider)) return thumb;
     g_slider = FindWindowExA(main_window, nullptr, "TimeSlider", nullptr);
     return ThumbOf(g_slider);
 }
