@@ -4,7 +4,8 @@
 
 #include "input/mouse_event.h"
 
-// Whether a move with this hit-test code may be one, whatever it is over.
+// Whether a move with this hit-test code may be one, whatever it is over; asked first.
 bool MayMoveSelect(UINT hit_test);
 
+// A move that may be one.
 Answer EmulateSelectingMove(const MouseEvent& event);
