@@ -65,3 +65,8 @@ inline POINT ToClient(HWND window, POINT point) {
     ScreenToClient(window, &point);
     return point;
 }
+
+// To the window and at the point of a message.
+inline void SendMouse(const MouseMessage& at, UINT message, WPARAM keys) {
+    SendMouse(at.window, message, keys, ToClient(at.window, at.screen));
+}

@@ -40,7 +40,7 @@ Answer MoveZoom(const MouseMessage& move) {
         case ZoomStep::kSwallow: break;
         case ZoomStep::kSetCursor: SetCursorPos(g_zoomLast.x, g_zoomLast.y); break;
         case ZoomStep::kRestartEditor:
-            SendMouse(move.window, WM_MBUTTONUP, 0, ToClient(move.window, move.screen));
+            SendMouse(move, WM_MBUTTONUP, 0);
             SendMouse(move.window, WM_MBUTTONDOWN, kEditorZoomDrag, VirtualPointIn(move.window));
             break;
         case ZoomStep::kSendMove:
@@ -62,7 +62,7 @@ Answer MoveGesture(const MouseMessage& move) {
         return Answer::kPassed;
     }
     if (g_panActive && g_navKind == kWindowViewport) {
-        SendMouse(move.window, WM_MOUSEMOVE, kFastDrag, ToClient(move.window, move.screen));
+        SendMouse(move, WM_MOUSEMOVE, kFastDrag);
         return Answer::kConsumed;
     }
     if (g_panActive && IsEditorKind(g_navKind)) return Answer::kPassed;

@@ -132,7 +132,7 @@ bool DragThumb(const MouseMessage& message) {
 // The key is held, no button is.
 bool Hover(const MouseMessage& message) {
     if (g_scrubState != kScrubArmed || message.message != WM_MOUSEMOVE) return false;
-    SendMouse(message.window, WM_MOUSEMOVE, 0, ToClient(message.window, message.screen));
+    SendMouse(message, WM_MOUSEMOVE, 0);
     ShowScrubCursor();
     return true;
 }
