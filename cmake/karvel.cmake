@@ -477,8 +477,8 @@ function(karvel_test_properties test timeout labels)
         set(timeout 600)
     endif()
     set_tests_properties(${test} PROPERTIES TIMEOUT ${timeout} LABELS "${KARVEL_ABI};${labels}")
-    # Two Wine sessions, each on its own processor (tools/wine_session.sh), and one test at a time in
-    # each: more would only wait for each other. What needs none fills the gaps: label no-wine.
+    # Two Wine sessions, each on its own processor (tools/session/wine_session.sh), and one test at a
+    # time in each: more would only wait for each other. What needs none fills the gaps: label no-wine.
     if(KARVEL_MSVC)
         set_tests_properties(${test} PROPERTIES ENVIRONMENT KARVEL_LANE=1)
     endif()
@@ -504,14 +504,15 @@ function(karvel_unicode_scenarios area)
     set(variant msvc-unicode.virtual)
     set(test unicode.scenarios.${area})
     add_test(NAME ${test}
-             COMMAND ${CMAKE_SOURCE_DIR}/tools/play_scenarios.sh
+             COMMAND ${CMAKE_SOURCE_DIR}/tools/session/play_scenarios.sh
                      ${CMAKE_BINARY_DIR} msvc-unicode virtual ${area}
              WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
     karvel_test_properties(${test} "${arg_TIMEOUT}" "scenario;virtual;unicode")
     set_property(TEST ${test} PROPERTY FIXTURES_SETUP trace.${area}.${variant})
     set(test unicode.traces.${area})
     add_test(NAME ${test}
-             COMMAND ${CMAKE_SOURCE_DIR}/tools/compare_traces.sh ${area} msvc.virtual ${variant}
+             COMMAND ${CMAKE_SOURCE_DIR}/tools/session/compare_traces.sh
+                     ${area} msvc.virtual ${variant}
              WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
     karvel_test_properties(${test} 60 "trace;unicode")
     set_property(TEST ${test} PROPERTY FIXTURES_REQUIRED
@@ -538,7 +539,7 @@ function(karvel_scenarios area)
     foreach(input ${arg_INPUTS})
         set(test ${KARVEL_ABI}.scenarios.${area}.${input})
         add_test(NAME ${test}
-                 COMMAND ${CMAKE_SOURCE_DIR}/tools/play_scenarios.sh
+                 COMMAND ${CMAKE_SOURCE_DIR}/tools/session/play_scenarios.sh
                          ${CMAKE_BINARY_DIR} ${KARVEL_ABI} ${input} ${area}
                  WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
         karvel_test_properties(${test} "${arg_TIMEOUT}" "scenario;${input};${arg_LABELS}")
@@ -554,7 +555,7 @@ function(karvel_scenarios area)
                 if(NOT "${abi}.${input}" STREQUAL "msvc.virtual")
                     set(test traces.${area}.${abi}.${input})
                     add_test(NAME ${test}
-                             COMMAND ${CMAKE_SOURCE_DIR}/tools/compare_traces.sh
+                             COMMAND ${CMAKE_SOURCE_DIR}/tools/session/compare_traces.sh
                                      ${area} msvc.virtual ${abi}.${input}
                              WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
                     karvel_test_properties(${test} 60 "trace")

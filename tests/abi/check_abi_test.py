@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Shows that tools/check_abi sees a difference when there is one.
+"""Shows that tools/checks/check_abi.py sees a difference when there is one.
 
 usage: check_abi_test.py [PLUGIN.gup PLUGIN.map]
 
@@ -19,7 +19,7 @@ import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-TOOL = ROOT / "tools" / "check_abi"
+TOOL = ROOT / "tools/checks/check_abi.py"
 PLUGIN = None
 MAP = None
 

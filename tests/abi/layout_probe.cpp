@@ -1,6 +1,7 @@
 // Names every class whose layout the host and the plug-in share, so that the compiler lays it out;
-// tools/check_abi reads the layouts from the compiler's report. A call through a pointer makes the
-// compiler number the members of a class, a derived object makes it write out a whole table.
+// tools/checks/check_abi.py reads the layouts from the compiler's report. A call through a pointer
+// makes the compiler number the members of a class, a derived object makes it write out a whole
+// table.
 
 #include <max.h>
 

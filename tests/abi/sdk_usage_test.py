@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""tools/sdk_usage and tools/strict_compile find what they are there for."""
+"""check_sdk_usage.py and compile_strictly.py, of tools/checks, find what they are there for."""
 
 import pathlib
 import shutil
@@ -11,7 +11,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 
 
 def run(tool, *arguments):
-    return subprocess.run([str(ROOT / "tools" / tool), *map(str, arguments)], capture_output=True,
+    return subprocess.run([str(ROOT / "tools/checks" / tool), *map(str, arguments)], capture_output=True,
                           text=True, check=False, timeout=120)
 
 
@@ -28,7 +28,7 @@ class InAFolder(unittest.TestCase):
 
 class Usage(InAFolder):
     def test_listed_calls_pass_and_are_shown(self):
-        result = run("sdk_usage", self.source(
+        result = run("check_sdk_usage.py", self.source(
             "#include <max.h>\nint F() { return GetCOREInterface()->GetSubObjectLevel(); }\n"))
         self.assertEqual(0, result.returncode, result.stderr)
         self.assertIn("Interface: int GetSubObjectLevel()", result.stdout)
@@ -37,12 +37,12 @@ class Usage(InAFolder):
     def test_a_header_of_another_name(self):
         for name in ("maxTypes.h", "sdk_layout.h", "Max.h"):
             source = self.source(f"#include <max.h>\n#if 0\n#include <{name}>\n#endif\n")
-            result = run("sdk_usage", source)
+            result = run("check_sdk_usage.py", source)
             self.assertEqual(1, result.returncode, name)
             self.assertIn(f"probe.cpp:3: <{name}> is no header", result.stderr)
 
     def test_a_member_that_nobody_looked_up(self):
-        result = run("sdk_usage", self.source(
+        result = run("check_sdk_usage.py", self.source(
             "#include <max.h>\nvoid F() { GetCOREInterface()->FreezeSelection(); }\n"))
         self.assertEqual(1, result.returncode)
         self.assertIn("probe.cpp:2: uses `Interface: void FreezeSelection()`", result.stderr)
@@ -59,7 +59,7 @@ class Usage(InAFolder):
             "class E : public Base {\n"
             "    int proc(HWND window) override;\n"
             "};\n")
-        result = run("sdk_usage", source)
+        result = run("check_sdk_usage.py", source)
         self.assertIn("`Tab: T& operator[](INT_PTR index) const`", result.stdout)
         self.assertIn("`Hold: void Begin()`", result.stdout)
         self.assertIn("uses `INodeTab: int IndexOf(INode* node)`", result.stderr)
@@ -74,24 +74,24 @@ class Usage(InAFolder):
         changed = text.replace("Accept(MCHAR* name)", "Accept(const MCHAR* name)")
         self.assertNotEqual(text, changed)
         hold.write_text(changed, encoding="utf-8")
-        result = run("sdk_usage", "--declarations", headers, ROOT / "host" / "scene.cpp")
+        result = run("check_sdk_usage.py", "--declarations", headers, ROOT / "host" / "scene.cpp")
         self.assertEqual(1, result.returncode)
         self.assertIn("uses `Hold: void Accept(const MCHAR* name)`", result.stderr)
 
     def test_a_source_that_does_not_compile(self):
-        result = run("sdk_usage", self.source("#include <max.h>\nint F() { return nothing; }\n"))
+        result = run("check_sdk_usage.py", self.source("#include <max.h>\nint F() { return nothing; }\n"))
         self.assertEqual(2, result.returncode)
         self.assertIn("does not compile", result.stderr)
 
 
 class Strictness(InAFolder):
     def refuse(self, text, mode="msvc"):
-        result = run("strict_compile", "--mode", mode, self.source(text))
+        result = run("compile_strictly.py", "--mode", mode, self.source(text))
         self.assertEqual(1, result.returncode, text)
 
     def test_plain_code_passes_in_each_mode(self):
         source = self.source('#include <max.h>\nconst MCHAR* F() { return _M("x"); }\n')
-        result = run("strict_compile", source)
+        result = run("compile_strictly.py", source)
         self.assertEqual(0, result.returncode, result.stderr)
         self.assertIn("3 sources read, 0 failed", result.stdout)
 

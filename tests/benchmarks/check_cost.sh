@@ -3,7 +3,7 @@
 # Counts the calls, allocations and memory of each kind of message with the plug-in of that build.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
-. "$root/tools/wine_session.sh"
+. "$root/tools/session/wine_session.sh"
 wine_session_ends_with_script
 
 built=$1

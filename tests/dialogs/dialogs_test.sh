@@ -4,8 +4,8 @@
 # against what they are to be. The pictures stay in build/dialogs/ABI.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=../../tools/wine_session.sh
-. "$here/../../tools/wine_session.sh"
+# shellcheck source=../../tools/session/wine_session.sh
+. "$here/../../tools/session/wine_session.sh"
 wine_session_ends_with_script
 
 built=$1

@@ -4,8 +4,8 @@
 # what is left of them.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=../../tools/wine_session.sh
-. "$here/../../tools/wine_session.sh"
+# shellcheck source=../../tools/session/wine_session.sh
+. "$here/../../tools/session/wine_session.sh"
 work=$(mktemp -d "${TMPDIR:-/tmp}/karvel-settings.XXXXXX")
 wine_session_ends_with_script "rm -rf '$work'"
 

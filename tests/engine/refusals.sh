@@ -3,8 +3,8 @@
 # What cannot be played as it is meant is one clear line with its place, and exit status 2.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=../../tools/wine_session.sh
-. "$here/../../tools/wine_session.sh"
+# shellcheck source=../../tools/session/wine_session.sh
+. "$here/../../tools/session/wine_session.sh"
 wine_session_ends_with_script
 choose_build "$1" gnu
 wine_session_begin null || exit 1

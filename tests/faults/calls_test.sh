@@ -6,5 +6,5 @@ here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../.." && pwd)
 names=$(mktemp "${TMPDIR:-/tmp}/karvel-names.XXXXXX")
 trap 'rm -f "$names"' EXIT
-"$root/tools/run_under_wine.sh" "$root/build/gnu/bin/standin.exe" faults >"$names" || exit 1
+"$root/tools/session/run_under_wine.sh" "$root/build/gnu/bin/standin.exe" faults >"$names" || exit 1
 python3 "$here/calls_test.py" "$1/plugin/KarvelMax.gup" "$names"

@@ -3,8 +3,8 @@
 # Plays the table of faults (fault_table.py, whose options these are) with one build of the plug-in.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=../../tools/wine_session.sh
-. "$here/../../tools/wine_session.sh"
+# shellcheck source=../../tools/session/wine_session.sh
+. "$here/../../tools/session/wine_session.sh"
 wine_session_ends_with_script
 
 built=$1
@@ -18,5 +18,5 @@ mkdir -p "$karvel_root/build/faults"
 names=$karvel_root/build/faults/names.$abi
 run_wine "$program" faults >"$names" || exit 1
 python3 "$here/fault_table.py" --faults "$names" "$@" -- \
-    "$karvel_root/tools/run_under_wine.sh" "$program" play "${where[@]}" \
+    "$karvel_root/tools/session/run_under_wine.sh" "$program" play "${where[@]}" \
     --jobs "${KARVEL_JOBS:-1}"

@@ -8,7 +8,7 @@ import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-ROOMS = ROOT / "tools/rooms.py"
+ROOMS = ROOT / "tools/checks/check_rooms.py"
 TABLE = """upper: middle  # what the user asks for
 middle: lower  # how it is done
 lower:  # what all use
@@ -20,8 +20,8 @@ class Rooms(unittest.TestCase):
         self.place = tempfile.TemporaryDirectory()
         self.addCleanup(self.place.cleanup)
         self.root = pathlib.Path(self.place.name)
-        self.write("tools/rooms.txt", TABLE)
-        self.write("docs/architecture.md", "# A\n<!-- rooms: tools/rooms.py draw -->\n"
+        self.write("tools/checks/rooms.txt", TABLE)
+        self.write("docs/architecture.md", "# A\n<!-- rooms: tools/checks/check_rooms.py draw -->\n"
                                            "<!-- end of rooms -->\nmore\n")
         self.write("upper/a.h", '#include "lower/c.h"\n')
         self.write("upper/a.cpp", '#include "upper/a.h"\n\n#include "middle/b.h"\n')
@@ -51,14 +51,14 @@ class Rooms(unittest.TestCase):
         status, _, errors = self.check()
         self.assertEqual(status, 1)
         self.assertIn("lower/c.h:3: lower includes middle/b.h, but middle is not below it in "
-                      "tools/rooms.txt; move what both need down\n", errors)
+                      "tools/checks/rooms.txt; move what both need down\n", errors)
 
     def test_an_arrow_to_a_room_beside_is_one_back(self):
-        self.write("tools/rooms.txt", "upper: lower # a\nmiddle: lower # b\nlower: # c\n")
+        self.write("tools/checks/rooms.txt", "upper: lower # a\nmiddle: lower # b\nlower: # c\n")
         self.assertEqual(self.run_rooms("draw")[0], 0)
         self.assertEqual(self.check(), (1, "", "upper/a.cpp:3: upper includes middle/b.h, but "
-                                        "middle is not below it in tools/rooms.txt; move what "
-                                        "both need down\n"))
+                                        "middle is not below it in tools/checks/rooms.txt; move "
+                                        "what both need down\n"))
 
     def test_a_circle_within_a_room_is_told(self):
         self.write("middle/d.h", '#include "middle/b.h"\n')
@@ -67,9 +67,10 @@ class Rooms(unittest.TestCase):
                                         "middle/b; move what they share down\n"))
 
     def test_a_drawing_of_other_rooms_is_told(self):
-        self.write("tools/rooms.txt", TABLE.replace("how it is done", "how it was done"))
+        self.write("tools/checks/rooms.txt", TABLE.replace("how it is done", "how it was done"))
         self.assertEqual(self.check(), (1, "", "docs/architecture.md: the rooms are not those of "
-                                        "tools/rooms.txt; run tools/rooms.py draw\n"))
+                                        "tools/checks/rooms.txt; "
+                                        "run tools/checks/check_rooms.py draw\n"))
 
     def test_the_drawing_leaves_the_rest_of_the_page(self):
         text = (self.root / "docs/architecture.md").read_text()
@@ -79,12 +80,12 @@ class Rooms(unittest.TestCase):
         self.assertIn("| `lower/` | what all use |\n", text)
 
     def test_a_table_that_cannot_be_read_is_told_with_its_line(self):
-        for table, told in (("upper lower\n", "tools/rooms.txt:1: a row is"),
-                            ("a: # a\na: # a\n", "tools/rooms.txt:2: a has a row already"),
-                            ("a: # a\nb: a # b\n", "tools/rooms.txt:2: b stands below a"),
-                            ("a: b # a\n", "tools/rooms.txt: a leads to b, which has no row")):
+        for table, told in (("upper lower\n", "tools/checks/rooms.txt:1: a row is"),
+                            ("a: # a\na: # a\n", "tools/checks/rooms.txt:2: a has a row already"),
+                            ("a: # a\nb: a # b\n", "tools/checks/rooms.txt:2: b stands below a"),
+                            ("a: b # a\n", "tools/checks/rooms.txt: a leads to b, which has no row")):
             with self.subTest(table=table):
-                self.write("tools/rooms.txt", table)
+                self.write("tools/checks/rooms.txt", table)
                 status, _, errors = self.check()
                 self.assertEqual(status, 2)
                 self.assertIn(told, errors)
@@ -93,7 +94,7 @@ class Rooms(unittest.TestCase):
         """The real table, with an include of the topmost room planted in the lowest."""
         rooms = subprocess.run([sys.executable, ROOMS, "names"], capture_output=True, text=True,
                                check=True).stdout.split()
-        self.write("tools/rooms.txt", (ROOT / "tools/rooms.txt").read_text())
+        self.write("tools/checks/rooms.txt", (ROOT / "tools/checks/rooms.txt").read_text())
         for room in rooms:
             for path in (ROOT / room).rglob("*.[hc]*"):
                 if path.suffix in (".h", ".cpp"):

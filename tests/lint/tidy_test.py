@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""tools/tidy finds in sources that it reads as one text what it finds in a single one."""
+"""run_tidy.py finds in sources that it reads as one text what it finds in a single one."""
 
 import pathlib
 import runpy
@@ -19,7 +19,7 @@ class Together(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.place)
         self.folder = self.place / "navigation"
         self.folder.mkdir()
-        self.tidy = runpy.run_path(str(ROOT / "tools" / "tidy"))
+        self.tidy = runpy.run_path(str(ROOT / "tools/checks/run_tidy.py"))
         self.tidy["check"].__globals__["KEPT"] = self.place / "kept"
         (self.place / "kept").mkdir()
 

@@ -4,22 +4,13 @@
     mutants_test.py REPOSITORY
 """
 
-import importlib.machinery
-import importlib.util
+import importlib
 import pathlib
 import sys
 import tempfile
 import unittest
 
 ROOT = None
-
-
-def load(name, file):
-    loader = importlib.machinery.SourceFileLoader(name, str(ROOT / "tools" / file))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(name, loader))
-    sys.modules[name] = module
-    loader.exec_module(module)
-    return module
 
 
 class Changes(unittest.TestCase):
@@ -274,7 +265,8 @@ if __name__ == "__main__":
     if len(sys.argv) < 2:
         sys.exit(__doc__.strip())
     ROOT = pathlib.Path(sys.argv.pop(1)).resolve()
-    mutants = load("mutants", "mutants.py")
-    mutation_tests = load("mutation_tests", "mutation_tests.py")
-    mutate = load("mutate", "mutate")
+    sys.path.insert(0, str(ROOT / "tools/mutation"))
+    mutants = importlib.import_module("mutants")
+    mutation_tests = importlib.import_module("mutation_tests")
+    mutate = importlib.import_module("mutate_plugin")
     unittest.main()

@@ -2,13 +2,13 @@
 # Unpacks the archive, copies the plug-in into a plugins folder as INSTALL.txt says, and plays the
 # tour with it: what a user downloads works, without the rest of the build beside it.
 set -u
-. "$(dirname "$0")/../../tools/wine_session.sh"
+. "$(dirname "$0")/../../tools/session/wine_session.sh"
 
 directory=$(mktemp -d "${TMPDIR:-/tmp}/karvel-installed.XXXXXX")
 wine_session_ends_with_script "rm -rf '$directory'"
 
 cd "$directory" || exit 1
-python3 "$karvel_root/tools/make_package.py" --build "$karvel_root/build/msvc" \
+python3 "$karvel_root/tools/package/make_package.py" --build "$karvel_root/build/msvc" \
     --output package.zip || exit 1
 python3 -m zipfile -e package.zip unpacked || exit 1
 (cd unpacked/KarvelMax && sha256sum --quiet -c SHA256SUMS) || exit 1
@@ -28,7 +28,7 @@ tail -n 3 tour.txt
 grep -q 'events were injected' tour.txt || exit 1
 
 # The moving picture, small enough for a page, with nothing left of its steps.
-"$karvel_root/tools/tour_gif.sh" "$directory/tour" || exit 1
+"$karvel_root/tools/artwork/make_tour_gif.sh" "$directory/tour" || exit 1
 size=$(stat -c %s "$directory/tour/tour.gif") || exit 1
 if [ "$size" -gt 1048576 ] || [ "$size" -lt 100000 ]; then
     echo "tour.gif has $size bytes"

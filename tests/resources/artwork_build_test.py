@@ -26,7 +26,7 @@ class ArtworkBuild(unittest.TestCase):
 
     def build(self, output=None):
         return subprocess.run(
-            [sys.executable, os.path.join(REPOSITORY, "tools", "artwork_build.py"),
+            [sys.executable, os.path.join(REPOSITORY, "tools", "artwork", "build_artwork.py"),
              "--source", self.source, "--output", output or self.output],
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=100, check=False)
 
@@ -142,7 +142,7 @@ class ArtworkBuild(unittest.TestCase):
     def test_picture_that_nothing_names(self):
         shutil.copy(os.path.join(self.source, "cursors", "orbit.svg"),
                     os.path.join(self.source, "cursors", "spare.svg"))
-        self.refused("cursors/spare.svg:1", "is in no list of pictures, add it to its list in tools/artwork_build.py")
+        self.refused("cursors/spare.svg:1", "is in no list of pictures, add it to its list in tools/artwork/build_artwork.py")
 
 
 if __name__ == "__main__":

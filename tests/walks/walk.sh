@@ -3,8 +3,8 @@
 # Random walks with one build of the plug-in; the options are those of ./dev fuzz.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=../../tools/wine_session.sh
-. "$here/../../tools/wine_session.sh"
+# shellcheck source=../../tools/session/wine_session.sh
+. "$here/../../tools/session/wine_session.sh"
 choose_build "$1" "$2"
 shift 2
-exec "$karvel_root/tools/run_under_wine.sh" "$program" fuzz "${where[@]}" "$@"
+exec "$karvel_root/tools/session/run_under_wine.sh" "$program" fuzz "${where[@]}" "$@"

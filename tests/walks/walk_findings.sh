@@ -3,8 +3,8 @@
 # Walks what walks have found before, each in its shortest form, with the checks of a walk.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=../../tools/wine_session.sh
-. "$here/../../tools/wine_session.sh"
+# shellcheck source=../../tools/session/wine_session.sh
+. "$here/../../tools/session/wine_session.sh"
 wine_session_ends_with_script
 choose_build "$1" gnu
 

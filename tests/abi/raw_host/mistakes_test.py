@@ -127,7 +127,7 @@ def main():
             if subject is None:
                 failures.append(f"{name}: is not built: {problem}")
                 continue
-            result = run([str(ROOT / "tools" / "run_under_wine.sh"), program, str(subject),
+            result = run([str(ROOT / "tools/session/run_under_wine.sh"), program, str(subject),
                           str(folder / "subject.map"), str(ROOT / "tests/abi/raw_host/raw_host.txt"),
                           str(ROOT / "docs/host-calls.md"), f"--gtest_filter={test}"])
             if "Running 1 test from" not in result.stdout:

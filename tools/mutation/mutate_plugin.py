@@ -10,8 +10,8 @@ link the source, the scenarios, at last the tests of the windows and the setting
 does not compile, or that gives the same code as the source itself or as another change, does not
 count.
 
-A mutant that no test notices is a survivor. tools/mutate.survivors says of each why it may stay;
-one that stands there counts as a survivor without being tried.
+A mutant that no test notices is a survivor. survivors.txt, beside this file, says of each why it
+may stay; one that stands there counts as a survivor without being tried.
 
 options: --jobs N      how many at a time, 1 or 2 (1)
          --only FILE   mutants of this source alone; may be given several times
@@ -45,9 +45,9 @@ sys.path.insert(0, str(HERE))
 import mutants as mutation  # noqa: E402
 import mutation_tests as tests  # noqa: E402
 
-ROOT = HERE.parent
+ROOT = HERE.parents[1]
 WORK = ROOT / "build/mutate"
-SURVIVORS = HERE / "mutate.survivors"
+SURVIVORS = HERE / "survivors.txt"
 AIM = 95.0
 FEWEST_OF_A_FILE = 4
 # Most changes are noticed by one of so many; what needs all scenarios comes after all the others.

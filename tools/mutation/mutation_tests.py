@@ -17,8 +17,8 @@ import signal
 import subprocess
 import sys
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-import rooms  # noqa: E402  (beside this file)
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "checks"))
+import check_rooms as rooms  # noqa: E402
 
 WINE = "/usr/lib/wine/wine64"
 GCOV = "x86_64-w64-mingw32-gcov-posix"

@@ -1,12 +1,12 @@
 #!/bin/bash
-# usage: coverage.sh prepare|measure
+# usage: measure_coverage.sh prepare|measure
 # Line and branch coverage of the plug-in's sources by the tests that execute them: scenarios with
 # virtual input, unit and hook tests, the tests of the windows and the entry points, all in the gnu
 # build. Inside a Wine session. The pages go to build/coverage/report. Fails when the figures are
-# below the aims (coverage_report.py).
+# below the aims (report_coverage.py).
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-cd "$here/.." || exit 1
+cd "$here/../.." || exit 1
 built=$PWD/build/coverage
 
 case ${1:-} in
@@ -27,7 +27,7 @@ case ${1:-} in
         }
         mkdir -p "$built/report"
         filters=()
-        for directory in $(python3 tools/rooms.py names); do
+        for directory in $(python3 tools/checks/check_rooms.py names); do
             filters+=(--filter "$PWD/$directory/")
         done
         # Branches that the compiler makes for exceptions, and those of code that it knows is never
@@ -42,13 +42,13 @@ case ${1:-} in
             exit 1
         }
         status=0
-        python3 tools/coverage_report.py "$built/report/report.json" tools/coverage.exceptions ||
-            status=$?
+        python3 tools/coverage/report_coverage.py "$built/report/report.json" \
+            tools/coverage/exceptions.txt || status=$?
         echo "pages: $built/report/index.html"
         exit "$status"
         ;;
     *)
-        echo "usage: coverage.sh prepare|measure" >&2
+        echo "usage: measure_coverage.sh prepare|measure" >&2
         exit 2
         ;;
 esac

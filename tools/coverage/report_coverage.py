@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What the tests execute of the plug-in: lines and branches of each source, and whether it is enough.
 
-usage: coverage_report.py REPORT.json EXCEPTIONS
+usage: report_coverage.py REPORT.json EXCEPTIONS
 
 REPORT.json is gcovr's. EXCEPTIONS lists lines that no test can execute, one a paragraph: the file
 and the line's text, and below, indented, why. An exception that a test executes after all is a
@@ -15,7 +15,7 @@ import json
 import pathlib
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 LINE_AIM = 100.0
 BRANCH_AIM = 95.0
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compiles every source of the plug-in the way other compilers read it, without making anything.
 
-usage: strict_compile [--mode MODE]... [SOURCE...]
+usage: compile_strictly.py [--mode MODE]... [SOURCE...]
 
 modes: msvc          clang in Microsoft mode, extensions of Microsoft's and of GNU's as errors
        msvc-unicode  the same, bound to the Unicode SDK
@@ -14,15 +14,13 @@ only. Exit status: 0 all compile, 1 one does not, 2 a compiler is missing.
 import argparse
 import concurrent.futures
 import pathlib
-import runpy
 import subprocess
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(ROOT / "tools"))
-import unity_build  # noqa: E402  (beside this file)
+import check_sdk_usage as sdk_usage
+import unity_build
 
-SDK_USAGE = runpy.run_path(str(ROOT / "tools" / "sdk_usage"))
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 MODES = ["msvc", "msvc-unicode", "gnu-unicode"]
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Werror"]
 # What clang in Microsoft mode takes in silence or with a word, and what no other compiler may know.
@@ -36,13 +34,13 @@ def command_for(mode):
                        "-isystem", str(ROOT / "sdk/include"), "-DUNICODE", "-D_UNICODE"]
     if mode == "gnu-unicode":
         return ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-fno-exceptions",
-                *unicode_headers, "-I", str(ROOT), "-I", str(SDK_USAGE["generated_folder"]()),
+                *unicode_headers, "-I", str(ROOT), "-I", str(sdk_usage.generated_folder()),
                 "-DWINVER=0x0601", "-D_WIN32_WINNT=0x0601", "-DWIN32_LEAN_AND_MEAN", "-DNOMINMAX",
                 *WARNINGS, "-fsyntax-only", "-x", "c++", "-"]
-    flags = SDK_USAGE["compiler_flags"](ROOT / "sdk/include")
+    flags = sdk_usage.compiler_flags(ROOT / "sdk/include")
     if mode == "msvc-unicode":
         flags = [*unicode_headers, *flags]
-    return [SDK_USAGE["CLANG"], *flags, *WARNINGS, *STRICT, "-fsyntax-only", "-x", "c++", "-"]
+    return [sdk_usage.CLANG, *flags, *WARNINGS, *STRICT, "-fsyntax-only", "-x", "c++", "-"]
 
 
 def belongs(mode, source):
@@ -52,7 +50,7 @@ def belongs(mode, source):
 
 
 def all_sources():
-    return [path for folder in SDK_USAGE["PLUGIN_FOLDERS"]
+    return [path for folder in sdk_usage.PLUGIN_FOLDERS
             for path in sorted((ROOT / folder).rglob("*.cpp"))]
 
 
@@ -95,6 +93,6 @@ def main():
 if __name__ == "__main__":
     try:
         sys.exit(main())
-    except (OSError, SDK_USAGE["Unreadable"]) as error:
-        print(f"strict_compile: {error}", file=sys.stderr)
+    except (OSError, sdk_usage.Unreadable) as error:
+        print(f"compile_strictly: {error}", file=sys.stderr)
         sys.exit(2)

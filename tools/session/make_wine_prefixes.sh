@@ -1,5 +1,5 @@
 #!/bin/bash
-# usage: new_wine_prefix.sh DIRECTORY
+# usage: make_wine_prefixes.sh DIRECTORY
 # Makes three 64-bit Wine prefixes in which programs behave the same every time: DIRECTORY and
 # DIRECTORY-1 have no display at all, DIRECTORY-display draws on $DISPLAY.
 set -eu

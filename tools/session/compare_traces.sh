@@ -3,7 +3,7 @@
 # The same scenarios must give the same traces, whatever compiled the plug-in and however the input
 # came.
 set -u
-root=$(cd "$(dirname "$0")/.." && pwd)
+root=$(cd "$(dirname "$0")/../.." && pwd)
 one=$root/build/traces/$1.$2.trace
 other=$root/build/traces/$1.$3.trace
 for trace in "$one" "$other"; do

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Lists what each source of the plug-in takes from the SDK, and checks that it may.
 
-usage: sdk_usage [--check | --write] [OPTION...] [SOURCE...]
+usage: check_sdk_usage.py [--check | --write] [OPTION...] [SOURCE...]
 
 Prints, for each source, the SDK headers that it includes, the classes, members and functions that it
 uses, with their declarations, the members that it overrides, and the constants. Uses come from the
@@ -27,9 +27,9 @@ import subprocess
 import sys
 import tempfile
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(ROOT / "tools"))
-import rooms  # noqa: E402  (beside this file)
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+import check_rooms as rooms  # noqa: E402  (beside this file)
 import unity_build  # noqa: E402
 
 PLUGIN_FOLDERS = rooms.names()
@@ -322,8 +322,9 @@ def examine(sources, allowed, declarations_folder):
 
 def page_of(result):
     lines = ["# What each source takes from the SDK", "",
-             "Written by `tools/sdk_usage --write`; a test compares it with the sources. A class that",
-             "is only named or derived from stands with its bases, a member behind its class.", ""]
+             "Written by `tools/checks/check_sdk_usage.py --write`; a test compares it with the sources.",
+             "A class that is only named or derived from stands with its bases, a member behind its class.",
+             ""]
     for source, (headers, declarations) in result.items():
         lines += [f"## {source}", ""]
         if headers:
@@ -354,7 +355,7 @@ def main():
         print(page)
     elif not PAGE.exists() or PAGE.read_text(encoding="utf-8") != page:
         problems.append(f"{PAGE.relative_to(ROOT)}:1: is not what the sources use now; "
-                        "write it anew: tools/sdk_usage --write")
+                        "write it anew: tools/checks/check_sdk_usage.py --write")
     for problem in problems:
         print(problem, file=sys.stderr)
     if not problems:
@@ -367,5 +368,5 @@ if __name__ == "__main__":
     try:
         sys.exit(main())
     except Unreadable as error:
-        print(f"sdk_usage: {error}", file=sys.stderr)
+        print(f"check_sdk_usage: {error}", file=sys.stderr)
         sys.exit(2)

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares the declarations under sdk/ and a built plug-in with what the host expects.
 
-usage: check_abi [PLUGIN.gup --map FILE] [OPTION...]
+usage: check_abi.py [PLUGIN.gup --map FILE] [OPTION...]
 
 Without a plug-in only the declarations are compared: slots, sizes and offsets, and how each class
 that is handed over by value travels, as clang lays them out and passes them under the Microsoft
@@ -24,7 +24,7 @@ import subprocess
 import sys
 import tempfile
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 CLANG = "clang++-19"
 EXPORTS = ["CanAutoDefer", "LibClassDesc", "LibDescription", "LibNumberClasses", "LibVersion"]
 SYSTEM_DLLS = ["KERNEL32.dll", "USER32.dll", "GDI32.dll", "SHELL32.dll", "COMCTL32.dll",

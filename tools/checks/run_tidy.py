@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs clang-tidy over the plug-in and the stand-in, as the builds compile them.
 
-usage: tidy [FOLDER...]
+usage: run_tidy.py [FOLDER...]
 
 Without a folder all sources of both. The plug-in and the host DLLs are read as the msvc build
 compiles them, the rest of the stand-in as the gnu build does. The sources of a folder are read as
@@ -19,9 +19,9 @@ import shlex
 import subprocess
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(ROOT / "tools"))
-import rooms  # noqa: E402  (beside this file)
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+import check_rooms as rooms  # noqa: E402  (beside this file)
 import unity_build  # noqa: E402
 
 TIDY, CLANG, GNU = "clang-tidy-19", "clang++-19", "x86_64-w64-mingw32-g++-posix"

@@ -6,7 +6,7 @@ import os
 import re
 import subprocess
 
-ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
 # Page -> its source and, where only a part of it is wanted, the heading of that part.
 PAGES = {

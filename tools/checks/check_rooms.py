@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Holds the order of the plug-in's rooms, tools/rooms.txt, and its diagram.
+"""Holds the order of the plug-in's rooms, tools/checks/rooms.txt, and its diagram.
 
-usage: rooms.py check [--root DIR]   each include leads down, and no sources include in a circle;
-                                     docs/architecture.md shows the rooms as they are
-       rooms.py draw [--root DIR]    writes diagram and table of docs/architecture.md anew
-       rooms.py names                the rooms, from the top
+usage: check_rooms.py check [--root DIR]  each include leads down, and no sources include in a
+                                          circle; docs/architecture.md shows the rooms as they are
+       check_rooms.py draw [--root DIR]   writes diagram and table of docs/architecture.md anew
+       check_rooms.py names               the rooms, from the top
 
 Exit status: 0 all is well, 1 something is not, 2 the command line or a file cannot be read.
 """
@@ -13,10 +13,10 @@ import pathlib
 import re
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-TABLE = "tools/rooms.txt"
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+TABLE = "tools/checks/rooms.txt"
 PAGE = "docs/architecture.md"
-BEGIN, END = "<!-- rooms: tools/rooms.py draw -->", "<!-- end of rooms -->"
+BEGIN, END = "<!-- rooms: tools/checks/check_rooms.py draw -->", "<!-- end of rooms -->"
 ROW = re.compile(r"^(\w+):([\w ]*)#\s*(.+)$")
 INCLUDE = re.compile(r'^\s*#\s*include\s+"(\w+)/([\w/.]+)"', re.MULTILINE)
 
@@ -144,7 +144,8 @@ def check(root):
     if circle:
         mistakes.append(f"a circle of includes: {' -> '.join(circle)}; move what they share down")
     if read_page(root)[1] != drawing(rooms):
-        mistakes.append(f"{PAGE}: the rooms are not those of {TABLE}; run tools/rooms.py draw")
+        mistakes.append(f"{PAGE}: the rooms are not those of {TABLE}; "
+                        "run tools/checks/check_rooms.py draw")
     for mistake in mistakes:
         print(mistake, file=sys.stderr)
     if not mistakes:
@@ -165,12 +166,13 @@ def main(arguments):
         arguments = arguments[:1]
     verbs = {"check": check, "draw": draw, "names": lambda root: print(*names(root)) or 0}
     if len(arguments) != 1 or arguments[0] not in verbs:
-        print("rooms.py: one of check, draw and names, see the head of the file", file=sys.stderr)
+        print("check_rooms.py: one of check, draw and names, see the head of the file",
+              file=sys.stderr)
         return 2
     try:
         return verbs[arguments[0]](root)
     except Mistake as mistake:
-        print(f"rooms.py: {mistake}", file=sys.stderr)
+        print(f"check_rooms.py: {mistake}", file=sys.stderr)
         return 2
 
 

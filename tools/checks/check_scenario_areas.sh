@@ -1,7 +1,7 @@
 #!/bin/bash
 # Every directory of scenarios must be listed in tests/scenarios/CMakeLists.txt, or nobody plays it.
 set -u
-cd "$(dirname "$0")/../tests/scenarios" || exit 1
+cd "$(dirname "$0")/../../tests/scenarios" || exit 1
 status=0
 for directory in */; do
     area=${directory%/}

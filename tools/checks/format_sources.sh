@@ -1,8 +1,8 @@
 #!/bin/bash
-# usage: format.sh [--check]
+# usage: format_sources.sh [--check]
 # Formats the C and C++ sources, or with --check lists those that are not formatted.
 set -u
-cd "$(dirname "$0")/.." || exit 1
+cd "$(dirname "$0")/../.." || exit 1
 
 check=
 case ${1:-} in

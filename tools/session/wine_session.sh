@@ -14,7 +14,7 @@
 # 0 or 1. A script that is called inside a session joins it: KARVEL_HELD_SESSIONS names those that a
 # caller holds.
 
-karvel_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+karvel_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 karvel_wine=/usr/lib/wine/wine64
 karvel_wineserver=/usr/lib/wine/wineserver64
 karvel_prefix=$karvel_root/build/wine-prefix
@@ -164,7 +164,8 @@ karvel_without_locks() {
 karvel_make_prefixes() {
     # Prefixes made by another version of the script are made anew.
     local stamp
-    stamp=$(cat "$karvel_root/tools/new_wine_prefix.sh" "$karvel_root/tools/keep_alive.c" | cksum)
+    local here=$karvel_root/tools/session
+    stamp=$(cat "$here/make_wine_prefixes.sh" "$here/keep_alive.c" | cksum)
     if [ "$(cat "$karvel_prefix/karvel-stamp" 2>/dev/null)" = "$stamp" ]; then return 0; fi
     (
         flock -x 7
@@ -174,7 +175,7 @@ karvel_make_prefixes() {
         flock -x 8
         flock -x 9
         flock -x 6
-        karvel_without_locks "$karvel_root/tools/new_wine_prefix.sh" "$karvel_prefix" ||
+        karvel_without_locks "$here/make_wine_prefixes.sh" "$karvel_prefix" ||
             { echo "the Wine prefix $karvel_prefix cannot be made" >&2; exit 1; }
         echo "$stamp" >"$karvel_prefix/karvel-stamp"
     ) 7>"$karvel_prefix.lock"

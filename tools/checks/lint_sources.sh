@@ -1,16 +1,16 @@
 #!/bin/bash
-# usage: lint.sh [rooms|format|cppcheck|tidy|tidy-plugin]...
+# usage: lint_sources.sh [rooms|format|cppcheck|tidy|tidy-plugin]...
 # Static checks: the first four without an argument. tidy-plugin is tidy over the plug-in alone,
 # which takes a tenth of the time.
 set -u
-cd "$(dirname "$0")/.." || exit 1
+cd "$(dirname "$0")/../.." || exit 1
 
 check_rooms() {
-    tools/rooms.py check
+    tools/checks/check_rooms.py check
 }
 
 check_format() {
-    tools/format.sh --check
+    tools/checks/format_sources.sh --check
 }
 
 check_cppcheck() {
@@ -24,17 +24,17 @@ check_cppcheck() {
         --suppress=missingIncludeSystem --suppress=passedByValue \
         --suppress=leakNoVarFunctionCall --suppress=leakReturnValNotUsed \
         -I . -I sdk/include -D_WIN64 -D_WIN32 -D_CPPRTTI \
-        $(python3 tools/rooms.py names) standin cmake/msvc_runtime &&
+        $(python3 tools/checks/check_rooms.py names) standin cmake/msvc_runtime &&
         echo "cppcheck finds nothing"
 }
 
 check_tidy() {
-    tools/tidy
+    tools/checks/run_tidy.py
 }
 
 check_tidy-plugin() {
     # shellcheck disable=SC2046 # a list of words
-    tools/tidy $(python3 tools/rooms.py names)
+    tools/checks/run_tidy.py $(python3 tools/checks/check_rooms.py names)
 }
 
 if [ $# -eq 0 ]; then set -- rooms format cppcheck tidy; fi
