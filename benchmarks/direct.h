@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "benchmarks/situations.h"
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/plugin/loader.h"
 
 namespace direct {
 

@@ -1,8 +1,8 @@
 #include "benchmarks/entry_points.h"
 
-#include "standin/engine/input_internal.h"
-#include "standin/engine/plugin_loader.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/plugin/loader.h"
+#include "standin/engine/world/world.h"
 
 namespace entry_points {
 namespace {

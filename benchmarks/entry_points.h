@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "standin/engine/input_control.h"
+#include "standin/engine/input/control.h"
 
 namespace entry_points {
 

@@ -7,7 +7,7 @@
 #include "benchmarks/entry_points.h"
 #include "benchmarks/situations.h"
 #include "benchmarks/stage.h"
-#include "standin/engine/world.h"
+#include "standin/engine/world/world.h"
 
 namespace growth {
 namespace {

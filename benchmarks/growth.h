@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/plugin/loader.h"
 
 namespace growth {
 

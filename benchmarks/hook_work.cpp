@@ -14,8 +14,8 @@
 #include "benchmarks/entry_points.h"
 #include "benchmarks/situations.h"
 #include "benchmarks/stage.h"
-#include "standin/engine/input_internal.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/world/world.h"
 
 namespace hook_work {
 namespace {

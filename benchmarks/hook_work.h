@@ -5,7 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/plugin/loader.h"
 
 namespace hook_work {
 

@@ -8,9 +8,9 @@
 #include "benchmarks/clock.h"
 #include "benchmarks/situations.h"
 #include "benchmarks/stage.h"
-#include "standin/engine/input_internal.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 
 namespace queue_time {
 namespace {

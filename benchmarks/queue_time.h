@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/plugin/loader.h"
 
 namespace queue_time {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "benchmarks/stage.h"
-#include "standin/engine/world.h"
+#include "standin/engine/world/world.h"
 
 namespace situations {
 namespace {

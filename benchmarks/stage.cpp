@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "benchmarks/call_sites.h"
-#include "standin/engine/input_internal.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 
 namespace stage {
 namespace {

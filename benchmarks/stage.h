@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/plugin/loader.h"
 
 namespace stage {
 

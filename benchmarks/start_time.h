@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/plugin/loader.h"
 
 namespace start_time {
 

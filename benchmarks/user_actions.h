@@ -5,7 +5,7 @@
 
 #include "benchmarks/entry_points.h"
 #include "benchmarks/stage.h"
-#include "standin/engine/world.h"
+#include "standin/engine/world/world.h"
 
 namespace user_actions {
 

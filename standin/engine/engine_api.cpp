@@ -6,12 +6,12 @@
 #include <cstring>
 #include <string>
 
-#include "standin/engine/faults.h"
-#include "standin/engine/input.h"
-#include "standin/engine/plugin_loader.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/intercept/faults.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/plugin/loader.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/internal.h"
 
 using world::g_world;
 

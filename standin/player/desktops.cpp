@@ -1,6 +1,6 @@
 #include "standin/player/desktops.h"
 
-#include "standin/engine/input_control.h"
+#include "standin/engine/input/control.h"
 
 namespace desktops {
 namespace {

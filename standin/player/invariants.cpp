@@ -5,12 +5,12 @@
 #include <iterator>
 #include <utility>
 
-#include "standin/engine/input.h"
-#include "standin/engine/message_names.h"
-#include "standin/engine/plugin_loader.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/trace/message_names.h"
+#include "standin/engine/plugin/loader.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
+#include "standin/engine/world/internal.h"
 
 namespace invariants {
 namespace {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/input_control.h"
+#include "standin/engine/input/control.h"
 #include "standin/player/exemptions.h"
 #include "standin/player/hook_model.h"
 #include "standin/player/scenario_parser.h"

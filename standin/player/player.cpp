@@ -8,12 +8,12 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "standin/engine/faults.h"
-#include "standin/engine/input.h"
-#include "standin/engine/intercept.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/intercept/faults.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/intercept/intercept.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 #include "standin/player/invariants.h"
 #include "standin/player/pictures.h"
 #include "standin/player/transcript.h"

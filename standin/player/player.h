@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/plugin/loader.h"
 #include "standin/player/scenario_parser.h"
 
 namespace player {

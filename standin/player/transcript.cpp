@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/trace_control.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/trace/control.h"
 
 namespace transcript {
 namespace {

@@ -374,14 +374,14 @@ class Documents(unittest.TestCase):
 
     def test_the_stand_in_knows_the_globals(self):
         """Of the other two, one is the record of the settings and one holds no state."""
-        header = read("standin/engine/plugin_globals.h")
+        header = read("standin/engine/plugin/globals.h")
         known = set(re.findall(r'\{"(g_\w+)", GlobalKind', header)) | {"g_settings", "g_module"}
         defined = {name for room in rooms.names() for source in (ROOT / room).glob("*.cpp")
                    for name in defined_globals(source.read_text(encoding="utf-8"))}
         for name in sorted(known ^ defined):
             self.fail(f"{name} is defined by no source of the plug-in, remove it from kGlobals of "
-                      "standin/engine/plugin_globals.h" if name in known else
-                      f"{name} is missing in kGlobals of standin/engine/plugin_globals.h")
+                      "standin/engine/plugin/globals.h" if name in known else
+                      f"{name} is missing in kGlobals of standin/engine/plugin/globals.h")
 
     def test_copyright_has_one_form(self):
         found = 0

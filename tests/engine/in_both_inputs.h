@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/trace_control.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/trace/control.h"
 
 namespace in_both_inputs {
 

@@ -1,5 +1,5 @@
 // The virtual keyboard, mouse and screen, as the plug-in asks about them.
-#include "standin/engine/input.h"
+#include "standin/engine/input/input.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 #include "tests/engine/in_both_inputs.h"
 
 namespace {

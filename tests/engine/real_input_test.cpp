@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/input_internal.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 #include "tests/engine/in_both_inputs.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "standin/engine/engine_api.h"
-#include "standin/engine/input.h"
-#include "standin/engine/input_control.h"
-#include "standin/engine/world.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/world/world.h"
+#include "standin/engine/world/internal.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Any text as a link map: it is none, or every global in it has a name.
 
-#include "standin/engine/link_map.h"
+#include "standin/engine/plugin/link_map.h"
 #include "tests/fuzzers/fuzzer.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,4 +1,4 @@
-#include "standin/engine/link_map.h"
+#include "standin/engine/plugin/link_map.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "standin/engine/plugin_globals.h"
+#include "standin/engine/plugin/globals.h"
 #include "tests/unit/rows.h"
 
 namespace {
@@ -84,7 +84,7 @@ TEST(Settings, TheStandInKnowsTheirKeys) {
     Table settings = {"kSettings (settings/plugin_settings.h)", {}};
     for (const SettingDescription& setting : kSettings)
         settings.rows.push_back(setting.key);
-    Table names = {"kOptions (standin/engine/plugin_globals.h)", {}};
+    Table names = {"kOptions (standin/engine/plugin/globals.h)", {}};
     for (const std::string_view key : plugin::kOptions)
         names.rows.emplace_back(key);
     const std::string difference = FirstDifference(settings, names);

@@ -1,8 +1,8 @@
-#include "standin/engine/message_names.h"
+#include "standin/engine/trace/message_names.h"
 
 #include <prsht.h>
 
-#include "standin/engine/world.h"
+#include "standin/engine/world/world.h"
 
 namespace names {
 namespace {

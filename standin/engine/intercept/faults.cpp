@@ -1,4 +1,4 @@
-#include "standin/engine/faults.h"
+#include "standin/engine/intercept/faults.h"
 
 #include <set>
 

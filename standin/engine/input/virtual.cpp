@@ -2,9 +2,9 @@
 #include <cstdlib>
 #include <utility>
 
-#include "standin/engine/input_internal.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 
 namespace input {
 namespace {

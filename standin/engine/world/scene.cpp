@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "standin/engine/faults.h"
-#include "standin/engine/input.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/intercept/faults.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

@@ -1,7 +1,7 @@
 // Resources and the settings file as the plug-in calls them.
-#include "standin/engine/intercept_internal.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/intercept/internal.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/internal.h"
 
 namespace intercept {
 namespace {

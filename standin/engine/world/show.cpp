@@ -2,10 +2,10 @@
 // fail.
 #include <algorithm>
 
-#include "standin/engine/faults.h"
-#include "standin/engine/input.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/intercept/faults.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

@@ -1,9 +1,9 @@
-#include "standin/engine/world_try.h"
+#include "standin/engine/world/try.h"
 
 #include <optional>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <map>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/internal.h"
 #include "standin/script/interpreter.h"
 
 namespace world {

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "standin/engine/engine_api.h"
-#include "standin/engine/world.h"
-#include "standin/engine/world_geometry.h"
-#include "standin/engine/world_try.h"
+#include "standin/engine/world/world.h"
+#include "standin/engine/world/geometry.h"
+#include "standin/engine/world/try.h"
 
 namespace world {
 
@@ -285,7 +285,7 @@ extern const eng_script_calls* g_script_calls;
 // True when `fail NAME` is in force for this host call.
 bool Fails(std::string_view call);
 
-// --- scene (world_scene.cpp) ---
+// --- scene (scene.cpp) ---
 void CreateScene();
 eng_node* FindNode(std::string_view name);
 std::vector<eng_node*> LiveNodes();
@@ -310,7 +310,7 @@ void HoldCancel();
 SceneState TakeScene();
 void RestoreScene(const SceneState& scene);
 
-// --- command modes (world_modes.cpp) ---
+// --- command modes (modes.cpp) ---
 eng_mode* CurrentMode();
 void SetTopMode(int id);
 int ClassOfMode(int id);
@@ -319,7 +319,7 @@ bool IsSelectMode(int id);
 bool IsViewMode(int id);
 std::string ModeText(const eng_mode* mode);
 
-// --- actions and buttons (world_actions.cpp) ---
+// --- actions and buttons (actions.cpp) ---
 void CreateActions();
 eng_table* FindTable(unsigned long id);
 eng_action* FindAction(unsigned long table, int id);
@@ -335,7 +335,7 @@ void SetButtonChecked(eng_button& button, bool checked);
 void ButtonCommand(eng_button& button, int code);
 void LeaveMode(int id);  // a command mode is no longer on the stack
 
-// --- views (world_views.cpp) ---
+// --- views (views.cpp) ---
 struct ViewBasis {
     Vector right, up, forward, eye;
     double focal = 1;  // pixels at distance 1
@@ -366,7 +366,7 @@ struct Modifiers {
 };
 Modifiers ModifiersOf(WPARAM flags);
 
-// --- editors, time slider (world_editors.cpp) ---
+// --- editors, time slider (editors.cpp) ---
 void CreateEditors();
 Editor* EditorOf(HWND client);
 LRESULT CALLBACK EditorProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
@@ -382,7 +382,7 @@ void PlaceThumb();
 void FrameTrackViewTimes();
 void FrameTrackViewValues();
 
-// --- windows (world_windows.cpp) ---
+// --- windows (windows.cpp) ---
 void CreateWindows();
 void DestroyWindows();
 // Buttons that went down in a window and have not come up; with the first one the window takes the
@@ -397,7 +397,7 @@ void CreateButtonWindow(eng_button& button);
 WNDPROC LowAddressProcedure(WNDPROC procedure);
 void Redraw();  // everything that shows the scene
 
-// --- menus (world_menus.cpp) ---
+// --- menus (menus.cpp) ---
 void CreateMenus();
 void DestroyMenus();
 void UpdateMenuBar();
@@ -405,13 +405,13 @@ bool MenuCommand(UINT command);  // a pick from the menu bar
 void PrepareMenu(HMENU menu);    // a menu is about to open
 std::vector<std::string> MenuLines();
 
-// --- pointers (world_cursors.cpp) ---
+// --- pointers (cursors.cpp) ---
 HCURSOR HostCursor(int mode);  // null: the arrow
 
-// --- drawing (world_draw.cpp) ---
+// --- drawing (draw.cpp) ---
 void DrawWindow(HWND window);  // in WM_PAINT
 
-// --- scripts (world_script.cpp) ---
+// --- scripts (script.cpp) ---
 struct ScriptResult {
     bool ok = false;
     std::string text;

@@ -1,14 +1,14 @@
-#include "standin/engine/input.h"
+#include "standin/engine/input/input.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "standin/engine/input_internal.h"
-#include "standin/engine/message_names.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/trace/message_names.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 
 namespace input {
 
@@ -448,7 +448,7 @@ POINT ToClient(HWND window, POINT screen) {
     return screen;
 }
 
-// --- input_control.h ---
+// --- control.h ---
 
 std::string NewDesktopName() {
     LARGE_INTEGER now{};

@@ -11,12 +11,12 @@
 #include <utility>
 #include <vector>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/intercept_internal.h"
-#include "standin/engine/message_names.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/intercept/internal.h"
+#include "standin/engine/trace/message_names.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 
 namespace intercept {
 namespace {

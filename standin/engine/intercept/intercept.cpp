@@ -1,13 +1,13 @@
-#include "standin/engine/intercept.h"
+#include "standin/engine/intercept/intercept.h"
 
 #include <algorithm>
 #include <cstring>
 #include <map>
 
-#include "standin/engine/faults.h"
-#include "standin/engine/intercept_internal.h"
-#include "standin/engine/plugin_loader.h"
-#include "standin/engine/world.h"
+#include "standin/engine/intercept/faults.h"
+#include "standin/engine/intercept/internal.h"
+#include "standin/engine/plugin/loader.h"
+#include "standin/engine/world/world.h"
 
 namespace intercept {
 namespace {

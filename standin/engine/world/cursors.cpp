@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "standin/engine/world_internal.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

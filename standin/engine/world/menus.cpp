@@ -1,9 +1,9 @@
 // The menu manager's menus and the menu bar that is made of them.
 #include <algorithm>
 
-#include "standin/engine/input_control.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

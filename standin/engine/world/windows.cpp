@@ -3,10 +3,10 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "standin/engine/faults.h"
-#include "standin/engine/input.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/intercept/faults.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

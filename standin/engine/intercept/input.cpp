@@ -1,11 +1,11 @@
 // Keyboard, mouse, clock and hooks as the plug-in calls them.
 #include <cstring>
 
-#include "standin/engine/input.h"
-#include "standin/engine/input_control.h"
-#include "standin/engine/intercept_internal.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/intercept/internal.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/world.h"
 
 namespace intercept {
 namespace {

@@ -2,10 +2,10 @@
 // plug-in's procedures. The queue of the bookkeeping is held beside it, to know each event again.
 #include <utility>
 
-#include "standin/engine/input_internal.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/trace_control.h"
-#include "standin/engine/world.h"
+#include "standin/engine/input/internal.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/trace/control.h"
+#include "standin/engine/world/world.h"
 
 namespace input {
 namespace {

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "standin/engine/input.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

@@ -8,8 +8,8 @@
 #include <set>
 #include <string>
 
-#include "standin/engine/input.h"
-#include "standin/engine/input_control.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/input/control.h"
 
 namespace input {
 
@@ -112,7 +112,7 @@ int LogicalButton(int key);
 void ReportMouseArrival(HWND window, UINT message, WPARAM wparam, POINT screen);
 void ReportKeyArrival(HWND window, UINT message, WPARAM key);
 
-// Virtual input (input_virtual.cpp) and real input (input_real.cpp).
+// Virtual input (virtual.cpp) and real input (real.cpp).
 void DrainVirtual();
 // What the hooks are looking at is as good as delivered to whoever pumps the queue in there.
 void NoteDelivered();
@@ -125,7 +125,7 @@ void MoveCursorForReal(POINT screen);
 LRESULT CALLBACK SystemMouseHook(int code, WPARAM wparam, LPARAM lparam);
 LRESULT CALLBACK SystemKeyHook(int code, WPARAM wparam, LPARAM lparam);
 
-// The watch of interactive use (input_watch.cpp). Look is called when the queue is empty.
+// The watch of interactive use (watch.cpp). Look is called when the queue is empty.
 void BeginWatch();
 void Look();
 void EndWatch();

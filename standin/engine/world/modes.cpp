@@ -1,9 +1,9 @@
 // The command mode stack and those who want to know of its changes.
 #include <algorithm>
 
-#include "standin/engine/input.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <tuple>
 
-#include "standin/engine/input.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

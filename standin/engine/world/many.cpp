@@ -1,7 +1,7 @@
 // Many windows, objects and modes, for those who measure what grows with their number.
 #include <cstdio>
 
-#include "standin/engine/world_internal.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

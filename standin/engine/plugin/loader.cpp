@@ -1,4 +1,4 @@
-#include "standin/engine/plugin_loader.h"
+#include "standin/engine/plugin/loader.h"
 
 #include <winternl.h>
 
@@ -7,12 +7,12 @@
 #include <cstring>
 #include <iterator>
 
-#include "standin/engine/intercept.h"
-#include "standin/engine/link_map.h"
-#include "standin/engine/plugin_globals.h"
-#include "standin/engine/trace.h"
-#include "standin/engine/world.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/intercept/intercept.h"
+#include "standin/engine/plugin/link_map.h"
+#include "standin/engine/plugin/globals.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/world.h"
+#include "standin/engine/world/internal.h"
 
 namespace plugin {
 namespace {

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "standin/engine/trace.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/trace/trace.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <limits>
 
-#include "standin/engine/input.h"
-#include "standin/engine/input_control.h"
-#include "standin/engine/world_internal.h"
+#include "standin/engine/input/input.h"
+#include "standin/engine/input/control.h"
+#include "standin/engine/world/internal.h"
 
 namespace world {
 

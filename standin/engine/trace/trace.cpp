@@ -1,11 +1,11 @@
-#include "standin/engine/trace.h"
+#include "standin/engine/trace/trace.h"
 
 #include <algorithm>
 #include <atomic>
 #include <utility>
 #include <vector>
 
-#include "standin/engine/trace_control.h"
+#include "standin/engine/trace/control.h"
 
 namespace trace {
 namespace {
