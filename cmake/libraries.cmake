@@ -1,0 +1,134 @@
+# Parts that the plug-in, the stand-in and their tests are put together from: libraries, programs, the
+# engine and the host DLLs.
+
+if(KARVEL_VISUAL_STUDIO)
+    # Visual C++ brings its own runtime.
+    add_library(karvel_msvc_runtime INTERFACE)
+elseif(KARVEL_MSVC)
+    # CMake does not expect DLLs of a system that it only knows as Generic.
+    set_property(GLOBAL PROPERTY TARGET_SUPPORTS_SHARED_LIBS TRUE)
+    add_library(karvel_msvc_runtime OBJECT
+        ${CMAKE_SOURCE_DIR}/cmake/msvc_runtime/start_code.cpp
+        ${CMAKE_SOURCE_DIR}/cmake/msvc_runtime/heap_operators.cpp
+        ${CMAKE_SOURCE_DIR}/cmake/msvc_runtime/type_info.cpp)
+    target_link_libraries(karvel_msvc_runtime PRIVATE karvel_host_side_options)
+    target_compile_options(karvel_msvc_runtime PRIVATE -fno-rtti)
+endif()
+
+# karvel_import_library(NAME DLL FILE DEF FILE): the library NAME, made from a list of the names that
+# a DLL exports. Only the msvc build needs it; the gnu build links against the DLLs themselves.
+function(karvel_import_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "DLL;DEF" "")
+    get_filename_component(definition ${arg_DEF} ABSOLUTE)
+    set(library ${CMAKE_BINARY_DIR}/import/${name}.lib)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/import)
+    add_custom_command(
+        OUTPUT ${library}
+        COMMAND llvm-dlltool-${KARVEL_LLVM_VERSION} -m i386:x86-64 -D ${arg_DLL}
+                -d ${definition} -l ${library}
+        DEPENDS ${definition}
+        COMMENT "Import library for ${arg_DLL}"
+        VERBATIM)
+    add_custom_target(${name}_file DEPENDS ${library})
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ${library})
+    set_property(TARGET ${name} PROPERTY INTERFACE_LINK_DEPENDS ${library})
+    add_dependencies(${name} ${name}_file)
+endfunction()
+
+# karvel_static_library(NAME SOURCES FILE... [LIBRARIES NAME...]): one of our own parts.
+function(karvel_static_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE karvel_options PUBLIC ${arg_LIBRARIES})
+endfunction()
+
+# karvel_engine(SOURCES FILE... [LIBRARIES NAME...] [DEF FILE]): the stand-in's engine (gnu only).
+# It is copied to where the host DLLs of both builds lie, so that any process can load those.
+function(karvel_engine)
+    cmake_parse_arguments(PARSE_ARGV 0 arg "" "DEF" "SOURCES;LIBRARIES")
+    add_library(standin_engine SHARED ${arg_SOURCES})
+    if(arg_DEF)
+        target_sources(standin_engine PRIVATE ${arg_DEF})
+    endif()
+    target_link_libraries(standin_engine PRIVATE karvel_options ${arg_LIBRARIES})
+    set_target_properties(standin_engine PROPERTIES
+        PREFIX ""
+        RUNTIME_OUTPUT_DIRECTORY ${KARVEL_BIN_DIR}
+        ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/import)
+    set(copies ${KARVEL_HOST_DIR}/standin_engine.dll)
+    if(NOT KARVEL_COVERAGE)
+        list(APPEND copies ${CMAKE_SOURCE_DIR}/build/msvc/host/standin_engine.dll
+                           ${CMAKE_SOURCE_DIR}/build/msvc-unicode/host/standin_engine.dll)
+    endif()
+    foreach(copy ${copies})
+        get_filename_component(dir ${copy} DIRECTORY)
+        add_custom_command(
+            OUTPUT ${copy}
+            COMMAND ${CMAKE_COMMAND} -E make_directory ${dir}
+            COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:standin_engine> ${copy}
+            DEPENDS standin_engine
+            VERBATIM)
+    endforeach()
+    add_custom_target(engine_copies ALL DEPENDS ${copies})
+    add_dependencies(stand_in engine_copies)
+endfunction()
+
+# karvel_program(NAME SOURCES FILE... [LIBRARIES NAME...]): a program of the stand-in (gnu only).
+function(karvel_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE karvel_options ${arg_LIBRARIES})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KARVEL_BIN_DIR})
+    add_dependencies(stand_in ${name})
+endfunction()
+
+# karvel_host_dll(NAME SOURCES FILE... [DEF FILE] [DEFINES WORD...] [LIBRARIES NAME...]): one of the
+# stand-in's host DLLs. DEF lists the exports of the msvc file; the linker refuses a name that the
+# sources do not define.
+function(karvel_host_dll name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "DEF" "SOURCES;DEFINES;LIBRARIES")
+    set(target host_${name})
+    add_library(${target} SHARED ${arg_SOURCES})
+    target_compile_definitions(${target} PRIVATE ${arg_DEFINES})
+    target_link_libraries(${target} PRIVATE
+        karvel_host_side_options karvel_sdk_headers ${arg_LIBRARIES} standin_engine)
+    set_target_properties(${target} PROPERTIES
+        PREFIX ""
+        LIBRARY_OUTPUT_DIRECTORY ${KARVEL_HOST_DIR}
+        RUNTIME_OUTPUT_DIRECTORY ${KARVEL_HOST_DIR}
+        ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/import)
+    if(KARVEL_MSVC)
+        target_link_libraries(${target} PRIVATE karvel_msvc_runtime)
+        set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name}.dll SUFFIX "" NO_SONAME ON)
+        # The library that lld writes beside the DLL is of no use for the host of 2012: the plug-in
+        # links against the list of names in sdk/imports.
+        target_link_options(${target} PRIVATE
+            /implib:${CMAKE_BINARY_DIR}/import/own_${name}.lib)
+        if(KARVEL_UNICODE_HOST)
+            # There is no list of names for this host, so the siblings and the plug-in link against
+            # what the DLL exports.
+            add_custom_command(TARGET ${target} POST_BUILD
+                COMMAND ${CMAKE_COMMAND} -E true
+                BYPRODUCTS ${CMAKE_BINARY_DIR}/import/own_${name}.lib)
+        elseif(arg_DEF)
+            get_filename_component(definition ${arg_DEF} ABSOLUTE)
+            target_link_options(${target} PRIVATE /def:${definition})
+            set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${definition})
+        endif()
+    else()
+        set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name})
+    endif()
+    add_dependencies(host_side ${target})
+endfunction()
+
+# karvel_msvc_probe(NAME SOURCES FILE...): a DLL of the Microsoft ABI that a test loads (msvc only).
+function(karvel_msvc_probe name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES")
+    add_library(${name} MODULE ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE karvel_host_side_options karvel_msvc_runtime)
+    set_target_properties(${name} PROPERTIES
+        PREFIX "" OUTPUT_NAME ${name}.dll SUFFIX "" NO_SONAME ON
+        LIBRARY_OUTPUT_DIRECTORY ${KARVEL_TEST_DIR})
+    target_link_options(${name} PRIVATE /implib:${CMAKE_BINARY_DIR}/import/own_${name}.lib)
+endfunction()
