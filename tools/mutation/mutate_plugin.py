@@ -50,8 +50,8 @@ WORK = ROOT / "build/mutate"
 SURVIVORS = HERE / "survivors.txt"
 AIM = 95.0
 FEWEST_OF_A_FILE = 4
-# Most changes are noticed by one of so many; what needs all scenarios comes after all the others.
-FIRST_SCENARIOS = 60
+# Most changes are noticed by one of so many; what needs more comes after all the others.
+FIRST_SCENARIOS = 28
 
 
 class Mistake(Exception):
@@ -166,6 +166,7 @@ class Results:
     def __init__(self, path, sums):
         self.path = path
         self.sums = sums  # of each test
+        self.of_all = tests.digest(*(part for item in sums.items() for part in item))
         self.lock = threading.Lock()
         self.kept = {}
         self.of_code = {}
@@ -196,13 +197,13 @@ class Results:
         """Whether no test has come that might notice it."""
         if entry["result"] == "open":
             return False
-        return entry["result"] != "survived" or entry["tests"] == self.sums[""]
+        return entry["result"] != "survived" or entry["tests"] == self.of_all
 
     def add(self, name, source, result, by="", code="", met=(), line=0):
         entry = {"name": name, "result": result, "by": by, "source": source, "code": code,
                  "line": line}
         if result in ("survived", "open"):
-            entry["tests"] = self.sums[""]
+            entry["tests"] = self.of_all
             entry["met"] = {scenario: self.sums[scenario] for scenario in sorted(met)}
         with self.lock:
             self.keep(entry)
@@ -219,12 +220,12 @@ class Results:
 
 
 def sums_of_tests():
-    """Of each scenario by its name, and of all tests together."""
-    folders = ("scenarios", "hook", "unit", "script", "dialogs", "abi")
-    files = [path for folder in folders for path in sorted((ROOT / "tests" / folder).rglob("*"))
-             if path.is_file()]
+    """Of each test's file by its name, and of all together that are no scenarios."""
+    files = [path for path in sorted((ROOT / "tests").rglob("*"))
+             if path.is_file() and path.suffix not in (".md", ".pyc")]
     sums = {path.relative_to(ROOT).as_posix(): tests.digest(path.read_bytes()) for path in files}
-    sums[""] = tests.digest(*(part for item in sums.items() for part in item))
+    sums[tests.NO_SCENARIOS] = tests.digest(
+        *(part for item in sums.items() if not item[0].endswith(".scn") for part in item))
     return sums
 
 
@@ -233,8 +234,9 @@ def sums_of_tests():
 class Order:
     """The scenarios that execute a mutant's lines, those first that are likely to notice."""
 
-    def __init__(self, lines):
+    def __init__(self, lines, build):
         self.lines = lines
+        self.build = build
         self.sources = {name: (ROOT / name).read_text() for name in tests.plugin_sources(ROOT)}
         self.sizes = {name: lines.size(name) for name in lines.scenarios}
         self.noticed = collections.defaultdict(list)  # file -> (line, test) of each that was noticed
@@ -310,7 +312,10 @@ class Order:
                     if given not in names and names & set(re.findall(r"\w+", part)):
                         names.add(given)
             grown = len(names) > before
-        return [name for name in readers if names & set(re.findall(r"\w+", self.sources[name]))]
+        return [name for name in readers if names & set(re.findall(r"\w+", self.text_of(name)))]
+
+    def text_of(self, source):
+        return self.sources.get(source) or self.build.test_texts[source]
 
     def of(self, mutant, scores):
         first, last = self.statement_lines(mutant.file, mutant)
@@ -338,7 +343,7 @@ class Order:
         words = set(re.split(r"[/_.]", file)) - {"cpp", "h", "key", "window", "moves"}
         areas = collections.defaultdict(list)
         for name in sorted(names - set(first), key=lambda name: (self.sizes[name], name)):
-            areas[name.split("/")[2]].append(name)
+            areas[pathlib.PurePosixPath(name).parent.name].append(name)
         turns = []
         for area, of_area in areas.items():
             step = 4 if words & set(area.split("_")) else 1
@@ -353,13 +358,13 @@ class Order:
 class Shared:
     """What the runs of all seeds have in common."""
 
-    def __init__(self):
+    def __init__(self, jobs):
         WORK.mkdir(parents=True, exist_ok=True)
         self.build = tests.GnuBuild(ROOT, WORK)
         self.lines = tests.LineMap(ROOT, WORK)
-        self.lines.load(tests.Wine(), say)
+        self.lines.load([tests.Wine(number) for number in range(jobs)], say)
         self.results = Results(WORK / "results.json", sums_of_tests())
-        self.order = Order(self.lines)
+        self.order = Order(self.lines, self.build)
         self.sums = {name: self.build.sum_of(name) for name in tests.plugin_sources(ROOT)}
         for entry in self.results.kept.values():
             file = re.match(r"[\w/.]+", entry["name"]).group()
@@ -408,9 +413,11 @@ class Run:
             with self.lock:
                 file = files.popleft() if files else None
             if file is None:
-                break
+                return
             while mutant := self.next_of(file):
                 self.judge(job, mutant, FIRST_SCENARIOS)
+
+    def finish(self, job, _):
         while True:
             with self.lock:
                 mutant = self.waiting.popleft() if self.waiting and not self.stopped else None
@@ -441,8 +448,11 @@ class Run:
         name = plain_name(mutant)
         source = self.sums[mutant.file]
         sources = self.build.sources_of(mutant.file)
+        readers = []
         if mutant.file.endswith(".h"):
             sources = self.order.concerned(mutant, sources)
+            readers = self.order.concerned(mutant,
+                                           self.build.test_readers.get(mutant.file, ()))
         reason, changed = job.try_build(mutant, self.order.sources[mutant.file], sources)
         if reason:
             return self.results.add(name, source, reason)
@@ -457,20 +467,27 @@ class Run:
         met_before = self.results.met_by(earlier)
         scores = self.order.likely(mutant, self.results.earlier.get(name, "").split(" ")[0])
         order = [test for test in self.order.of(mutant, scores) if test not in met_before]
-        by, met = job.noticed_by(mutant, changed, order, scores, limit)
-        result = "noticed" if by else "open" if len(met) < len(order) else "survived"
+        if tests.NO_SCENARIOS in met_before:
+            readers = None
+        by, met = job.noticed_by(mutant, changed, readers, order, scores, limit)
+        result = "noticed" if by else "survived" if set(order) <= set(met) else "open"
         say(f"{result:8}  {name}" + (f"   by {by}" if by else ""))
         return self.results.add(name, source, result, by or "", code, met_before | set(met),
                                 mutant.line)
 
-    def run(self, shared):
+    def begin(self, shared):
+        """Tries each mutant on the tests that are likely to notice it."""
         self.build, self.results = shared.build, shared.results
         self.order, self.sums = shared.order, shared.sums
+        self.run(self.work_on)
+        noticed, count = self.noticed_of_all()
+        say(f"seed {self.seed}: {noticed} of {count} noticed, {len(self.waiting)} wait for more tests")
+
+    def run(self, work):
         # The largest ones first, so that two jobs end together.
         files = collections.deque(sorted(self.candidates, key=lambda name: -self.shares[name]))
         with concurrent.futures.ThreadPoolExecutor(self.options.jobs) as pool:
-            waiting = [pool.submit(self.work_on,
-                                   tests.Job(number, self.build, WORK), files)
+            waiting = [pool.submit(work, tests.Job(number, self.build, WORK), files)
                        for number in range(self.options.jobs)]
             try:
                 for each in waiting:
@@ -560,9 +577,11 @@ def main():
         for run in runs:
             print_list(run)
         return 0
-    shared = Shared()
+    shared = Shared(options.jobs)
     for run in runs:
-        run.run(shared)
+        run.begin(shared)
+    for run in runs:
+        run.run(run.finish)
     return 0 if report(runs, explained) else 1
 
 
