@@ -12,7 +12,6 @@
 
 #include "standin/player/child_process.h"
 #include "standin/player/desktops.h"
-#include "standin/player/fuzz.h"
 #include "standin/player/player.h"
 #include "standin/player/screen_size.h"
 #include "standin/player/tour.h"
@@ -26,8 +25,6 @@ constexpr const char* kUsage =
     "             [--files-from LIST] FILE.scn...\n"
     "standin interactive [--abi gnu|msvc] [--release N] [--queries] [--facts] [--config-dir DIR]\n"
     "             [--trace FILE] [--watch]\n"
-    "standin fuzz [--input virtual|real] [--seed N] [--events N] [--length N] [--every-row]\n"
-    "             [--abi gnu|msvc] [--jobs N]\n"
     "standin faults\n"
     "standin tour --out DIR [--scenarios DIR] [options as above]\n";
 
@@ -37,7 +34,6 @@ struct Arguments {
     std::string trace;
     std::string out;
     std::string tour_scenarios;
-    fuzz::Options walks;
     int jobs = 2;
     std::vector<std::string> files;
 };
@@ -62,12 +58,6 @@ bool ReadNumber(const char* text, int lowest, int* number) {
     return true;
 }
 
-bool ReadLongNumber(const char* text, unsigned long long* number) {
-    char* end = nullptr;
-    *number = std::strtoull(text, &end, 0);
-    return text[0] >= '0' && text[0] <= '9' && *end == 0;
-}
-
 bool ReadScreen(const char* text, player::Options* options) {
     char extra = 0;
     return std::sscanf(text, "%dx%d%c", &options->screen_width, &options->screen_height, &extra) ==
@@ -89,10 +79,11 @@ bool ReadList(const char* name, std::vector<std::string>* files) {
     return true;
 }
 
-// Empty when the arguments are sound, else what is wrong.
-std::string ReadArguments(int count, char** arguments, Arguments* result) {
+// Reads them from the one with the number `first` on. Empty when they are sound, else what is
+// wrong.
+std::string ReadArguments(int count, char** arguments, int first, Arguments* result) {
     player::Options& options = result->options;
-    for (int i = 2; i < count; ++i) {
+    for (int i = first; i < count; ++i) {
         const std::string argument = arguments[i];
         if (!argument.starts_with("--")) {
             result->files.push_back(argument);
@@ -100,14 +91,6 @@ std::string ReadArguments(int count, char** arguments, Arguments* result) {
         }
         if (argument == "--queries") {
             options.queries = true;
-            continue;
-        }
-        if (argument == "--invariants") {
-            options.invariants = true;
-            continue;
-        }
-        if (argument == "--every-row") {
-            result->walks.every_row = true;
             continue;
         }
         if (argument == "--forgiving") {
@@ -146,12 +129,6 @@ std::string ReadArguments(int count, char** arguments, Arguments* result) {
             result->trace = value;
         } else if (argument == "--shots") {
             options.shots = value;
-        } else if (argument == "--seed") {
-            good = ReadLongNumber(value, &result->walks.seed);
-        } else if (argument == "--events") {
-            good = ReadLongNumber(value, &result->walks.events) && result->walks.events > 0;
-        } else if (argument == "--length") {
-            good = ReadNumber(value, 10, &result->walks.commands_of_a_walk);
         } else if (argument == "--ready") {
             options.ready = reinterpret_cast<HANDLE>(std::strtoull(value, nullptr, 10));
         } else if (argument == "--desktop") {
@@ -271,7 +248,6 @@ std::vector<std::string> ChildArguments(const Arguments& arguments, const std::s
     add("--shots", options.shots);
     add("--transcript", options.transcript);
     add("--config-dir", options.config_dir);
-    if (options.invariants) list.push_back("--invariants");
     if (options.forgiving) list.push_back("--forgiving");
     if (options.queries) list.push_back("--queries");
     if (options.facts) list.push_back("--facts");
@@ -445,27 +421,73 @@ int PlayTour(Arguments arguments) {
                       });
 }
 
-int PlayWalks(Arguments arguments) {
-    if (!CheckFiles(arguments)) return player::kUnreadable;
-    arguments.options.invariants = true;
-    arguments.walks.real = arguments.options.input == input::Kind::kReal;
-    arguments.walks.faults = player::FaultNames();
-    // After the start only the host itself takes from its heap, and does not outlive its end.
-    std::erase(arguments.walks.faults, "MAX_new");
+void SetBinaryOutput() {
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+}
+
+}  // namespace
+
+int standin_main(int count, char** arguments) {
+    return player::Main(count, arguments, nullptr);
+}
+
+namespace player {
+
+int Main(int count, char** arguments, Observer* observer) {
+    SetBinaryOutput();
+    if (count < 2) return Usage("missing a command");
+    const std::string command = arguments[1];
+    Arguments read;
+    read.options.observer = observer;
+    if (const std::string problem = ReadArguments(count, arguments, 2, &read); !problem.empty())
+        return Usage(problem);
+    if (command == "play") {
+        if (read.files.empty()) return Usage("missing a scenario's file");
+        return PlayAll(read);
+    }
+    if (command == "tour") {
+        if (read.out.empty()) return Usage("missing --out and a folder for the pictures");
+        return PlayTour(read);
+    }
+    if (command == "faults") return ListFaults();
+    if (command == "interactive") {
+        if (!CheckFiles(read)) return kUnreadable;
+        // "-" is the terminal.
+        if (!read.trace.empty() && read.trace != "-" && !OpenTrace(read.trace, &read.options.trace))
+            return kUnreadable;
+        return RunInteractive(read.options);
+    }
+    if (command == "play-one" && read.files.size() == 1) return PlayOne(read);
+    return Usage("unknown command " + command);
+}
+
+int WithPlays(int count, char** arguments,
+              const std::function<int(input::Kind input, const PlayTexts& play)>& run) {
+    SetBinaryOutput();
+    Arguments read;
+    std::string problem = ReadArguments(count, arguments, 1, &read);
+    if (problem.empty() && !read.files.empty())
+        problem = "\"" + read.files[0] + "\" is too much, the scenarios are made here";
+    if (!problem.empty()) {
+        std::fprintf(stderr, "standin: %s\n", problem.c_str());
+        return kUnreadable;
+    }
+    if (!CheckFiles(read)) return kUnreadable;
     char folder[MAX_PATH] = "";
     GetTempPathA(sizeof folder, folder);
     const std::string stem =
         std::string(folder) + "walk-" + std::to_string(GetCurrentProcessId()) + "-";
     desktops::Pool pool;
-    const auto jobs = static_cast<size_t>(arguments.jobs);
-    return fuzz::Run(arguments.walks, [&](const std::vector<std::string>& texts) {
-        std::vector<fuzz::Verdict> verdicts(texts.size());
+    const auto jobs = static_cast<size_t>(read.jobs);
+    return run(read.options.input, [&](const std::vector<std::string>& texts) {
+        std::vector<Played> played(texts.size());
         std::vector<child::Process> processes(texts.size());
         const auto name = [&stem](size_t i) { return stem + std::to_string(i) + ".scn"; };
         const auto finish = [&](size_t i) {
-            const child::Result result = FinishPlay(arguments, name(i), scenario::Scenario(), &pool,
-                                                    i % jobs, &processes[i]);
-            verdicts[i] = {result.status, result.messages, result.output};
+            const child::Result result =
+                FinishPlay(read, name(i), scenario::Scenario(), &pool, i % jobs, &processes[i]);
+            played[i] = {result.status, result.messages, result.output};
             DeleteFileA(name(i).c_str());
         };
         size_t finished = 0;
@@ -476,54 +498,16 @@ int PlayWalks(Arguments arguments) {
             }
             if (i >= finished + jobs) finish(finished++);
             std::string message;
-            if (!StartPlay(arguments, name(i), scenario::Scenario(), &pool, i % jobs, &processes[i],
+            if (!StartPlay(read, name(i), scenario::Scenario(), &pool, i % jobs, &processes[i],
                            &message)) {
                 std::fprintf(stderr, "standin: %s\n", message.c_str());
-                ExitProcess(player::kDied);
+                ExitProcess(kDied);
             }
         }
         while (finished < texts.size())
             finish(finished++);
-        return verdicts;
+        return played;
     });
 }
 
-}  // namespace
-
-int standin_main(int count, char** arguments) {
-    _setmode(_fileno(stdout), _O_BINARY);
-    _setmode(_fileno(stderr), _O_BINARY);
-    if (count < 2) return Usage("missing a command");
-    const std::string command = arguments[1];
-    Arguments read;
-    const std::string problem = ReadArguments(count, arguments, &read);
-    if (!problem.empty() && command == "fuzz") {
-        std::fprintf(stderr, "standin: %s\n", problem.c_str());
-        return player::kUnreadable;
-    }
-    if (!problem.empty()) return Usage(problem);
-    if (command == "play") {
-        if (read.files.empty()) return Usage("missing a scenario's file");
-        return PlayAll(read);
-    }
-    if (command == "tour") {
-        if (read.out.empty()) return Usage("missing --out and a folder for the pictures");
-        return PlayTour(read);
-    }
-    if (command == "fuzz") {
-        if (read.files.empty()) return PlayWalks(read);
-        std::fprintf(stderr, "standin: \"%s\" is too much, fuzz makes its scenarios itself\n",
-                     read.files[0].c_str());
-        return player::kUnreadable;
-    }
-    if (command == "faults") return ListFaults();
-    if (command == "interactive") {
-        if (!CheckFiles(read)) return player::kUnreadable;
-        // "-" is the terminal.
-        if (!read.trace.empty() && read.trace != "-" && !OpenTrace(read.trace, &read.options.trace))
-            return player::kUnreadable;
-        return player::RunInteractive(read.options);
-    }
-    if (command == "play-one" && read.files.size() == 1) return PlayOne(read);
-    return Usage("unknown command " + command);
-}
+}  // namespace player

@@ -2,6 +2,32 @@
 // hands its arguments over.
 #pragma once
 
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "standin/engine/engine_api.h"
+#include "standin/player/player.h"
 
 ENGINE_API int standin_main(int count, char** arguments);
+
+// For a program of its own that has the player in it.
+namespace player {
+
+// The same commands, with somebody who looks on at each play.
+int Main(int count, char** arguments, Observer* observer);
+
+// How the play of a text ended.
+struct Played {
+    int status = 0;
+    std::string messages;
+    std::string output;
+};
+// Plays scenarios that the program makes itself, each in a process of its own, which is this
+// program with `play-one`, and some side by side. The order of the answers is that of the texts.
+using PlayTexts = std::function<std::vector<Played>(const std::vector<std::string>& texts)>;
+// Reads the options of a play from the arguments, and says what is wrong with them in one line.
+int WithPlays(int count, char** arguments,
+              const std::function<int(input::Kind input, const PlayTexts& play)>& run);
+
+}  // namespace player

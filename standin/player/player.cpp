@@ -14,7 +14,6 @@
 #include "standin/engine/trace/trace.h"
 #include "standin/engine/trace/control.h"
 #include "standin/engine/world/world.h"
-#include "standin/player/invariants.h"
 #include "standin/player/pictures.h"
 #include "standin/player/transcript.h"
 #include "standin/player/watchdog.h"
@@ -222,12 +221,11 @@ public:
                 skip_ = false;
                 Picture(command, true);
             }
-            if (options_.invariants && plugin::IsLoaded()) checker_.Before(command);
+            if (options_.observer) options_.observer->Before(command);
             const std::string problem = Do(command);
             if (options_.forgiving && !problem.empty()) {
                 trace::State("left out, " + problem);
-            } else if (!problem.empty() && !options_.invariants) {
-                // A walk also reaches for windows that are not there (any more).
+            } else if (!problem.empty() && !options_.observer) {
                 trace::Flush();
                 Complain(command.line, problem);
                 return kUnreadable;
@@ -241,16 +239,16 @@ public:
             transcript_.Add(command);
             Picture(command, false);
             FilmStep(command);
-            if (options_.invariants)
-                if (const std::string broken = checker_.After(command); !broken.empty()) {
+            if (options_.observer)
+                if (const std::string broken = options_.observer->After(command); !broken.empty()) {
                     trace::Flush();
                     Complain(command.line, broken);
                     return kDifferent;
                 }
-            if (!options_.invariants) trace::Flush();
+            if (!options_.observer) trace::Flush();
         }
-        if (options_.invariants) {
-            std::fputs(checker_.Report().c_str(), stdout);
+        if (options_.observer) {
+            std::fputs(options_.observer->Report().c_str(), stdout);
             std::fflush(stdout);
         }
         return status_;
@@ -648,7 +646,6 @@ private:
     const scenario::Scenario& scenario_;
     std::string settings_file_;
     transcript::Writer transcript_;
-    invariants::Checker checker_;
     int status_ = kGood;
     bool skip_ = false;
     bool peeks_ = false;
@@ -798,8 +795,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     }
 
     trace::Options listed;
-    // A walk is judged, not read.
-    if (!options.invariants) listed.output = GetStdHandle(STD_OUTPUT_HANDLE);
+    if (!options.observer) listed.output = GetStdHandle(STD_OUTPUT_HANDLE);
     listed.queries = options.queries;
     listed.facts = options.facts;
     trace::Open(listed);

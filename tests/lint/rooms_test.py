@@ -66,6 +66,27 @@ class Rooms(unittest.TestCase):
         self.assertEqual(self.check(), (1, "", "a circle of includes: middle/b -> middle/d -> "
                                         "middle/b; move what they share down\n"))
 
+    def test_an_include_from_a_stranger_is_named(self):
+        with (self.root / "tools/checks/rooms.txt").open("a") as table:
+            table.write("plug-in ! test # ships alone\nhost/engine ! host/player plug-in # below\n")
+        self.write("host/player/p.cpp", '#include "host/engine/e.h"\n#include "lower/c.h"\n')
+        self.write("host/engine/e.h", "// e\n")
+        self.assertEqual(self.check()[0], 0)
+        for source, include in (("middle/b.cpp", "test/t.h"), ("host/engine/e.h", "lower/c.h"),
+                                ("host/engine/deep/e.cpp", "host/player/p.h")):
+            with self.subTest(source=source):
+                self.write(source, f'// a\n#include "{include}"\n')
+                status, _, errors = self.check()
+                self.assertEqual(status, 1)
+                self.assertIn(f"{source}:2: ", errors)
+                self.assertIn(f" includes {include}, but it is to know nothing of that: ", errors)
+
+    def test_a_stranger_that_is_gone_is_told(self):
+        with (self.root / "tools/checks/rooms.txt").open("a") as table:
+            table.write("host ! upper # no plug-in\n")
+        self.assertEqual(self.check(), (1, "", "tools/checks/rooms.txt: there is no folder host; "
+                                        "take its row with ! out\n"))
+
     def test_a_drawing_of_other_rooms_is_told(self):
         self.write("tools/checks/rooms.txt", TABLE.replace("how it is done", "how it was done"))
         self.assertEqual(self.check(), (1, "", "docs/architecture.md: the rooms are not those of "
@@ -90,13 +111,13 @@ class Rooms(unittest.TestCase):
                 self.assertEqual(status, 2)
                 self.assertIn(told, errors)
 
-    def test_an_arrow_back_in_the_plug_in_itself_is_found(self):
-        """The real table, with an include of the topmost room planted in the lowest."""
+    def test_includes_planted_in_the_sources_themselves_are_found(self):
+        """The real table: one of the topmost room in the lowest, and those between strangers."""
         rooms = subprocess.run([sys.executable, ROOMS, "names"], capture_output=True, text=True,
                                check=True).stdout.split()
         self.write("tools/checks/rooms.txt", (ROOT / "tools/checks/rooms.txt").read_text())
-        for room in rooms:
-            for path in (ROOT / room).rglob("*.[hc]*"):
+        for folder in [*rooms, "standin"]:
+            for path in (ROOT / folder).rglob("*.[hc]*"):
                 if path.suffix in (".h", ".cpp"):
                     self.write(path.relative_to(ROOT), path.read_text())
         for name in ("upper", "middle", "lower"):
@@ -104,12 +125,19 @@ class Rooms(unittest.TestCase):
                 path.unlink()
         self.assertEqual(self.run_rooms("draw")[0], 0)
         self.assertEqual(self.check()[0], 0)
-        planted = self.root / "resources/module.cpp"
-        self.write("resources/module.cpp",
-                   '#include "shell/commands.h"\n' + planted.read_text())
-        status, _, errors = self.check()
-        self.assertEqual(status, 1)
-        self.assertIn("resources/module.cpp:1: resources includes shell/commands.h", errors)
+        for room, source, include in (
+                ("resources", "resources/module.cpp", "shell/commands.h"),
+                ("hooks", "hooks/mouse_hook.cpp", "tests/hook/plugin_state.h"),
+                ("standin", "standin/player/player.h", "tests/walks/walks.h"),
+                ("standin", "standin/engine/trace/trace.h", "navigation/nav_rules.h"),
+                ("standin/engine", "standin/engine/world/world.h", "standin/player/player.h")):
+            with self.subTest(source=source):
+                sound = (ROOT / source).read_text()
+                self.write(source, f'#include "{include}"\n' + sound)
+                status, _, errors = self.check()
+                self.write(source, sound)
+                self.assertEqual(status, 1)
+                self.assertIn(f"{source}:1: {room} includes {include}", errors)
 
 
 if __name__ == "__main__":

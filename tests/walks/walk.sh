@@ -7,4 +7,4 @@ here=$(cd "$(dirname "$0")" && pwd)
 . "$here/../../tools/session/wine_session.sh"
 choose_build "$1" "$2"
 shift 2
-exec "$karvel_root/tools/session/run_under_wine.sh" "$program" fuzz "${where[@]}" "$@"
+exec "$karvel_root/tools/session/run_under_wine.sh" "$walks" "${where[@]}" "$@"

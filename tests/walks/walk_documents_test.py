@@ -8,7 +8,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 
 def exemptions_of_the_checker():
-    source = (ROOT / "standin/player/exemptions.cpp").read_text(encoding="utf-8")
+    source = (ROOT / "tests/walks/exemptions.cpp").read_text(encoding="utf-8")
     table = re.search(r"constexpr Text kTexts\[\] = \{(.*?)\n\};", source, re.DOTALL).group(1)
     rows = re.findall(r'\{((?:\s*"(?:[^"\\]|\\.)*"\s*,?)+)\}', table)
     texts = []

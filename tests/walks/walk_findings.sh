@@ -10,4 +10,4 @@ choose_build "$1" gnu
 
 cd "$karvel_root" || exit 1
 wine_session_begin null || exit 1
-run_wine "$program" play "${where[@]}" --invariants tests/walks/found/*.scn
+run_wine "$walks" play "${where[@]}" tests/walks/found/*.scn

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the order of the plug-in's rooms, tools/checks/rooms.txt, and its diagram.
+"""Holds the order of the rooms, tools/checks/rooms.txt, and the diagram of the plug-in's.
 
 usage: check_rooms.py check [--root DIR]  each include leads down, and no sources include in a
                                           circle; docs/architecture.md shows the rooms as they are
@@ -18,6 +18,8 @@ TABLE = "tools/checks/rooms.txt"
 PAGE = "docs/architecture.md"
 BEGIN, END = "<!-- rooms: tools/checks/check_rooms.py draw -->", "<!-- end of rooms -->"
 ROW = re.compile(r"^(\w+):([\w ]*)#\s*(.+)$")
+STRANGERS = re.compile(r"^([\w/-]+)\s*!([\w/ -]+)#\s*(.+)$")
+PLUGIN = "plug-in"
 INCLUDE = re.compile(r'^\s*#\s*include\s+"(\w+)/([\w/.]+)"', re.MULTILINE)
 
 
@@ -35,6 +37,8 @@ def read_rooms(root=ROOT):
     for number, line in enumerate(lines, 1):
         if not line.strip() or line.startswith("#"):
             continue
+        if STRANGERS.match(line):
+            continue
         row = ROW.match(line)
         if not row:
             raise Mistake(f"{TABLE}:{number}: a row is 'room: rooms below it # what is in it'")
@@ -49,6 +53,16 @@ def read_rooms(root=ROOT):
             if name not in rooms:
                 raise Mistake(f"{TABLE}: {room} leads to {name}, which has no row")
     return rooms
+
+
+def read_strangers(root, rooms):
+    """(folder, folders that nothing in it includes from, why)."""
+    def folders(words):
+        return [name for word in words for name in (rooms if word == PLUGIN else [word])]
+
+    rows = [row for row in map(STRANGERS.match, (root / TABLE).read_text().splitlines()) if row]
+    return [(folder, folders(row[2].split()), row[3].strip())
+            for row in rows for folder in folders([row[1]])]
 
 
 def names(root=ROOT):
@@ -91,6 +105,22 @@ def check_includes(root, rooms):
                 mistakes.append(f"{source}:{line}: {room} includes {file}, but {target} is not "
                                 f"below it in {TABLE}; move what both need down")
     return mistakes, graph
+
+
+def check_strangers(root, rooms):
+    mistakes = []
+    for folder, others, why in read_strangers(root, rooms):
+        if not (root / folder).is_dir():
+            mistakes.append(f"{TABLE}: there is no folder {folder}; take its row with ! out")
+        for path in sources_of(root, [folder]):
+            text = path.read_text()
+            for include in INCLUDE.finditer(text):
+                file = f"{include[1]}/{include[2]}"
+                if any(file.startswith(f"{other}/") for other in others):
+                    line = text.count("\n", 0, include.start(1)) + 1
+                    mistakes.append(f"{path.relative_to(root).as_posix()}:{line}: {folder} "
+                                    f"includes {file}, but it is to know nothing of that: {why}")
+    return mistakes
 
 
 def find_circle(graph):
@@ -140,6 +170,7 @@ def read_page(root):
 def check(root):
     rooms = read_rooms(root)
     mistakes, graph = check_includes(root, rooms)
+    mistakes += check_strangers(root, rooms)
     circle = find_circle(graph)
     if circle:
         mistakes.append(f"a circle of includes: {' -> '.join(circle)}; move what they share down")

@@ -71,12 +71,16 @@ wine_session_ends_with_script() {
     trap 'exit 143' TERM
 }
 
-# choose_build BUILD_DIRECTORY gnu|msvc|msvc-unicode: sets `program` to the stand-in, which is always
-# the gnu build's, and `where` to the options that name what it loads.
+# choose_build BUILD_DIRECTORY gnu|msvc|msvc-unicode: sets `program` to the stand-in and `walks` to the
+# program of the walks, which are always the gnu build's, and `where` to the options that name what
+# they load.
 choose_build() {
     local built=$1 abi=$2
-    program=$karvel_root/build/gnu/bin/standin.exe
-    if [ "$abi" = gnu ]; then program=$built/bin/standin.exe; fi
+    local programs=$karvel_root/build/gnu
+    if [ "$abi" = gnu ]; then programs=$built; fi
+    program=$programs/bin/standin.exe
+    # shellcheck disable=SC2034  # for the caller
+    walks=$programs/walks/walks.exe
     # shellcheck disable=SC2034  # for the caller
     where=(--abi "${abi%-unicode}" --host-dir "$built/host"
         --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map")

@@ -1,4 +1,4 @@
-#include "standin/player/walk.h"
+#include "tests/walks/walk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -82,10 +82,10 @@ TEST(Walk, ChangesEachSettingAndClicksEachBox) {
     for (const SettingDescription& setting : kSettings) {
         const std::string key = setting.key;
         EXPECT_TRUE(lines.contains("poke " + key + " 1") || key == "useMayaStyle")
-            << "no walk sets " << key << ": add it to kOptions of standin/player/walk.cpp";
+            << "no walk sets " << key << ": add it to kOptions of tests/walks/walk.cpp";
         const std::string box = "options." + std::to_string(setting.control);
         EXPECT_TRUE(lines.contains("click " + box))
-            << "no walk clicks " << box << ": add it to kControls of standin/player/walk.cpp";
+            << "no walk clicks " << box << ": add it to kControls of tests/walks/walk.cpp";
     }
 }
 

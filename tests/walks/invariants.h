@@ -11,13 +11,14 @@
 #include <vector>
 
 #include "standin/engine/input/control.h"
-#include "standin/player/exemptions.h"
-#include "standin/player/hook_model.h"
+#include "tests/walks/exemptions.h"
+#include "tests/walks/hook_model.h"
+#include "standin/player/player.h"
 #include "standin/player/scenario_parser.h"
 
 namespace invariants {
 
-class Checker : public input::HookObserver {
+class Checker : public player::Observer, public input::HookObserver {
 public:
     Checker() = default;
     Checker(const Checker&) = delete;
@@ -26,10 +27,10 @@ public:
 
     // Around every command. After answers what does not hold, else an empty text; when F8 has come
     // up and nobody holds anything more, that includes what must hold at rest.
-    void Before(const scenario::Command& command);
-    std::string After(const scenario::Command& command);
+    void Before(const scenario::Command& command) override;
+    std::string After(const scenario::Command& command) override;
     // What has been visited and exempted, for walk_report to read.
-    std::string Report() const;
+    std::string Report() const override;
 
     void BeforeHook(const input::HookCall& call) override;
     void AfterHook(const input::HookCall& call, bool swallowed) override;

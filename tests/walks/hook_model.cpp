@@ -1,4 +1,4 @@
-#include "standin/player/hook_model.h"
+#include "tests/walks/hook_model.h"
 
 #include <algorithm>
 #include <iterator>

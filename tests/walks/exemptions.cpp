@@ -1,4 +1,4 @@
-#include "standin/player/exemptions.h"
+#include "tests/walks/exemptions.h"
 
 #include <iterator>
 

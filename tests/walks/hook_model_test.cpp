@@ -1,5 +1,5 @@
 // The walk's model of the hooks against sentences about them, and its exemptions.
-#include "standin/player/hook_model.h"
+#include "tests/walks/hook_model.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <initializer_list>
 #include <set>
 
-#include "standin/player/exemptions.h"
+#include "tests/walks/exemptions.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "standin/player/fuzz.h"
+#include "tests/walks/fuzz.h"
 
 #include <algorithm>
 #include <array>
@@ -6,14 +6,16 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "standin/player/exemptions.h"
-#include "standin/player/hook_model.h"
-#include "standin/player/walk.h"
+#include "tests/walks/exemptions.h"
+#include "tests/walks/hook_model.h"
+#include "tests/walks/walk.h"
 
 namespace fuzz {
 namespace {
 
 using Lines = std::vector<std::string>;
+using player::Played;
+using player::PlayTexts;
 
 constexpr int kReleases[] = {13900, 12900, 6000, 13900, 11900, 7000, 14000};
 
@@ -24,7 +26,7 @@ void Say(const std::string& text) {
 
 // The complaint without the place, the window and the numbers, to tell whether a shorter walk fails
 // in the same way.
-std::string Complaint(const Verdict& verdict) {
+std::string Complaint(const Played& verdict) {
     const size_t line = verdict.messages.find(".scn:");
     const size_t colon = verdict.messages.find(": ", line == std::string::npos ? 0 : line);
     std::string text =
@@ -35,7 +37,7 @@ std::string Complaint(const Verdict& verdict) {
     return text;
 }
 
-bool Fails(const Verdict& verdict) {
+bool Fails(const Played& verdict) {
     return verdict.status == 1 || verdict.status == 3;
 }
 
@@ -95,7 +97,7 @@ bool Print(const Totals& totals) {
 }
 
 // Where a play stopped: `...scn:LINE: what`; 0: at no line.
-size_t LineOf(const Verdict& verdict) {
+size_t LineOf(const Played& verdict) {
     const size_t place = verdict.messages.find(".scn:");
     if (place == std::string::npos) return 0;
     return std::strtoul(verdict.messages.c_str() + place + 5, nullptr, 10);
@@ -103,7 +105,7 @@ size_t LineOf(const Verdict& verdict) {
 
 class Shrinker {
 public:
-    Shrinker(const Lines& lines, const Verdict& verdict, const PlayTexts& play)
+    Shrinker(const Lines& lines, const Played& verdict, const PlayTexts& play)
         : lines_(lines), complaint_(Complaint(verdict)), play_(play) {
         if (const size_t line = LineOf(verdict); line > 0 && line < lines_.size())
             Try(Lines(lines_.begin(), lines_.begin() + static_cast<std::ptrdiff_t>(line)));
@@ -149,7 +151,7 @@ private:
         const Lines shorter = walk::Repair(lines);
         if (shorter.size() >= lines_.size()) return false;
         ++plays_;
-        const Verdict verdict = play_({walk::Text(shorter)})[0];
+        const Played verdict = play_({walk::Text(shorter)})[0];
         if (!Fails(verdict) || Complaint(verdict) != complaint_) return false;
         lines_ = shorter;
         return true;
@@ -187,19 +189,19 @@ int Run(const Options& options, const PlayTexts& play) {
             texts.push_back(walk::Text(walks.back()));
             walked += walk::EventsIn(walks.back());
         }
-        const std::vector<Verdict> verdicts = play(texts);
+        const std::vector<Played> verdicts = play(texts);
         constexpr unsigned long long kTold = 100000;
         if (walked / kTold != told / kTold) Say(std::to_string(walked) + " events so far\n");
         told = walked;
         for (size_t i = 0; i < verdicts.size(); ++i) {
-            totals.Add(verdicts[i].report);
+            totals.Add(verdicts[i].output);
             if (verdicts[i].status == 0) continue;
             Say("walk " + std::to_string(number - walks.size() + i) +
                 " fails: " + verdicts[i].messages);
             if (!Fails(verdicts[i])) return verdicts[i].status;
             const Lines shortest = Shrinker(walks[i], verdicts[i], play).Go();
             Say("the shortest scenario that shows it:\n\n" + walk::Text(shortest) + "\n");
-            Say("What is right is said by standin/player/hook_model.cpp and invariants.cpp: what "
+            Say("What is right is said by tests/walks/hook_model.cpp and invariants.cpp: what "
                 "the plug-in is meant to do in another way from now on changes there too.\n");
             return 1;
         }

@@ -1,4 +1,4 @@
-#include "standin/player/walk.h"
+#include "tests/walks/walk.h"
 
 #include <algorithm>
 #include <set>

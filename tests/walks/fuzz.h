@@ -2,10 +2,10 @@
 // failing one down to the shortest that still fails.
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
+
+#include "standin/player/command_line.h"
 
 namespace fuzz {
 
@@ -18,16 +18,7 @@ struct Options {
     std::vector<std::string> faults;  // the calls that can be made to fail
 };
 
-struct Verdict {
-    int status = 0;        // as of a play
-    std::string messages;  // what it complained about
-    std::string report;    // what it visited and exempted
-};
-
-// Plays these texts, some side by side; the order of the answers is that of the texts.
-using PlayTexts = std::function<std::vector<Verdict>(const std::vector<std::string>& texts)>;
-
 // 0: every walk held. Prints the seed first, and the shortest failing walk.
-int Run(const Options& options, const PlayTexts& play);
+int Run(const Options& options, const player::PlayTexts& play);
 
 }  // namespace fuzz

@@ -9,7 +9,7 @@
 #include <span>
 #include <string_view>
 
-#include "standin/player/hook_model.h"
+#include "tests/walks/hook_model.h"
 
 namespace exemptions {
 
