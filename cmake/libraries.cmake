@@ -52,6 +52,8 @@ function(karvel_engine)
         target_sources(standin_engine PRIVATE ${arg_DEF})
     endif()
     target_link_libraries(standin_engine PRIVATE karvel_options ${arg_LIBRARIES})
+    # Each play loads the file anew, and four fifths of it would be what a debugger reads.
+    target_link_options(standin_engine PRIVATE -Wl,--strip-debug)
     set_target_properties(standin_engine PROPERTIES
         PREFIX ""
         RUNTIME_OUTPUT_DIRECTORY ${KARVEL_BIN_DIR}

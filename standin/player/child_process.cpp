@@ -1,142 +1,190 @@
 #include "standin/player/child_process.h"
 
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
 #include "standin/player/player.h"
 
 namespace child {
 namespace {
 
-// A file that the process writes to and that is gone when it is closed. A pipe would have to be
-// read while the process runs, and outlives it when the system's helpers inherit it.
-HANDLE MakeFile() {
-    char folder[MAX_PATH] = "";
-    char name[MAX_PATH] = "";
-    GetTempPathA(sizeof folder, folder);
-    if (!GetTempFileNameA(folder, "sti", 0, name)) return nullptr;
+SECURITY_ATTRIBUTES Inherited() {
     SECURITY_ATTRIBUTES inherited{};
     inherited.nLength = sizeof inherited;
     inherited.bInheritHandle = TRUE;
-    const HANDLE file = CreateFileA(
-        name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-        &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    // cppcheck-suppress resourceLeak  ; the caller gets it
-    return file == INVALID_HANDLE_VALUE ? nullptr : file;
+    return inherited;
 }
 
-std::string ReadAll(HANDLE file) {
-    std::string text;
-    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
-    char part[65536];
-    DWORD got = 0;
-    while (ReadFile(file, part, sizeof part, &got, nullptr) && got > 0)
-        text.append(part, got);
-    return text;
+HANDLE MakeEvent(BOOL stays_set) {
+    SECURITY_ATTRIBUTES inherited = Inherited();
+    return CreateEventA(&inherited, stays_set, FALSE, nullptr);
 }
 
-// One argument as the C runtime takes it apart again.
-std::string Quoted(const std::string& argument) {
-    std::string text = "\"";
-    size_t backslashes = 0;
-    for (const char c : argument) {
-        if (c == '\\') {
-            ++backslashes;
-            continue;
-        }
-        text.append(c == '"' ? 2 * backslashes + 1 : backslashes, '\\');
-        backslashes = 0;
-        text += c;
-    }
-    text.append(2 * backslashes, '\\');
-    return text + '"';
+HANDLE ThisProcess() {
+    HANDLE process = nullptr;
+    DuplicateHandle(GetCurrentProcess(), GetCurrentProcess(), GetCurrentProcess(), &process,
+                    SYNCHRONIZE, TRUE, 0);
+    return process;
+}
+
+void CloseAndForget(HANDLE* handle) {
+    if (*handle) CloseHandle(*handle);
+    *handle = nullptr;
 }
 
 }  // namespace
 
-bool Process::Start(const std::vector<std::string>& arguments, std::string* message) {
+// A file that is gone when it is closed. A pipe would have to be read while the process runs, and
+// outlives it when the system's helpers inherit it.
+bool Worker::Stream::Make() {
+    char folder[MAX_PATH] = "";
+    char name[MAX_PATH] = "";
+    GetTempPathA(sizeof folder, folder);
+    if (!GetTempFileNameA(folder, "sti", 0, name)) return false;
+    SECURITY_ATTRIBUTES inherited = Inherited();
+    constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    written = CreateFileA(name, GENERIC_WRITE | DELETE, kShared, &inherited, CREATE_ALWAYS,
+                          FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    // A place in the file of its own.
+    read = CreateFileA(name, GENERIC_READ, kShared, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (written == INVALID_HANDLE_VALUE) written = nullptr;
+    if (read == INVALID_HANDLE_VALUE) read = nullptr;
+    return written && read;
+}
+
+void Worker::Stream::Close() {
+    CloseAndForget(&written);
+    CloseAndForget(&read);
+}
+
+std::string Worker::Stream::Take() {
+    std::string text;
+    char part[65536];
+    DWORD got = 0;
+    while (ReadFile(read, part, sizeof part, &got, nullptr) && got > 0)
+        text.append(part, got);
+    return text;
+}
+
+bool Worker::MakeProcess() {
+    using namespace worker;
+    SECURITY_ATTRIBUTES inherited = Inherited();
+    handles_[kMemory] = CreateFileMappingA(INVALID_HANDLE_VALUE, &inherited, PAGE_READWRITE, 0,
+                                           sizeof(Mailbox), nullptr);
+    handles_[kGo] = MakeEvent(FALSE);
+    handles_[kReady] = MakeEvent(TRUE);
+    handles_[kDone] = MakeEvent(TRUE);
+    handles_[kPlayer] = ThisProcess();
+    const bool all =
+        std::all_of(std::begin(handles_), std::end(handles_), [](HANDLE one) { return one; });
+    if (all)
+        box_ = static_cast<Mailbox*>(
+            MapViewOfFile(handles_[kMemory], FILE_MAP_ALL_ACCESS, 0, 0, sizeof(Mailbox)));
+    if (!box_ || !output_.Make() || !messages_.Make()) return false;
+
     char program[MAX_PATH] = "";
     GetModuleFileNameA(nullptr, program, sizeof program);
-    std::string line = Quoted(program);
-    for (const std::string& argument : arguments)
-        line += ' ' + Quoted(argument);
-    // On a busy machine a new process under Wine now and then dies before it has done anything.
-    constexpr int kTries = 3;
+    std::string line = std::string("\"") + program + "\" " + kCommand;
+    for (const HANDLE handle : handles_)
+        line += ' ' + std::to_string(reinterpret_cast<ULONG_PTR>(handle));
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = output_.written;
+    startup.hStdError = messages_.written;
+    PROCESS_INFORMATION made{};
+    if (!CreateProcessA(program, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                        &made))
+        return false;
+    CloseHandle(made.hThread);
+    process_ = made.hProcess;
+    return true;
+}
+
+Worker::Begun Worker::Begin(const std::vector<std::string>& arguments) {
+    using namespace worker;
+    if (process_ && WaitForSingleObject(process_, 0) == WAIT_OBJECT_0) End();
+    if (!process_ && !MakeProcess()) return Begun::kNoProcess;
+    char* to = box_->arguments;
+    const char* const end = std::end(box_->arguments) - 1;
+    for (const std::string& argument : arguments) {
+        if (argument.size() + 1 > static_cast<size_t>(end - to)) return Begun::kNoProcess;
+        std::memcpy(to, argument.c_str(), argument.size() + 1);
+        to += argument.size() + 1;
+    }
+    *to = 0;
+    ResetEvent(handles_[kReady]);
+    ResetEvent(handles_[kDone]);
+    SetEvent(handles_[kGo]);
+    constexpr DWORD kLongestStart = 20000;
+    const HANDLE any[] = {process_, handles_[kReady], handles_[kDone]};
+    return WaitForMultipleObjects(3, any, FALSE, kLongestStart) == WAIT_OBJECT_0 ? Begun::kDied
+                                                                                 : Begun::kYes;
+}
+
+bool Worker::Start(const std::vector<std::string>& arguments, std::string* message) {
+    // A worker that has come to its end before it saw this play; and on a busy machine a new
+    // process under Wine now and then dies before it has done anything.
+    constexpr int kTries = 4;
     for (int left = kTries; left > 0; --left) {
-        output_ = MakeFile();
-        messages_ = MakeFile();
-        if (!output_ || !messages_) {
-            *message = "no temporary file can be made, check the folder for them";
-            return false;
-        }
-        const bool is_ready = StartOnce(line);
+        const Begun begun = Begin(arguments);
+        if (begun == Begun::kYes) return true;
         const DWORD error = GetLastError();
-        if (is_ready) return true;
-        if (process_ && (left == 1 || SaidAnything())) return true;  // Finish tells how it went
+        if (begun == Begun::kDied) {
+            early_.output = output_.Take();
+            early_.messages = messages_.Take();
+            // Finish tells how it went.
+            if (left == 1 || !early_.output.empty() || !early_.messages.empty()) return true;
+        }
+        End();
         if (left == 1) *message = "no process can be started (error " + std::to_string(error) + ")";
-        Forget();
     }
     return false;
 }
 
-// False: no process was made, or it ended before its desktop stood.
-bool Process::StartOnce(const std::string& line) {
-    char program[MAX_PATH] = "";
-    GetModuleFileNameA(nullptr, program, sizeof program);
-    SECURITY_ATTRIBUTES inherited{};
-    inherited.nLength = sizeof inherited;
-    inherited.bInheritHandle = TRUE;
-    const HANDLE ready = CreateEventA(&inherited, TRUE, FALSE, nullptr);
-    std::string whole = line + " --ready " + std::to_string(reinterpret_cast<ULONG_PTR>(ready));
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = output_;
-    startup.hStdError = messages_;
-    PROCESS_INFORMATION made{};
-    if (!CreateProcessA(program, whole.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                        &startup, &made)) {
-        const DWORD error = GetLastError();
-        CloseHandle(ready);
-        SetLastError(error);
-        return false;
+Result Worker::Finish(DWORD longest) {
+    using namespace worker;
+    Result result = std::exchange(early_, Result());
+    const HANDLE either[] = {handles_[kDone], process_};
+    const DWORD first = WaitForMultipleObjects(2, either, FALSE, longest);
+    if (first == WAIT_OBJECT_0) {
+        result.status = box_->status;
+        result.output += output_.Take();
+        result.messages += messages_.Take();
+        return result;
     }
-    CloseHandle(made.hThread);
-    process_ = made.hProcess;
-    constexpr DWORD kLongestStart = 20000;
-    const HANDLE either[] = {ready, process_};
-    const DWORD first = WaitForMultipleObjects(2, either, FALSE, kLongestStart);
-    CloseHandle(ready);
-    return first != WAIT_OBJECT_0 + 1;
-}
-
-bool Process::SaidAnything() const {
-    return !ReadAll(messages_).empty() || !ReadAll(output_).empty();
-}
-
-void Process::Forget() {
-    for (HANDLE* handle : {&process_, &output_, &messages_}) {
-        if (*handle) CloseHandle(*handle);
-        *handle = nullptr;
-    }
-}
-
-Result Process::Finish(DWORD longest) {
-    Result result;
-    const bool ended = WaitForSingleObject(process_, longest) == WAIT_OBJECT_0;
+    const bool ended = first == WAIT_OBJECT_0 + 1;
     if (!ended) {
         TerminateProcess(process_, player::kDied);
         WaitForSingleObject(process_, INFINITE);
     }
     DWORD status = player::kDied;
     GetExitCodeProcess(process_, &status);
-    result.output = ReadAll(output_);
-    result.messages = ReadAll(messages_);
+    result.output += output_.Take();
+    result.messages += messages_.Take();
     result.status = status <= player::kDisturbed ? static_cast<int>(status) : player::kDied;
     // A play that dies in its own way says so itself.
     if (!ended)
         result.messages += "the play did not end and was ended\n";
     else if (status > player::kDisturbed && result.messages.empty())
         result.messages = "the play crashed with status " + std::to_string(status) + "\n";
-    Forget();
+    End();
     return result;
+}
+
+void Worker::End() {
+    if (process_) {
+        TerminateProcess(process_, 0);
+        WaitForSingleObject(process_, INFINITE);
+    }
+    CloseAndForget(&process_);
+    if (box_) UnmapViewOfFile(box_);
+    box_ = nullptr;
+    for (HANDLE& handle : handles_)
+        CloseAndForget(&handle);
+    output_.Close();
+    messages_.Close();
 }
 
 }  // namespace child

@@ -1,10 +1,13 @@
-// A play in a process of its own: what it writes is collected, its death is noticed.
+// A worker: a process that plays scenarios one after the other. What it writes is collected, its
+// death is noticed and is the end of the play that it was at; the next one gets a new process.
 #pragma once
 
 #include <windows.h>
 
 #include <string>
 #include <vector>
+
+#include "standin/player/mailbox.h"
 
 namespace child {
 
@@ -14,24 +17,41 @@ struct Result {
     std::string messages;
 };
 
-class Process {
+class Worker {
 public:
-    // Starts this program once more with these arguments and waits until its desktop stands. False:
-    // *message.
+    Worker() = default;
+    ~Worker() { End(); }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    // Begins a play with these arguments and waits until its desktop stands. False: *message.
     bool Start(const std::vector<std::string>& arguments, std::string* message);
-    HANDLE Handle() const { return process_; }
-    bool Running() const { return process_ != nullptr; }
-    // Waits for the end; a process that outlives the time is ended.
+    // Waits for the end of the play; a process that outlives the time is ended.
     Result Finish(DWORD longest);
+    // The next play gets a new process.
+    void End();
 
 private:
-    bool StartOnce(const std::string& line);
-    bool SaidAnything() const;
-    void Forget();
+    // A file that the worker writes to.
+    struct Stream {
+        HANDLE written = nullptr;
+        HANDLE read = nullptr;
+        bool Make();
+        void Close();
+        // What has come since the last time.
+        std::string Take();
+    };
+    enum class Begun { kYes, kDied, kNoProcess };
+
+    bool MakeProcess();
+    Begun Begin(const std::vector<std::string>& arguments);
 
     HANDLE process_ = nullptr;
-    HANDLE output_ = nullptr;
-    HANDLE messages_ = nullptr;
+    HANDLE handles_[worker::kHandles] = {};
+    worker::Mailbox* box_ = nullptr;
+    Stream output_;
+    Stream messages_;
+    Result early_;  // of a play that has ended with its process before it was ready
 };
 
 }  // namespace child

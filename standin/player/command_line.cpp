@@ -10,10 +10,8 @@
 #include <cstring>
 #include <optional>
 
-#include "standin/player/child_process.h"
-#include "standin/player/desktops.h"
 #include "standin/player/player.h"
-#include "standin/player/screen_size.h"
+#include "standin/player/plays.h"
 #include "standin/player/tour.h"
 
 namespace {
@@ -129,8 +127,6 @@ std::string ReadArguments(int count, char** arguments, int first, Arguments* res
             result->trace = value;
         } else if (argument == "--shots") {
             options.shots = value;
-        } else if (argument == "--ready") {
-            options.ready = reinterpret_cast<HANDLE>(std::strtoull(value, nullptr, 10));
         } else if (argument == "--desktop") {
             options.desktop = value;
         } else if (argument == "--transcript") {
@@ -220,89 +216,6 @@ bool CheckFiles(const Arguments& arguments) {
     return false;
 }
 
-std::vector<std::string> ChildArguments(const Arguments& arguments, const std::string& file) {
-    const player::Options& options = arguments.options;
-    std::vector<std::string> list = {
-        "play-one",
-        "--input",
-        options.input == input::Kind::kReal ? "real" : "virtual",
-        "--abi",
-        arguments.abi,
-        "--release",
-        std::to_string(options.release),
-        "--screen",
-        std::to_string(options.screen_width) + "x" + std::to_string(options.screen_height),
-        "--host-dir",
-        options.files.host_dir,
-        "--plugin",
-        options.files.plugin,
-        "--map",
-        options.files.map,
-    };
-    if (options.files.map.empty()) list.resize(list.size() - 2);
-    const auto add = [&list](const char* name, const std::string& value) {
-        if (value.empty()) return;
-        list.push_back(name);
-        list.push_back(value);
-    };
-    add("--shots", options.shots);
-    add("--transcript", options.transcript);
-    add("--config-dir", options.config_dir);
-    if (options.forgiving) list.push_back("--forgiving");
-    if (options.queries) list.push_back("--queries");
-    if (options.facts) list.push_back("--facts");
-    if (options.film) list.push_back("--film");
-    list.push_back(file);
-    return list;
-}
-
-// Where several plays run at a time, none shares its desktop with another that is still running:
-// `slot` tells which of them this one is. What is begun again gets a desktop that nobody has used.
-bool StartPlay(const Arguments& arguments, const std::string& file,
-               const scenario::Scenario& scenario, desktops::Pool* pool, size_t slot,
-               child::Process* process, std::string* message, bool again = false) {
-    const player::Options& options = arguments.options;
-    const int width = scenario.screen_width ? scenario.screen_width : options.screen_width;
-    const int height = scenario.screen_height ? scenario.screen_height : options.screen_height;
-    const screen_size::Claim claim(width, height);
-    std::vector<std::string> list = ChildArguments(arguments, file);
-    // The size of a desktop stays.
-    const bool shared = !again && options.input == input::Kind::kVirtual &&
-                        width == options.screen_width && height == options.screen_height;
-    const std::string& desktop = shared ? pool->Shared(slot) : pool->Fresh(slot);
-    if (desktop.empty()) {
-        *message = "no desktop can be made, end other programs and try again";
-        return false;
-    }
-    list.insert(list.end() - 1, {"--desktop", desktop});
-    return process->Start(list, message);
-}
-
-constexpr DWORD kLongestPlay = 10 * 60 * 1000;
-
-// Waits for the end of a play that StartPlay has started. One that the system has disturbed is
-// begun again.
-child::Result FinishPlay(const Arguments& arguments, const std::string& file,
-                         const scenario::Scenario& scenario, desktops::Pool* pool, size_t slot,
-                         child::Process* process) {
-    constexpr int kTries = 3;
-    for (int left = kTries;; --left) {
-        child::Result result = process->Finish(kLongestPlay);
-        if (result.status != player::kDisturbed) return result;
-        if (left == 1) {
-            result.status = player::kDied;
-            return result;
-        }
-        std::fprintf(stderr, "%sthe play is begun again\n", result.messages.c_str());
-        std::string message;
-        if (!StartPlay(arguments, file, scenario, pool, slot, process, &message, true)) {
-            result.status = player::kDied;
-            result.messages = "standin: " + message + "\n";
-            return result;
-        }
-    }
-}
-
 bool OpenTrace(const std::string& name, HANDLE* file) {
     *file = CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0,
                         nullptr);
@@ -324,38 +237,34 @@ int PlayAll(const Arguments& arguments) {
         return player::kUnreadable;
 
     int status = player::kGood;
-    desktops::Pool pool;
-    const auto jobs = static_cast<size_t>(arguments.jobs);
-    std::vector<child::Process> processes(arguments.files.size());
-    size_t started = 0;
-    for (size_t i = 0; i < arguments.files.size(); ++i) {
-        // Some run ahead.
-        while (started < arguments.files.size() && started < i + jobs) {
-            std::string message;
-            if (!StartPlay(arguments, arguments.files[started], scenarios[started], &pool,
-                           started % jobs, &processes[started], &message)) {
-                std::fprintf(stderr, "standin: %s\n", message.c_str());
-                return player::kDied;
-            }
-            ++started;
-        }
-        const child::Result result =
-            FinishPlay(arguments, arguments.files[i], scenarios[i], &pool, i % jobs, &processes[i]);
-        status = std::max(status, result.status);
-        std::fwrite(result.messages.data(), 1, result.messages.size(), stderr);
-        std::fflush(stderr);
-        std::string text;
-        if (arguments.files.size() > 1) text = "# " + arguments.files[i] + "\n";
-        text += result.output;
-        if (!WriteAll(output, text)) {
+    const bool several = arguments.files.size() > 1;
+    std::string message;
+    plays::Team team(static_cast<size_t>(arguments.jobs));
+    const bool begun = team.Run(
+        arguments.options, arguments.files.size(),
+        [&](size_t i) {
+            return plays::Play{arguments.files[i], scenarios[i].screen_width,
+                               scenarios[i].screen_height};
+        },
+        [&](size_t i, const child::Result& result) {
+            status = std::max(status, result.status);
+            std::fwrite(result.messages.data(), 1, result.messages.size(), stderr);
+            std::fflush(stderr);
+            if (WriteAll(output, several ? "# " + arguments.files[i] + "\n" + result.output
+                                         : result.output))
+                return true;
             std::fprintf(stderr, "standin: the trace can not be written\n");
-            return player::kUnreadable;
-        }
-    }
+            status = player::kUnreadable;
+            return false;
+        },
+        &message);
     if (!arguments.trace.empty()) CloseHandle(output);
-    return status;
+    if (begun) return status;
+    std::fprintf(stderr, "standin: %s\n", message.c_str());
+    return player::kDied;
 }
 
+// What a worker's thread does: one play from its beginning to its end.
 int PlayOne(const Arguments& arguments) {
     std::string message;
     scenario::Scenario read;
@@ -365,16 +274,19 @@ int PlayOne(const Arguments& arguments) {
     }
     if (!ReadScenario(arguments.files[0], &read)) return player::kUnreadable;
     const int status = player::Play(arguments.options, arguments.files[0], read);
-    std::fflush(stderr);
     // A coverage build of the plug-in offers to write its counts, which it does by itself only when
     // a process ends in an orderly way.
     if (const HMODULE module = GetModuleHandleA("KarvelMax.gup")) {
         void* const write = reinterpret_cast<void*>(GetProcAddress(module, "KarvelWriteCoverage"));
-        if (write) reinterpret_cast<void (*)()>(write)();
+        if (write) reinterpret_cast<void (*)(const char*)>(write)(arguments.files[0].c_str());
     }
-    // The plug-in is never taken down while its host runs; nor is it here.
-    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
     return status;
+}
+
+DWORD WINAPI PlayOneInThread(void* arguments) {
+    const int status = PlayOne(*static_cast<const Arguments*>(arguments));
+    std::fflush(stderr);
+    return static_cast<DWORD>(status);
 }
 
 int ListFaults() {
@@ -403,18 +315,14 @@ int PlayTour(Arguments arguments) {
     }
     if (!sound) return player::kUnreadable;
     CreateDirectoryA(arguments.out.c_str(), nullptr);
-    desktops::Pool pool;
+    plays::Team team(1);
     return tour::Play(stops, arguments.out,
-                      [&arguments, &pool](const tour::Stop& stop, const std::string& transcript,
+                      [&arguments, &team](const tour::Stop& stop, const std::string& transcript,
                                           std::string* output, std::string* messages) {
                           arguments.options.transcript = transcript;
                           arguments.options.film = tour::IsFilmed(stop);
-                          child::Process process;
-                          if (!StartPlay(arguments, stop.file, scenario::Scenario(), &pool, 0,
-                                         &process, messages))
-                              return static_cast<int>(player::kDied);
-                          const child::Result result = FinishPlay(
-                              arguments, stop.file, scenario::Scenario(), &pool, 0, &process);
+                          const child::Result result =
+                              team.RunOne(arguments.options, {stop.file, 0, 0});
                           *output = result.output;
                           *messages = result.messages;
                           return result.status;
@@ -429,17 +337,40 @@ void SetBinaryOutput() {
 }  // namespace
 
 int standin_main(int count, char** arguments) {
-    return player::Main(count, arguments, nullptr);
+    return player::Main(count, arguments);
+}
+
+int standin_play(int count, char** arguments, HANDLE ready) {
+    return player::PlayInWorker(count, arguments, ready, nullptr);
+}
+
+bool standin_clear() {
+    return player::Clear();
 }
 
 namespace player {
 
-int Main(int count, char** arguments, Observer* observer) {
+int PlayInWorker(int count, char** arguments, HANDLE ready, Observer* observer) {
+    SetBinaryOutput();
+    Arguments read;
+    if (const std::string problem = ReadArguments(count, arguments, 0, &read); !problem.empty())
+        return Usage(problem);
+    read.options.ready = ready;
+    read.options.observer = observer;
+    // Windows, hooks, timers, focus and keys belong to a thread and end with it.
+    const HANDLE thread = CreateThread(nullptr, 0, PlayOneInThread, &read, 0, nullptr);
+    DWORD status = kDied;
+    WaitForSingleObject(thread, INFINITE);
+    GetExitCodeThread(thread, &status);
+    CloseHandle(thread);
+    return static_cast<int>(status);
+}
+
+int Main(int count, char** arguments) {
     SetBinaryOutput();
     if (count < 2) return Usage("missing a command");
     const std::string command = arguments[1];
     Arguments read;
-    read.options.observer = observer;
     if (const std::string problem = ReadArguments(count, arguments, 2, &read); !problem.empty())
         return Usage(problem);
     if (command == "play") {
@@ -458,7 +389,6 @@ int Main(int count, char** arguments, Observer* observer) {
             return kUnreadable;
         return RunInteractive(read.options);
     }
-    if (command == "play-one" && read.files.size() == 1) return PlayOne(read);
     return Usage("unknown command " + command);
 }
 
@@ -478,34 +408,30 @@ int WithPlays(int count, char** arguments,
     GetTempPathA(sizeof folder, folder);
     const std::string stem =
         std::string(folder) + "walk-" + std::to_string(GetCurrentProcessId()) + "-";
-    desktops::Pool pool;
-    const auto jobs = static_cast<size_t>(read.jobs);
+    plays::Team team(static_cast<size_t>(read.jobs));
     return run(read.options.input, [&](const std::vector<std::string>& texts) {
         std::vector<Played> played(texts.size());
-        std::vector<child::Process> processes(texts.size());
         const auto name = [&stem](size_t i) { return stem + std::to_string(i) + ".scn"; };
-        const auto finish = [&](size_t i) {
-            const child::Result result =
-                FinishPlay(read, name(i), scenario::Scenario(), &pool, i % jobs, &processes[i]);
-            played[i] = {result.status, result.messages, result.output};
-            DeleteFileA(name(i).c_str());
-        };
-        size_t finished = 0;
-        for (size_t i = 0; i < texts.size(); ++i) {
-            if (std::FILE* const file = std::fopen(name(i).c_str(), "wb")) {
-                std::fwrite(texts[i].data(), 1, texts[i].size(), file);
-                std::fclose(file);
-            }
-            if (i >= finished + jobs) finish(finished++);
-            std::string message;
-            if (!StartPlay(read, name(i), scenario::Scenario(), &pool, i % jobs, &processes[i],
-                           &message)) {
-                std::fprintf(stderr, "standin: %s\n", message.c_str());
-                ExitProcess(kDied);
-            }
+        std::string message;
+        const bool begun = team.Run(
+            read.options, texts.size(),
+            [&](size_t i) {
+                if (std::FILE* const file = std::fopen(name(i).c_str(), "wb")) {
+                    std::fwrite(texts[i].data(), 1, texts[i].size(), file);
+                    std::fclose(file);
+                }
+                return plays::Play{name(i), 0, 0};
+            },
+            [&](size_t i, const child::Result& result) {
+                played[i] = {result.status, result.messages, result.output};
+                DeleteFileA(name(i).c_str());
+                return true;
+            },
+            &message);
+        if (!begun) {
+            std::fprintf(stderr, "standin: %s\n", message.c_str());
+            ExitProcess(kDied);
         }
-        while (finished < texts.size())
-            finish(finished++);
         return played;
     });
 }

@@ -46,13 +46,15 @@ std::string Place() {
     return PlaceOf(g_line);
 }
 
+// Set when the play is over.
+HANDLE g_over = nullptr;
+
 DWORD WINAPI Watch(void*) {
     constexpr DWORD kLook = 250;
     unsigned long long seen = trace::Progress();
     const char* seen_preparing = g_preparing;
     DWORD still = 0;
-    for (;;) {
-        Sleep(kLook);
+    while (WaitForSingleObject(g_over, kLook) == WAIT_TIMEOUT) {
         const unsigned long long now = trace::Progress();
         const char* const preparing = g_preparing;
         still = now == seen && preparing == seen_preparing ? still + kLook : 0;
@@ -61,6 +63,7 @@ DWORD WINAPI Watch(void*) {
         if (const auto end = watchdog::Judge(still, preparing))
             trace::Die(end->again ? kDisturbed : kDied, Place() + end->message);
     }
+    return 0;
 }
 
 std::string ModuleText(const void* address) {
@@ -125,6 +128,31 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* pointers) {
 LONG WINAPI OnUnhandled(EXCEPTION_POINTERS* pointers) {
     return ReportCrash(*pointers->ExceptionRecord);
 }
+
+// Sees to a play's death for as long as it stands.
+class Guards {
+public:
+    Guards() {
+        g_over = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+        watch_ = CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr);
+        handler_ = AddVectoredExceptionHandler(1, OnException);
+        SetUnhandledExceptionFilter(OnUnhandled);
+    }
+    ~Guards() {
+        SetUnhandledExceptionFilter(nullptr);
+        RemoveVectoredExceptionHandler(handler_);
+        SetEvent(g_over);
+        WaitForSingleObject(watch_, INFINITE);
+        CloseHandle(watch_);
+        CloseHandle(g_over);
+    }
+    Guards(const Guards&) = delete;
+    Guards& operator=(const Guards&) = delete;
+
+private:
+    HANDLE watch_ = nullptr;
+    void* handler_ = nullptr;
+};
 
 // --- the host's configuration folder ---
 
@@ -781,9 +809,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     g_file = file;
     ULONG kept_for_report = 64 * 1024;
     SetThreadStackGuarantee(&kept_for_report);
-    AddVectoredExceptionHandler(1, OnException);
-    SetUnhandledExceptionFilter(OnUnhandled);
-    CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
+    const Guards guards;
 
     g_preparing = "making the settings folder";
     ConfigDir config_dir;
@@ -856,6 +882,11 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
         }
     trace::Flush();
     return status;
+}
+
+bool Clear() {
+    const bool unloaded = plugin::Unload();
+    return input::LeaveDesktop() && world::ForgetClasses() && unloaded;
 }
 
 }  // namespace player

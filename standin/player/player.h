@@ -58,6 +58,9 @@ std::vector<std::string> FaultNames();
 
 // The trace goes to standard output, messages to standard error, with `file` before them.
 int Play(const Options& options, const std::string& file, const scenario::Scenario& scenario);
+// After the thread of a play has ended: takes down what belongs to the whole process. False:
+// something is left.
+bool Clear();
 
 // Opens the stand-in with the plug-in on the user's display, until its window is closed.
 int RunInteractive(const Options& options);

@@ -13,7 +13,7 @@ struct Stop {
     std::string caption;
 };
 
-// Starts one stop in a process of its own: its trace to *output, its messages to *messages, its
+// Plays one stop: its trace to *output, its messages to *messages, its
 // transcript to the file. Returns its status.
 using PlayStop = std::function<int(const Stop& stop, const std::string& transcript,
                                    std::string* output, std::string* messages)>;

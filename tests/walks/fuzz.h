@@ -1,4 +1,4 @@
-// The random walks: makes them from a seed, has each played in a process of its own, and cuts a
+// The random walks: makes them from a seed, has each played in a world of its own, and cuts a
 // failing one down to the shortest that still fails.
 #pragma once
 

@@ -56,11 +56,13 @@ std::string TakeOwnOptions(std::vector<char*>* arguments, fuzz::Options* options
 
 }  // namespace
 
-int walks_main(int count, char** arguments) {
+int walks_play(int count, char** arguments, HANDLE ready) {
     invariants::Checker checker;
-    // Scenarios that walks have found, and what a walk itself is in a process of its own.
-    if (count > 1 && std::strncmp(arguments[1], "play", 4) == 0)
-        return player::Main(count, arguments, &checker);
+    return player::PlayInWorker(count, arguments, ready, &checker);
+}
+
+int walks_main(int count, char** arguments) {
+    if (count > 1 && std::strcmp(arguments[1], "play") == 0) return player::Main(count, arguments);
     std::vector<char*> list(arguments, arguments + count);
     fuzz::Options options;
     if (const std::string problem = TakeOwnOptions(&list, &options); !problem.empty()) {

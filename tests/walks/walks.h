@@ -1,7 +1,10 @@
-// The program of the walks. It is the stand-in's engine and player with more in them; its file only
-// hands the arguments over.
+// The program of the walks. It is the stand-in's engine and player with more in them.
 #pragma once
+
+#include <windows.h>
 
 #include "standin/engine/engine_api.h"
 
 ENGINE_API int walks_main(int count, char** arguments);
+// A walk, or a scenario that walks have found, in a worker.
+ENGINE_API int walks_play(int count, char** arguments, HANDLE ready);

@@ -22,6 +22,8 @@ std::string NewDesktopName();
 // other monitors to the left of it or above it, before that.
 std::string Open(Kind kind, const std::string& desktop, int width, int height,
                  POINT origin = {0, 0});
+// After the end of the thread that called Open. False: it still holds its desktop.
+bool LeaveDesktop();
 // The name of the desktop that the thread is on.
 std::string DesktopName();
 // Real input on the user's own desktop and screen, with the system's clock.

@@ -487,11 +487,19 @@ std::string Open(Kind kind, const std::string& desktop, int width, int height, P
            ", real input needs one of that size";
 }
 
-std::string DesktopName() {
+static std::string NameOf(HDESK desktop) {
     char name[MAX_PATH] = "";
-    GetUserObjectInformationA(GetThreadDesktop(GetCurrentThreadId()), UOI_NAME, name, sizeof name,
-                              nullptr);
+    GetUserObjectInformationA(desktop, UOI_NAME, name, sizeof name, nullptr);
     return name;
+}
+
+// The system may have closed the handle with the thread.
+bool LeaveDesktop() {
+    return NameOf(g_input.desktop).empty() || CloseDesktop(g_input.desktop);
+}
+
+std::string DesktopName() {
+    return NameOf(GetThreadDesktop(GetCurrentThreadId()));
 }
 
 void OpenInteractive() {

@@ -2,6 +2,7 @@
 
 #include <winternl.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -298,6 +299,15 @@ void LeaveForNoMemory() {
     if (!g_can_leave) return;
     trace::Sdk("bad_alloc");
     __builtin_longjmp(g_leave_to, 1);
+}
+
+bool Unload() {
+    if (g_plugin.module) FreeLibrary(g_plugin.module);
+    for (auto name = std::rbegin(kHostDlls); name != std::rend(kHostDlls); ++name)
+        if (const HMODULE host = GetModuleHandleA(*name)) FreeLibrary(host);
+    const auto stays = [](const char* name) { return GetModuleHandleA(name) != nullptr; };
+    return !IsItsCode(g_plugin.module) &&
+           std::none_of(std::begin(kHostDlls), std::end(kHostDlls), stays);
 }
 
 bool IsLoaded() {

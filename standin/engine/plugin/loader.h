@@ -27,6 +27,9 @@ bool Load(const Files& files, std::string* message);
 void RunStartOperation();
 // Both.
 bool Start(const Files& files, std::string* message);
+// Takes the plug-in and the host's DLLs out of the process, when no window of theirs is left. No
+// host does so: it is for a process that plays on. False: one of them stays.
+bool Unload();
 bool IsLoaded();
 bool IsItsCode(const void* address);
 // The host's heap throws while the plug-in builds its table: goes back to where the host asked for

@@ -33,6 +33,7 @@ constexpr char kFrameClass[] = "StandinEditorFrame";
 
 std::map<HWND, unsigned> g_presses;
 HWND g_capture_owner = nullptr;
+unsigned char* g_low_page = nullptr;
 
 HINSTANCE Module() {
     HMODULE module = nullptr;
@@ -179,21 +180,29 @@ void RegisterClass(const char* name, WNDPROC procedure) {
     RegisterClassExA(&window_class);
 }
 
+struct WindowClass {
+    const char* name;
+    WNDPROC procedure;
+};
+constexpr WindowClass kClasses[] = {
+    {kMainClass, MainProcedure},        {kViewportClass, ViewportProcedure},
+    {kPlainClass, PanelProcedure},      {kFrameClass, EditorFrameProcedure},
+    {"CustToolbar", PanelProcedure},    {"ViewPanel", PanelProcedure},
+    {"TimeSlider", PanelProcedure},     {"TrackBar", PanelProcedure},
+    {"CustStatus", PanelProcedure},     {"RollupWindow", PanelProcedure},
+    {"CustButton", ButtonProcedure},    {"TimeSliderThumb", ThumbProcedure},
+    {"TVTrackWindow", EditorProcedure}, {"UnwrapView", EditorProcedure},
+    {"SVGraphWindow", EditorProcedure},
+};
+bool g_registered = false;
+
 void RegisterClasses() {
-    static bool registered = false;
-    if (registered) return;
-    registered = true;
-    RegisterClass(kMainClass, MainProcedure);
-    RegisterClass(kViewportClass, LowAddressProcedure(ViewportProcedure));
-    RegisterClass(kPlainClass, PanelProcedure);
-    RegisterClass(kFrameClass, EditorFrameProcedure);
-    for (const char* name :
-         {"CustToolbar", "ViewPanel", "TimeSlider", "TrackBar", "CustStatus", "RollupWindow"})
-        RegisterClass(name, PanelProcedure);
-    RegisterClass("CustButton", ButtonProcedure);
-    RegisterClass("TimeSliderThumb", ThumbProcedure);
-    for (const char* name : {"TVTrackWindow", "UnwrapView", "SVGraphWindow"})
-        RegisterClass(name, EditorProcedure);
+    if (g_registered) return;
+    g_registered = true;
+    for (const WindowClass& one : kClasses)
+        RegisterClass(one.name, one.procedure == ViewportProcedure
+                                    ? LowAddressProcedure(ViewportProcedure)
+                                    : one.procedure);
 }
 
 HWND CreateChild(const char* class_name, const char* title, HWND parent, int x, int y, int width,
@@ -342,17 +351,16 @@ POINT PointOf(LPARAM lparam) {
 // The address of a window procedure may be kept in 32 bits by those who subclass viewports on old
 // hosts; the host's own code lies low there. A jump in a low page stands for that.
 WNDPROC LowAddressProcedure(WNDPROC procedure) {
-    static unsigned char* page = nullptr;
     static size_t used = 0;
     constexpr size_t kPageSize = 4096;
-    if (!page) {
-        for (ULONG_PTR at = 0x10000000; at < 0x7FF00000 && !page; at += 0x10000)
-            page = static_cast<unsigned char*>(VirtualAlloc(reinterpret_cast<void*>(at), kPageSize,
-                                                            MEM_RESERVE | MEM_COMMIT,
-                                                            PAGE_EXECUTE_READWRITE));
+    if (!g_low_page) {
+        for (ULONG_PTR at = 0x10000000; at < 0x7FF00000 && !g_low_page; at += 0x10000)
+            g_low_page = static_cast<unsigned char*>(
+                VirtualAlloc(reinterpret_cast<void*>(at), kPageSize, MEM_RESERVE | MEM_COMMIT,
+                             PAGE_EXECUTE_READWRITE));
     }
-    if (!page || used + 16 > kPageSize) return procedure;
-    unsigned char* code = page + used;
+    if (!g_low_page || used + 16 > kPageSize) return procedure;
+    unsigned char* code = g_low_page + used;
     used += 16;
     const ULONG_PTR target = reinterpret_cast<ULONG_PTR>(procedure);
     code[0] = 0x48;  // mov rax, target
@@ -362,6 +370,14 @@ WNDPROC LowAddressProcedure(WNDPROC procedure) {
     code[11] = 0xE0;
     FlushInstructionCache(GetCurrentProcess(), code, 12);
     return reinterpret_cast<WNDPROC>(reinterpret_cast<void*>(code));
+}
+
+bool ForgetClasses() {
+    bool all = true;
+    for (const WindowClass& one : kClasses)
+        all = (!g_registered || UnregisterClassA(one.name, Module())) && all;
+    if (g_low_page) VirtualFree(g_low_page, 0, MEM_RELEASE);
+    return all;
 }
 
 void PressIn(HWND window, unsigned button) {

@@ -24,6 +24,8 @@ struct Options {
 
 void Create(const Options& options);
 void Destroy();  // windows, scene, registrations; the process can create another world
+// When no window of them is left: the process does not know the classes any more. False: it does.
+bool ForgetClasses();
 // The name of a window that a new world has and that the system did not make; empty: all are there.
 std::string MissingWindow();
 
