@@ -58,6 +58,12 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 
+# The system's Python has the modules of Debian's packages; another that comes first in PATH need not.
+if(EXISTS /usr/bin/python3)
+    set(Python3_EXECUTABLE /usr/bin/python3)
+endif()
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+
 set(KARVEL_BIN_DIR ${CMAKE_BINARY_DIR}/bin)
 set(KARVEL_HOST_DIR ${CMAKE_BINARY_DIR}/host)
 set(KARVEL_PLUGIN_DIR ${CMAKE_BINARY_DIR}/plugin)

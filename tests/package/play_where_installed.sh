@@ -8,7 +8,7 @@ directory=$(mktemp -d "${TMPDIR:-/tmp}/karvel-installed.XXXXXX")
 wine_session_ends_with_script "rm -rf '$directory'"
 
 cd "$directory" || exit 1
-python3 "$karvel_root/tools/package/make_package.py" --build "$karvel_root/build/msvc" \
+"$karvel_root/tools/package/make_package.py" --build "$karvel_root/build/msvc" \
     --output package.zip || exit 1
 python3 -m zipfile -e package.zip unpacked || exit 1
 (cd unpacked/KarvelMax && sha256sum --quiet -c SHA256SUMS) || exit 1

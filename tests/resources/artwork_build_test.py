@@ -142,7 +142,8 @@ class ArtworkBuild(unittest.TestCase):
     def test_picture_that_nothing_names(self):
         shutil.copy(os.path.join(self.source, "cursors", "orbit.svg"),
                     os.path.join(self.source, "cursors", "spare.svg"))
-        self.refused("cursors/spare.svg:1", "is in no list of pictures, add it to its list in tools/artwork/build_artwork.py")
+        self.refused("cursors/spare.svg:1", "is in no list of pictures, "
+                     "add it to its list in tools/artwork/build_artwork.py")
 
 
 if __name__ == "__main__":

@@ -1,12 +1,13 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Builds cursors, icons, the welcome picture and the toolbar strips from their SVG sources.
 
-    artwork_build.py --source resources/artwork --output build/gnu/artwork
+    build_artwork.py --source resources/artwork --output build/gnu/artwork
                      [--contact-sheet FILE] [--guide-images docs/images]
 
 Writes NAME.cur, NAME.ico, welcome.bmp, Karvel_16i.bmp, Karvel_16a.bmp, Karvel_24i.bmp,
-Karvel_24a.bmp and contact_sheet.png to the output directory. Needs rsvg-convert (Debian package
-librsvg2-bin) and the font DejaVu Sans (fonts-dejavu-core). The same sources give the same bytes.
+Karvel_24a.bmp and contact_sheet.png to the output directory. Needs Pillow (Debian package
+python3-pil), rsvg-convert (librsvg2-bin) and the font DejaVu Sans (fonts-dejavu-core). The same
+sources give the same bytes.
 
 With --guide-images it also writes the pictures of the user guide, which are kept with its text:
 gestures.png and cursor_NAME.png, twice as large as on screen.
@@ -16,16 +17,16 @@ A cursor's hot spot is the attribute data-hotspot="X,Y" of its svg element.
 
 import argparse
 import base64
+import io
 import os
 import subprocess
 import sys
 import tempfile
 import xml.parsers.expat
 
-# No compiled copies between the sources.
-sys.dont_write_bytecode = True
+from PIL import Image
 
-import artwork_formats as formats  # noqa: E402
+import artwork_formats as formats
 
 CURSORS = [
     # file, resource number, caption on the contact sheet
@@ -145,7 +146,7 @@ def check_no_unlisted(directory, names):
     for entry in sorted(os.listdir(directory)):
         if entry.endswith(".svg") and entry[:-4] not in names:
             raise say(os.path.join(directory, entry), 1, "is in no list of pictures",
-                      "add it to its list in tools/%s or remove it" % os.path.basename(__file__))
+                      "add it to its list in tools/artwork/build_artwork.py or remove it")
 
 
 def check_font():
@@ -171,8 +172,8 @@ def render(path, width, height):
     if done.returncode != 0:
         reason = " ".join(done.stderr.decode("utf-8", "replace").split())
         raise say(path, 1, "was not rendered (%s)" % reason, "correct the drawing")
-    image = formats.read_png(done.stdout)
-    if (image.width, image.height) != (width, height):
+    image = Image.open(io.BytesIO(done.stdout)).convert("RGBA")
+    if image.size != (width, height):
         raise say(path, 1, "rendered as %d x %d" % (image.width, image.height),
                   "give it the proportions %d x %d" % (width, height))
     return image
@@ -191,6 +192,13 @@ def write_file(path, data):
     os.replace(temporary, path)
 
 
+def encode(image, kind, **options):
+    """The bytes of a picture in one of Pillow's formats."""
+    data = io.BytesIO()
+    image.save(data, kind, **options)
+    return data.getvalue()
+
+
 def build_cursors(source, output):
     directory = os.path.join(source, "cursors")
     check_no_unlisted(directory, [name for name, _, _ in CURSORS])
@@ -198,7 +206,7 @@ def build_cursors(source, output):
         path = os.path.join(directory, name + ".svg")
         hot_x, hot_y = read_hot_spot(path)
         image = render(path, CURSOR_SIZE, CURSOR_SIZE)
-        if image.at(hot_x, hot_y)[3] == 0 and name.startswith("select"):
+        if image.getpixel((hot_x, hot_y))[3] == 0 and name.startswith("select"):
             raise say(path, read_root(path)[0], "the arrow's hot spot is on nothing drawn",
                       "move data-hotspot to the tip")
         write_file(os.path.join(output, name + ".cur"), formats.write_cur(image, hot_x, hot_y))
@@ -218,7 +226,7 @@ def build_welcome(source, output):
     path = os.path.join(source, "welcome.svg")
     check_view_box(path, *WELCOME_SIZE)
     image = render(path, *WELCOME_SIZE)
-    if any(alpha != 255 for alpha in image.pixels[3::4]):
+    if image.getextrema()[3] != (255, 255):
         raise say(path, 1, "has transparent places", "let the background cover the whole picture")
     palette = formats.choose_palette(image, [(255, 255, 255)], WELCOME_COLOURS)
     write_file(os.path.join(output, "welcome.bmp"), formats.write_bmp4(image, palette))
@@ -230,17 +238,14 @@ def build_toolbar(source, output):
     for name in TOOLBAR:
         check_view_box(os.path.join(directory, name + ".svg"), 24, 24)
     for label, width, height in TOOLBAR_STRIPS:
-        colours = formats.Image(width * len(TOOLBAR), height)
-        alphas = formats.Image(width * len(TOOLBAR), height)
+        strip = Image.new("RGBA", (width * len(TOOLBAR), height))
         for index, name in enumerate(TOOLBAR):
-            picture = render(os.path.join(directory, name + ".svg"), height, height)
-            colours.paste(picture, index * width, 0)
-        for y in range(height):
-            for x in range(colours.width):
-                alpha = colours.at(x, y)[3]
-                alphas.put(x, y, (alpha, alpha, alpha, 255))
-        write_file(os.path.join(output, "Karvel_%di.bmp" % label), formats.write_bmp24(colours))
-        write_file(os.path.join(output, "Karvel_%da.bmp" % label), formats.write_bmp24(alphas))
+            strip.paste(render(os.path.join(directory, name + ".svg"), height, height),
+                        (index * width, 0))
+        # Colours and alphas apart; the colours stay as they are where something is half seen.
+        for kind, picture in (("i", strip), ("a", strip.getchannel("A"))):
+            write_file(os.path.join(output, "Karvel_%d%s.bmp" % (label, kind)),
+                       encode(picture.convert("RGB"), "BMP", dpi=(0, 0)))
 
 
 # --------------------------------------------------------------------------------------------
@@ -250,23 +255,6 @@ def build_toolbar(source, output):
 def read_file(path):
     with open(path, "rb") as source:
         return source.read()
-
-
-def crop(image, left, top, width, height):
-    cut = formats.Image(width, height)
-    for y in range(height):
-        for x in range(width):
-            cut.put(x, y, image.at(left + x, top + y))
-    return cut
-
-
-def strip_picture(colours, alphas, index, width, height):
-    cut = crop(colours, index * width, 0, width, height)
-    for y in range(height):
-        for x in range(width):
-            red, green, blue, _ = cut.at(x, y)
-            cut.put(x, y, (red, green, blue, alphas.at(index * width + x, y)[0]))
-    return cut
 
 
 class Sheet:
@@ -284,7 +272,7 @@ class Sheet:
             % (x, y, size, anchor, weight, text))
 
     def image(self, x, y, image, scale=1):
-        data = base64.b64encode(formats.write_png(image)).decode("ascii")
+        data = base64.b64encode(encode(image, "PNG")).decode("ascii")
         self.parts.append(
             '<image x="%g" y="%g" width="%g" height="%g" style="image-rendering:optimizeSpeed" '
             'href="data:image/png;base64,%s"/>'
@@ -310,8 +298,7 @@ def sheet_cursors(sheet, output, top):
     sheet.text(16, top, "Cursors (32 x 32; hot spot marked on the enlarged ones)", 13,
                weight="bold")
     for index, (name, number, caption) in enumerate(CURSORS):
-        (image, hot_x, hot_y), = formats.read_directory(
-            read_file(os.path.join(output, name + ".cur")))
+        image, hot_x, hot_y = formats.read_cur(read_file(os.path.join(output, name + ".cur")))
         x = 16 + index * 134
         y = top + 12
         for row, background in enumerate((DARK_VIEW, MIDDLE_VIEW, LIGHT_VIEW)):
@@ -333,10 +320,11 @@ def sheet_icons(sheet, output, left, top):
         for row, background in enumerate((LIGHT_VIEW, DARK_VIEW)):
             sheet.rectangle(left, y + row * 58, 230, 58, background)
             x = left + 12
-            for image, _, _ in formats.read_directory(
-                    read_file(os.path.join(output, name + ".ico"))):
-                sheet.image(x, y + row * 58 + (58 - image.height) / 2, image)
-                x += image.width + 24
+            for size in ICON_SIZES:
+                icon = Image.open(os.path.join(output, name + ".ico"))
+                icon.size = (size, size)
+                sheet.image(x, y + row * 58 + (58 - size) / 2, icon)
+                x += size + 24
         sheet.text(left, y + 130, "%d  %s" % (number, caption))
 
 
@@ -344,16 +332,15 @@ def sheet_toolbar(sheet, output, left, top):
     sheet.text(left, top, "Toolbar strips (number in the strip; 24 x 24 and 16 x 15)", 13,
                weight="bold")
     strips = []
-    for label, width, height in TOOLBAR_STRIPS:
-        strips.append((formats.read_bmp(read_file(os.path.join(output, "Karvel_%di.bmp" % label))),
-                       formats.read_bmp(read_file(os.path.join(output, "Karvel_%da.bmp" % label))),
-                       width, height))
-    (small, small_alpha, small_width, small_height), (large, large_alpha, _, _) = strips
+    for label, _, _ in TOOLBAR_STRIPS:
+        strip = Image.open(os.path.join(output, "Karvel_%di.bmp" % label)).convert("RGB")
+        strip.putalpha(Image.open(os.path.join(output, "Karvel_%da.bmp" % label)).convert("L"))
+        strips.append(strip)
     for index, name in enumerate(TOOLBAR):
         x = left + (index % 3) * 146
         y = top + 12 + (index // 3) * 72
-        big = strip_picture(large, large_alpha, index, 24, 24)
-        little = strip_picture(small, small_alpha, index, small_width, small_height)
+        little, big = (strip.crop((index * width, 0, (index + 1) * width, height))
+                       for strip, (_, width, height) in zip(strips, TOOLBAR_STRIPS))
         for column, background in enumerate((LIGHT_VIEW, DARK_VIEW)):
             sheet.rectangle(x + column * 68, y, 68, 42, background)
             sheet.image(x + column * 68 + 8, y + 9, big)
@@ -365,7 +352,7 @@ def build_contact_sheet(output):
     sheet = Sheet(1096)
     top = sheet_cursors(sheet, output, 26)
     sheet.text(16, top, "Welcome picture (141)", 13, weight="bold")
-    sheet.image(16, top + 12, formats.read_bmp(read_file(os.path.join(output, "welcome.bmp"))))
+    sheet.image(16, top + 12, Image.open(os.path.join(output, "welcome.bmp")))
     sheet_icons(sheet, output, 376, top)
     sheet_toolbar(sheet, output, 646, top)
     height = top + 12 + 440
@@ -388,11 +375,11 @@ def build_contact_sheet(output):
 
 def build_guide_images(source, directory):
     welcome = render(os.path.join(source, "welcome.svg"), *(2 * side for side in WELCOME_SIZE))
-    write_file(os.path.join(directory, "gestures.png"), formats.write_png(welcome))
+    write_file(os.path.join(directory, "gestures.png"), encode(welcome, "PNG"))
     for name, _, _ in CURSORS:
         path = os.path.join(source, "cursors", name + ".svg")
         image = render(path, 2 * CURSOR_SIZE, 2 * CURSOR_SIZE)
-        write_file(os.path.join(directory, "cursor_%s.png" % name), formats.write_png(image))
+        write_file(os.path.join(directory, "cursor_%s.png" % name), encode(image, "PNG"))
 
 
 def main():
@@ -416,7 +403,7 @@ def main():
         if options.guide_images:
             os.makedirs(options.guide_images, exist_ok=True)
             build_guide_images(options.source, options.guide_images)
-    except (ArtworkError, formats.FormatError) as error:
+    except ArtworkError as error:
         print(error, file=sys.stderr)
         return 1
     except OSError as error:

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Holds the order of the rooms, tools/checks/rooms.txt, and the diagram of the plug-in's.
 
 usage: check_rooms.py check [--root DIR]  each include leads down, and no sources include in a

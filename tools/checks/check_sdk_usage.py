@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Lists what each source of the plug-in takes from the SDK, and checks that it may.
 
 usage: check_sdk_usage.py [--check | --write] [OPTION...] [SOURCE...]

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Compiles every source of the plug-in the way other compilers read it, without making anything.
 
 usage: compile_strictly.py [--mode MODE]... [SOURCE...]

@@ -24,7 +24,7 @@ check_cppcheck() {
         --suppress=missingIncludeSystem --suppress=passedByValue \
         --suppress=leakNoVarFunctionCall --suppress=leakReturnValNotUsed \
         -I . -I sdk/include -D_WIN64 -D_WIN32 -D_CPPRTTI \
-        $(python3 tools/checks/check_rooms.py names) standin cmake/msvc_runtime &&
+        $(tools/checks/check_rooms.py names) standin cmake/msvc_runtime &&
         echo "cppcheck finds nothing"
 }
 
@@ -34,7 +34,7 @@ check_tidy() {
 
 check_tidy-plugin() {
     # shellcheck disable=SC2046 # a list of words
-    tools/checks/run_tidy.py $(python3 tools/checks/check_rooms.py names)
+    tools/checks/run_tidy.py $(tools/checks/check_rooms.py names)
 }
 
 if [ $# -eq 0 ]; then set -- rooms format cppcheck tidy; fi

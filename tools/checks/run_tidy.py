@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Runs clang-tidy over the plug-in and the stand-in, as the builds compile them.
 
 usage: run_tidy.py [FOLDER...]

@@ -27,7 +27,7 @@ case ${1:-} in
         }
         mkdir -p "$built/report"
         filters=()
-        for directory in $(python3 tools/checks/check_rooms.py names); do
+        for directory in $(tools/checks/check_rooms.py names); do
             filters+=(--filter "$PWD/$directory/")
         done
         # Branches that the compiler makes for exceptions, and those of code that it knows is never
@@ -42,7 +42,7 @@ case ${1:-} in
             exit 1
         }
         status=0
-        python3 tools/coverage/report_coverage.py "$built/report/report.json" \
+        tools/coverage/report_coverage.py "$built/report/report.json" \
             tools/coverage/exceptions.txt || status=$?
         echo "pages: $built/report/index.html"
         exit "$status"

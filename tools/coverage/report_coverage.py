@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """What the tests execute of the plug-in: lines and branches of each source, and whether it is enough.
 
 usage: report_coverage.py REPORT.json EXCEPTIONS

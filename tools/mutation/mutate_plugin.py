@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Changes one thing at a time in the plug-in's sources and looks whether a test notices.
 
 usage: ./dev mutate [--jobs 1|2] [--only FILE]... [--seeds LIST] [--count N] [--explained]
