@@ -18,6 +18,8 @@ import sys
 import tempfile
 import unittest
 
+import pefile
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 TOOL = ROOT / "tools/checks/check_abi.py"
 PLUGIN = None
@@ -196,6 +198,7 @@ class BuiltFile(Copies):
         if PLUGIN is None:
             self.fail("no plug-in was given")
         self.data = bytearray(PLUGIN.read_bytes())
+        self.file = pefile.PE(data=bytes(self.data), fast_load=True)
 
     def assert_difference(self, expected, *arguments):
         copy = self.directory / "KarvelMax.gup"
@@ -204,25 +207,13 @@ class BuiltFile(Copies):
         self.assertEqual(status, 1, errors)
         self.assertTrue([line for line in errors if expected in line], errors)
 
-    def section_offset(self, rva):
-        header = struct.unpack_from("<I", self.data, 0x3C)[0]
-        count, size = struct.unpack_from("<H", self.data, header + 6)[0], \
-            struct.unpack_from("<H", self.data, header + 20)[0]
-        for index in range(count):
-            at = header + 24 + size + 40 * index
-            _, start, raw_size, raw = struct.unpack_from("<IIII", self.data, at + 8)
-            if start <= rva < start + raw_size:
-                return raw + rva - start
-        self.fail("address outside of the file")
-
     def table_of(self, ending):
         """File offset of a function table, by the name that the link map gives it."""
         for line in MAP.read_text(encoding="utf-8").splitlines():
             words = line.split()
             if len(words) > 2 and words[1].startswith("??_7") and words[1].endswith(ending):
-                header = struct.unpack_from("<I", self.data, 0x3C)[0]
-                base = struct.unpack_from("<Q", self.data, header + 24 + 24)[0]
-                return self.section_offset(int(words[2], 16) - base)
+                return self.file.get_offset_from_rva(
+                    int(words[2], 16) - self.file.OPTIONAL_HEADER.ImageBase)
         self.fail(f"no table {ending} in the link map")
 
     def test_entry_point_renamed(self):
@@ -246,8 +237,8 @@ class BuiltFile(Copies):
         self.assert_difference("imports of OTHERS.dll")
 
     def test_newer_windows(self):
-        header = struct.unpack_from("<I", self.data, 0x3C)[0]
-        struct.pack_into("<HH", self.data, header + 24 + 48, 10, 0)
+        at = self.file.OPTIONAL_HEADER.get_field_absolute_offset("MajorSubsystemVersion")
+        struct.pack_into("<HH", self.data, at, 10, 0)
         self.assert_difference("plug-in: subsystem version: expected 6.1 or older, found 10.0")
 
     def test_type_name_that_depends_on_the_folder_of_the_build(self):

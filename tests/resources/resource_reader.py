@@ -1,17 +1,36 @@
-"""Reads Windows resources out of a .res file or a built DLL, byte by byte and independently of the
-tools that made them."""
+"""Reads Windows resources out of a built DLL, independently of the tools that made them: pefile finds
+them and reads texts and the version block, Pillow the bitmaps. Neither of them knows dialogs, menus,
+and the groups of cursors and icons."""
 
+import io
 import struct
+
+import pefile
+from PIL import Image
 
 CURSOR, BITMAP, ICON, MENU, DIALOG, STRING = 1, 2, 3, 4, 5, 6
 ACCELERATOR, GROUP_CURSOR, GROUP_ICON, VERSION = 9, 12, 14, 16
 
 
-def read_resources(path):
+def read_file(path):
+    file = pefile.PE(path, fast_load=True)
+    assert file.FILE_HEADER.Machine == 0x8664, "not for 64-bit Windows"
+    file.parse_data_directories([pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_RESOURCE"]])
+    assert hasattr(file, "DIRECTORY_ENTRY_RESOURCE"), "no resources"
+    return file
+
+
+def read_resources(file):
     """Answers {(type, number): (language, bytes)}; names that are texts stay texts."""
-    with open(path, "rb") as source:
-        data = source.read()
-    return read_dll(data) if data[:2] == b"MZ" else read_res(data)
+    found = {}
+    for kind in file.DIRECTORY_ENTRY_RESOURCE.entries:
+        for name in kind.directory.entries:
+            key = tuple(str(each.name) if each.id is None else each.id for each in (kind, name))
+            assert len(name.directory.entries) == 1, "resource %r of type %r twice" % key[::-1]
+            language, = name.directory.entries
+            place = language.data.struct
+            found[key] = (language.id, file.get_data(place.OffsetToData, place.Size))
+    return found
 
 
 class Reader:
@@ -41,66 +60,6 @@ class Reader:
         if struct.unpack_from("<H", self.data, self.position)[0] == 0xFFFF:
             return self.take("HH")[1]
         return self.text()
-
-
-def read_res(data):
-    found = {}
-    reader = Reader(data)
-    while reader.position + 8 <= len(data):
-        start = reader.position
-        data_size, header_size = reader.take("II")
-        kind = reader.text_or_number()
-        name = reader.text_or_number()
-        reader.align()
-        _, _, language, _, _ = reader.take("IHHII")
-        body = data[start + header_size:start + header_size + data_size]
-        if data_size:
-            assert (kind, name) not in found, "resource %r of type %r twice" % (name, kind)
-            found[(kind, name)] = (language, body)
-        reader.position = start + header_size + data_size
-        reader.align()
-    return found
-
-
-def read_dll(data):
-    pe = struct.unpack_from("<I", data, 0x3C)[0]
-    assert data[pe:pe + 4] == b"PE\0\0", "no PE header"
-    machine, sections, _, _, _, optional_size, _ = struct.unpack_from("<HHIIIHH", data, pe + 4)
-    assert machine == 0x8664, "not for 64-bit Windows"
-    optional = pe + 24
-    assert struct.unpack_from("<H", data, optional)[0] == 0x20B, "no 64-bit optional header"
-    tree_address, _ = struct.unpack_from("<II", data, optional + 112 + 8 * 2)
-    assert tree_address, "no resources"
-
-    def offset_of(address):
-        for i in range(sections):
-            at = optional + optional_size + 40 * i
-            size, start, raw_size, raw = struct.unpack_from("<IIII", data, at + 8)
-            if start <= address < start + max(size, raw_size):
-                return raw + address - start
-        raise AssertionError("address %#x lies in no section" % address)
-
-    root = offset_of(tree_address)
-
-    def entries(directory):
-        named, numbered = struct.unpack_from("<HH", data, root + directory + 12)
-        for i in range(named + numbered):
-            name, target = struct.unpack_from("<II", data, root + directory + 16 + 8 * i)
-            if name & 0x80000000:
-                at = root + (name & 0x7FFFFFFF)
-                length = struct.unpack_from("<H", data, at)[0]
-                name = data[at + 2:at + 2 + 2 * length].decode("utf-16-le")
-            yield name, target & 0x7FFFFFFF
-
-    found = {}
-    for kind, names in entries(0):
-        for name, languages in entries(names):
-            for language, leaf in entries(languages):
-                address, size = struct.unpack_from("<II", data, root + leaf)
-                start = offset_of(address)
-                assert (kind, name) not in found, "resource %r of type %r twice" % (name, kind)
-                found[(kind, name)] = (language, data[start:start + size])
-    return found
 
 
 # Windows takes a control class by its number or, in any case of letters, by its name.
@@ -155,19 +114,10 @@ def read_menu(data):
     return items()
 
 
-def read_strings(resources):
-    found = {}
-    for (kind, block), (_, data) in resources.items():
-        if kind != STRING:
-            continue
-        reader = Reader(data)
-        for i in range(16):
-            length = reader.take("H")
-            if length:
-                text = reader.data[reader.position:reader.position + 2 * length]
-                reader.position += 2 * length
-                found[(block - 1) * 16 + i] = text.decode("utf-16-le")
-    return found
+def read_strings(file):
+    """Answers {number: text}."""
+    return {number: text for kind in file.DIRECTORY_ENTRY_RESOURCE.entries if kind.id == STRING
+            for block in kind.directory.entries for number, text in block.directory.strings.items()}
 
 
 class Pixels:
@@ -178,21 +128,17 @@ class Pixels:
             struct.unpack_from("<IiiHHI", data, 0)
         assert (header, planes, bits, compression) == (40, 1, 32, 0), "not 32 plain bits a pixel"
         self.height = double_height // 2
+        size = (self.width, self.height)
         mask_stride = (self.width + 31) // 32 * 4
         mask = 40 + self.width * self.height * 4
         assert len(data) == mask + mask_stride * self.height, "bitmap of %d bytes" % len(data)
-        self.rows = []
-        self.masked = []
-        for y in reversed(range(self.height)):
-            row = []
-            hidden = []
-            for x in range(self.width):
-                blue, green, red, alpha = data[40 + (y * self.width + x) * 4:][:4]
-                row.append((red, green, blue, alpha))
-                byte = data[mask + y * mask_stride + x // 8]
-                hidden.append(bool(byte & (0x80 >> x % 8)))
-            self.rows.append(row)
-            self.masked.append(hidden)
+        self.rows = self.in_rows(Image.frombytes("RGBA", size, data[40:mask], "raw", "BGRA", 0, -1))
+        mask_bits = Image.frombytes("1", size, data[mask:], "raw", "1", mask_stride, -1)
+        self.masked = [list(map(bool, row)) for row in self.in_rows(mask_bits)]
+
+    def in_rows(self, image):
+        pixels = list(image.getdata())
+        return [pixels[y * self.width:(y + 1) * self.width] for y in range(self.height)]
 
     def visible(self):
         return [pixel for row in self.rows for pixel in row if pixel[3] >= 128]
@@ -233,58 +179,25 @@ def read_icon(resources, number):
     return found
 
 
-def read_palette_bitmap(data, offset_of_header=0):
-    """Answers (width, height, bits, colours, {palette index: pixels}) of an uncompressed bitmap."""
-    at = offset_of_header
-    header, width, height, planes, bits, compression, _, _, _, used, _ = \
-        struct.unpack_from("<IiiHHIIiiII", data, at)
-    assert (header, planes, compression) == (40, 1, 0), "not a plain bitmap"
-    colours = used or 1 << bits
-    palette = [tuple(data[at + 40 + 4 * i:][:3][::-1]) for i in range(colours)]
-    stride = (width * bits + 31) // 32 * 4
-    start = at + 40 + 4 * colours
-    assert len(data) == start + stride * height, "bitmap of %d bytes" % len(data)
-    counts = {}
-    for y in range(height):
-        for x in range(width):
-            byte = data[start + y * stride + x * bits // 8]
-            index = byte if bits == 8 else (byte >> 4 if x % 2 == 0 else byte & 15)
-            counts[index] = counts.get(index, 0) + 1
-    return width, height, bits, palette, counts
+def read_palette_bitmap(data):
+    """Answers ((width, height), colours, how many pixels each colour in use has) of an uncompressed
+    bitmap of 256 colours or fewer."""
+    image = Image.open(io.BytesIO(data))
+    assert (image.format, image.mode, image.info["compression"]) == ("DIB", "P", 0), \
+        "not a plain bitmap with a palette"
+    flat = image.getpalette()
+    palette = list(zip(flat[::3], flat[1::3], flat[2::3]))
+    return image.size, palette, [number for number, _ in image.getcolors()]
 
 
-def read_version(data):
-    """Answers (fixed part as 13 numbers, {name: text}, [(language, code page)], string block)."""
-
-    def node(reader):
-        start = reader.position
-        length, value_length, text_value = reader.take("HHH")
-        key = reader.text()
-        reader.align()
-        value = reader.data[reader.position:
-                            reader.position + value_length * (2 if text_value else 1)]
-        reader.position += len(value)
-        children = []
-        while True:
-            reader.align()
-            if reader.position >= start + length:
-                break
-            children.append(node(reader))
-        reader.position = start + length
-        return key, value, children
-
-    key, fixed, children = node(Reader(data))
-    assert key == "VS_VERSION_INFO", key
-    texts = {}
-    translations = []
-    block = None
-    for name, _, parts in children:
-        if name == "StringFileInfo":
-            (block, _, strings), = parts
-            for string_name, value, _ in strings:
-                texts[string_name] = value.decode("utf-16-le").rstrip("\0")
-        elif name == "VarFileInfo":
-            for _, value, _ in parts:
-                translations += [struct.unpack_from("<HH", value, i)
-                                 for i in range(0, len(value), 4)]
-    return struct.unpack("<13I", fixed), texts, translations, block
+def read_version(file):
+    """Answers (fixed part, {name: text}, [translation], [string block])."""
+    texts, translations, blocks = {}, [], []
+    for info in file.FileInfo[0]:
+        if info.Key == b"StringFileInfo":
+            for table in info.StringTable:
+                blocks.append(table.LangID.decode())
+                texts.update((name.decode(), text.decode()) for name, text in table.entries.items())
+        elif info.Key == b"VarFileInfo":
+            translations += [var.entry[b"Translation"] for var in info.Var]
+    return file.VS_FIXEDFILEINFO[0], texts, translations, blocks

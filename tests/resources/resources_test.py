@@ -3,21 +3,22 @@
 
     resources_test.py FILE --version 1.5.0 --artwork DIRECTORY [--largest-file BYTES]
 
-FILE is karvel.res or KarvelMax.gup; DIRECTORY holds the toolbar strips.
+FILE is KarvelMax.gup; DIRECTORY holds the toolbar strips.
 """
 
 import argparse
 import itertools
 import os
-import struct
 import sys
 import unittest
 
-sys.dont_write_bytecode = True
+import pefile
+from PIL import Image
 
-import resource_reader as reading  # noqa: E402
+import resource_reader as reading
 
 OPTIONS = None
+FILE = None
 RESOURCES = {}
 
 ENGLISH_US = 0x409
@@ -207,7 +208,7 @@ class Texts(unittest.TestCase):
         self.assertEqual(reading.read_menu(RESOURCES[(reading.MENU, 122)][1]), MENU)
 
     def test_strings(self):
-        found = reading.read_strings(RESOURCES)
+        found = reading.read_strings(FILE)
         expected = {1: "KarvelMax (%s)" % OPTIONS.website, **STRINGS}
         for number in sorted({*found, *expected}):
             if found.get(number) != expected.get(number):
@@ -217,24 +218,24 @@ class Texts(unittest.TestCase):
 
     def test_strings_fit_the_loader(self):
         # Loaded into 256 characters, the terminating zero among them, in the Western code page.
-        for number, text in reading.read_strings(RESOURCES).items():
+        for number, text in reading.read_strings(FILE).items():
             self.assertLess(len(text.encode("cp1252")), 256, number)
 
 
 class Version(unittest.TestCase):
     def setUp(self):
-        self.fixed, self.texts, self.translations, self.block = \
-            reading.read_version(RESOURCES[(reading.VERSION, 1)][1])
+        self.fixed, self.texts, self.translations, self.blocks = reading.read_version(FILE)
 
     def test_fixed_part(self):
         major, minor, patch = (int(part) for part in OPTIONS.version.split("."))
         high, low = major << 16 | minor, patch << 16
-        signature, structure, file_high, file_low, product_high, product_low, mask, flags, system, \
-            kind, subtype, _, _ = self.fixed
-        self.assertEqual((signature, structure), (0xFEEF04BD, 0x10000))
-        self.assertEqual((file_high, file_low, product_high, product_low), (high, low, high, low))
+        fixed = self.fixed
+        self.assertEqual((fixed.Signature, fixed.StrucVersion), (0xFEEF04BD, 0x10000))
+        self.assertEqual((fixed.FileVersionMS, fixed.FileVersionLS, fixed.ProductVersionMS,
+                          fixed.ProductVersionLS), (high, low, high, low))
         # A release build of a DLL for Windows NT and its successors.
-        self.assertEqual((mask, flags, system, kind, subtype), (0x3F, 0, 0x40004, 2, 0))
+        self.assertEqual((fixed.FileFlagsMask, fixed.FileFlags, fixed.FileOS, fixed.FileType,
+                          fixed.FileSubtype), (0x3F, 0, 0x40004, 2, 0))
 
     def test_texts(self):
         self.assertEqual(self.texts["FileVersion"], OPTIONS.version)
@@ -246,12 +247,12 @@ class Version(unittest.TestCase):
         self.assertEqual(self.texts["LegalCopyright"], OPTIONS.copyright)
 
     def test_the_description_is_the_one_that_the_host_shows(self):
-        self.assertEqual(self.texts["FileDescription"], reading.read_strings(RESOURCES)[1])
+        self.assertEqual(self.texts["FileDescription"], reading.read_strings(FILE)[1])
 
     def test_explorer_finds_the_texts(self):
         # It looks for the block that the translation names: language, then code page.
-        self.assertEqual(self.translations, [(ENGLISH_US, 1252)])
-        self.assertEqual(self.block.lower(), "%04x%04x" % self.translations[0])
+        self.assertEqual(self.translations, ["0x%04x 0x%04x" % (ENGLISH_US, 1252)])
+        self.assertEqual([block.lower() for block in self.blocks], ["%04x%04x" % (ENGLISH_US, 1252)])
 
 
 class Cursors(unittest.TestCase):
@@ -345,16 +346,14 @@ class Icons(unittest.TestCase):
 
 class WelcomePicture(unittest.TestCase):
     def test_format(self):
-        width, height, bits, palette, counts = \
-            reading.read_palette_bitmap(RESOURCES[(reading.BITMAP, 141)][1])
+        size, palette, counts = reading.read_palette_bitmap(RESOURCES[(reading.BITMAP, 141)][1])
         # 225 x 236 dialog units are 338 x 384 pixels in the dialog font; a frame of two pixels on
         # every side comes off.
-        self.assertEqual((width, height), (334, 380))
-        self.assertIn(bits, (4, 8))
+        self.assertEqual(size, (334, 380))
         self.assertIn((255, 255, 255), palette)
         # A drawing with texts: several colours, none covering nearly everything.
         self.assertGreaterEqual(len(counts), 12)
-        self.assertLess(max(counts.values()), width * height * 0.9)
+        self.assertLess(max(counts), 334 * 380 * 0.9)
 
 
 class ToolbarStrips(unittest.TestCase):
@@ -362,28 +361,18 @@ class ToolbarStrips(unittest.TestCase):
 
     def strip(self, name, width, height):
         """The pictures of a strip: for each a list of (red, green, blue)."""
-        with open(os.path.join(OPTIONS.artwork, name), "rb") as source:
-            data = source.read()
-        self.assertEqual(data[:2], b"BM", name)
-        start = struct.unpack_from("<I", data, 10)[0]
-        _, strip_width, strip_height, _, bits, compression = struct.unpack_from("<IiiHHI", data, 14)
-        self.assertEqual(strip_height, height, name)
-        self.assertEqual(strip_width // width, self.COUNT,
+        path = os.path.join(OPTIONS.artwork, name)
+        strip = Image.open(path)
+        self.assertEqual((strip.format, strip.mode, strip.info["compression"]), ("BMP", "RGB", 0), name)
+        self.assertEqual(strip.height, height, name)
+        self.assertEqual(strip.width // width, self.COUNT,
                          "%s has another number of pictures than COUNT of "
                          "tests/resources/resources_test.py: a new picture changes both" % name)
-        self.assertEqual(strip_width % width, 0, name)
-        self.assertEqual((bits, compression), (24, 0), name)
-        stride = (strip_width * 3 + 3) // 4 * 4
-        self.assertEqual(len(data), start + stride * height, name)
-        pictures = []
-        for index in range(self.COUNT):
-            picture = []
-            for y in range(height):
-                for x in range(width):
-                    at = start + y * stride + (index * width + x) * 3
-                    picture.append(tuple(data[at:at + 3][::-1]))
-            pictures.append(picture)
-        return pictures
+        self.assertEqual(strip.width % width, 0, name)
+        # 24 bits a pixel, and nothing behind them.
+        self.assertEqual(os.path.getsize(path), 54 + (strip.width * 3 + 3) // 4 * 4 * height, name)
+        return [list(strip.crop((x, 0, x + width, height)).getdata())
+                for x in range(0, strip.width, width)]
 
     def test_a_picture_at_every_number(self):
         for label, width, height in ((16, 16, 15), (24, 24, 24)):
@@ -420,7 +409,7 @@ class ToolbarStrips(unittest.TestCase):
 
 
 def main():
-    global OPTIONS
+    global OPTIONS, FILE
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("file")
     parser.add_argument("--version", required=True)
@@ -430,12 +419,13 @@ def main():
     parser.add_argument("--largest-file", type=int)
     OPTIONS = parser.parse_args()
     try:
-        RESOURCES.update(reading.read_resources(OPTIONS.file))
+        FILE = reading.read_file(OPTIONS.file)
+        RESOURCES.update(reading.read_resources(FILE))
     except OSError as error:
         print("%s:0: %s, build the resources first" % (OPTIONS.file, error.strerror),
               file=sys.stderr)
         return 1
-    except (AssertionError, struct.error) as error:
+    except (AssertionError, pefile.PEFormatError) as error:
         print("%s:0: holds no readable resources (%s), build it again" % (OPTIONS.file, error),
               file=sys.stderr)
         return 1

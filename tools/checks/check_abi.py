@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Compares the declarations under sdk/ and a built plug-in with what the host expects.
 
 usage: check_abi.py [PLUGIN.gup --map FILE] [OPTION...]
@@ -23,6 +23,8 @@ import struct
 import subprocess
 import sys
 import tempfile
+
+import pefile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 CLANG = "clang++-19"
@@ -304,79 +306,36 @@ def compare_declarations(report, expected, declarations):
 # ---- the built file ------------------------------------------------------------------------------
 
 
-class Image:
-    """A 64-bit Windows file, as far as the comparison reads it."""
+def read_plugin(path):
+    """The file as pefile reads it, with exports and imports."""
+    try:
+        data = pathlib.Path(path).read_bytes()
+        file = pefile.PE(data=data, fast_load=True)
+        file.parse_data_directories(
+            [pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_EXPORT"],
+             pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_IMPORT"]])
+    except OSError as error:
+        raise Unreadable(f"{path}: cannot be read: {error.strerror}")
+    except pefile.PEFormatError:
+        raise Unreadable(f"{path}: is not a Windows file")
+    if file.PE_TYPE != pefile.OPTIONAL_HEADER_MAGIC_PE_PLUS:
+        raise Unreadable(f"{path}: is not a 64-bit file")
+    return data, file
 
-    def __init__(self, path):
-        try:
-            self.data = pathlib.Path(path).read_bytes()
-        except OSError as error:
-            raise Unreadable(f"{path}: cannot be read: {error.strerror}")
-        try:
-            self.parse()
-        except (struct.error, IndexError, UnicodeDecodeError):
-            raise Unreadable(f"{path}: is not a Windows file")
 
-    def parse(self):
-        header = self.word(0x3C)
-        if self.data[:2] != b"MZ" or self.data[header:header + 4] != b"PE\0\0":
-            raise IndexError
-        self.machine, sections = struct.unpack_from("<HH", self.data, header + 4)
-        optional = header + 24
-        optional_size = struct.unpack_from("<H", self.data, header + 20)[0]
-        self.is_64 = struct.unpack_from("<H", self.data, optional)[0] == 0x20B
-        if not self.is_64:
-            raise IndexError
-        self.base = struct.unpack_from("<Q", self.data, optional + 24)[0]
-        self.system_version = struct.unpack_from("<HH", self.data, optional + 40)
-        self.subsystem_version = struct.unpack_from("<HH", self.data, optional + 48)
-        count = self.word(optional + 108)
-        self.directories = [struct.unpack_from("<II", self.data, optional + 112 + 8 * index)
-                            for index in range(count)]
-        self.sections = []
-        for index in range(sections):
-            at = optional + optional_size + 40 * index
-            name = self.data[at:at + 8].rstrip(b"\0").decode()
-            size, rva, raw_size, raw = struct.unpack_from("<IIII", self.data, at + 8)
-            self.sections.append((name, rva, max(size, raw_size), raw, raw_size))
-        self.exports = self.read_exports()
-        self.imports = self.read_imports()
+def exports_of(file):
+    directory = getattr(file, "DIRECTORY_ENTRY_EXPORT", None)
+    return sorted(each.name.decode() for each in directory.symbols if each.name) if directory else []
 
-    def word(self, at):
-        return struct.unpack_from("<I", self.data, at)[0]
 
-    def at(self, rva):
-        for _, start, size, raw, raw_size in self.sections:
-            if start <= rva < start + size and rva - start < raw_size:
-                return raw + rva - start
-        raise IndexError
-
-    def text(self, rva):
-        at = self.at(rva)
-        return self.data[at:self.data.index(b"\0", at)].decode()
-
-    def read_exports(self):
-        rva, size = self.directories[0]
-        if size == 0:
-            return []
-        count, _, names = struct.unpack_from("<III", self.data, self.at(rva) + 24)
-        return sorted(self.text(self.word(self.at(names) + 4 * index)) for index in range(count))
-
-    def read_imports(self):
-        imports = {}
-        rva, size = self.directories[1]
-        at = self.at(rva) if size else None
-        while at is not None:
-            names, _, _, dll, addresses = struct.unpack_from("<IIIII", self.data, at)
-            if dll == 0:
-                break
-            found = imports.setdefault(self.text(dll), [])
-            entry = self.at(names or addresses)
-            while (value := struct.unpack_from("<Q", self.data, entry)[0]) != 0:
-                found.append(f"#{value & 0xFFFF}" if value >> 63 else self.text(value + 2))
-                entry += 8
-            at += 20
-        return imports
+def imports_of(file):
+    """DLL -> the names that are taken from it."""
+    imports = {}
+    for dll in getattr(file, "DIRECTORY_ENTRY_IMPORT", []):
+        imports.setdefault(dll.dll.decode(), []).extend(
+            f"#{each.ordinal}" if each.import_by_ordinal else each.name.decode()
+            for each in dll.imports)
+    return imports
 
 
 def read_map(path):
@@ -406,7 +365,28 @@ def member_name(signature):
     return name[1], "~" if name[2].startswith("~") else name[2]
 
 
-def compare_derived_tables(report, expected, image, symbols):
+def type_information(file, table):
+    """(decorated name, decorated names of all bases) that lead from a function table's address, or
+    None where they are damaged."""
+    def words(address, count):
+        return struct.unpack(f"<{count}I", file.get_data(address, 4 * count))
+
+    def name_at(descriptor):
+        return file.get_string_at_rva(descriptor + 16).decode()
+
+    try:
+        locator = file.get_qword_at_rva(table - 8) - file.OPTIONAL_HEADER.ImageBase
+        signature, _, _, descriptor, hierarchy, own_address = words(locator, 6)
+        _, _, count, array = words(hierarchy, 4)
+        bases = [name_at(words(base, 1)[0]) for base in words(array, count)]
+        sound = signature == 1 and own_address == locator
+        return (name_at(descriptor), bases) if sound else None
+    # What pefile answers where there is nothing: None, too few bytes, or its own error.
+    except (AttributeError, TypeError, struct.error, UnicodeDecodeError, pefile.PEFormatError):
+        return None
+
+
+def compare_derived_tables(report, expected, file, symbols):
     derived_from = {name: members for name, (_, _, members) in expected.classes.items()
                     if members[0].origin is not None}
     seen = set()
@@ -418,26 +398,16 @@ def compare_derived_tables(report, expected, image, symbols):
                 continue
             own = name[4:-5]
             subject = f"class {own}"
-            try:
-                at = image.at(address - image.base)
-                locator = struct.unpack_from("<Q", image.data, at - 8)[0] - image.base
-                signature, _, _, descriptor, hierarchy, self_rva = struct.unpack_from(
-                    "<IIIIII", image.data, image.at(locator))
-                described = image.text(descriptor + 16)
-                _, _, count, array = struct.unpack_from("<IIII", image.data, image.at(hierarchy))
-                bases = []
-                for index in range(count):
-                    base = image.word(image.at(array) + 4 * index)
-                    bases.append(image.text(image.word(image.at(base)) + 16)[4:-2])
-                sound = signature == 1 and self_rva == locator and described == f".?AV{own}@@"
-            except (IndexError, struct.error, UnicodeDecodeError):
-                sound, bases = False, []
+            table = address - file.OPTIONAL_HEADER.ImageBase
+            described, bases = type_information(file, table) or ("", [])
+            sound = described == f".?AV{own}@@"
             report.compare(subject, "run-time type information", "present",
                            "present" if sound else "missing or damaged")
+            bases = [base[4:-2] for base in bases] if sound else []
             for base in [base for base in bases if base in derived_from and base != own]:
                 seen.add(base)
                 for member in derived_from[base]:
-                    target = struct.unpack_from("<Q", image.data, at + 8 * member.slot)[0]
+                    target = file.get_qword_at_rva(table + 8 * member.slot)
                     there = symbols.get(target, ["no symbol"])
                     owner, wanted = member_name(member.signature)
                     # An imported or inline member may be overridden. Members of different classes
@@ -455,23 +425,26 @@ def compare_derived_tables(report, expected, image, symbols):
 
 
 def compare_plugin(report, expected, path, map_path, import_lists):
-    image = Image(path)
-    report.compare("plug-in", "machine", "x64", "x64" if image.machine == 0x8664 else image.machine)
-    report.compare("plug-in", "exports", " ".join(EXPORTS), " ".join(image.exports))
-    version = ".".join(f"{part}" for part in image.subsystem_version)
-    report.compare("plug-in", "subsystem version", "6.1 or older", version,
-                   image.subsystem_version <= NEWEST_SYSTEM)
-    unusual = [section[0] for section in image.sections if section[0] not in SECTIONS]
+    data, file = read_plugin(path)
+    head = file.OPTIONAL_HEADER
+    machine = file.FILE_HEADER.Machine
+    report.compare("plug-in", "machine", "x64", "x64" if machine == 0x8664 else machine)
+    report.compare("plug-in", "exports", " ".join(EXPORTS), " ".join(exports_of(file)))
+    version = (head.MajorSubsystemVersion, head.MinorSubsystemVersion)
+    report.compare("plug-in", "subsystem version", "6.1 or older", ".".join(map(str, version)),
+                   version <= NEWEST_SYSTEM)
+    sections = [section.Name.rstrip(b"\0").decode("latin-1") for section in file.sections]
+    unusual = [name for name in sections if name not in SECTIONS]
     report.compare("plug-in", "unusual sections", "none", " ".join(unusual) or "none")
     # The compiler makes the name of an unnamed namespace from the path of the source.
-    placed = re.findall(rb"\.\?A[UV][^\0]*\?A0x[^\0]*", image.data)
+    placed = re.findall(rb"\.\?A[UV][^\0]*\?A0x[^\0]*", data)
     report.compare("plug-in", "type names with the build's folder in them", "none",
                    " ".join(name.decode("ascii") for name in placed) or "none")
     report.compare("plug-in", "unwind tables", "present",
-                   "present" if image.directories[3][1] else "missing")
+                   "present" if head.DATA_DIRECTORY[3].Size else "missing")
     lists = {dll.lower(): (dll, names) for dll, names in import_lists.items()}
     system = {dll.lower() for dll in SYSTEM_DLLS}
-    for dll, names in sorted(image.imports.items()):
+    for dll, names in sorted(imports_of(file).items()):
         if dll.lower() in lists:
             expected_name, allowed = lists[dll.lower()]
             unlisted = [name for name in names if name not in allowed]
@@ -481,7 +454,7 @@ def compare_plugin(report, expected, path, map_path, import_lists):
         else:
             report.compare(f"imports of {dll}", f"{len(names)} names", "a DLL of Windows",
                            "a DLL of Windows" if dll.lower() in system else "another DLL")
-    compare_derived_tables(report, expected, image, read_map(map_path))
+    compare_derived_tables(report, expected, file, read_map(map_path))
 
 
 def main():

@@ -1,24 +1,22 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Makes the archive that a user downloads, from a finished msvc build.
 
 usage: make_package.py --build DIRECTORY --output FILE.zip
 
-The pages beside the plug-in are made from the Markdown of the repository (packages python3-markdown
-and weasyprint).
+Needs the packages python3-pefile and, for the pages that are made from the Markdown of the
+repository, python3-markdown and weasyprint.
 The same input gives the same bytes: entries are sorted and carry one fixed time.
 """
 
 import argparse
 import hashlib
 import os
-import struct
 import sys
 import zipfile
 
-# No compiled copies between the sources.
-sys.dont_write_bytecode = True
+import pefile
 
-import user_pages  # noqa: E402
+import user_pages
 
 ROOT = "KarvelMax"
 # The oldest time that the format knows.
@@ -43,57 +41,17 @@ class PackageError(Exception):
     pass
 
 
-def read_imports(data):
-    """The imported names of a 64-bit file, by DLL."""
-    try:
-        header = struct.unpack_from("<I", data, 0x3C)[0]
-        if data[:2] != b"MZ" or data[header:header + 4] != b"PE\0\0":
-            raise PackageError("it is no Windows file")
-        machine, sections = struct.unpack_from("<HH", data, header + 4)
-        optional_size = struct.unpack_from("<H", data, header + 20)[0]
-        optional = header + 24
-        if machine != 0x8664 or struct.unpack_from("<H", data, optional)[0] != 0x20B:
-            raise PackageError("it is no 64-bit file")
-        table = []
-        for index in range(sections):
-            at = optional + optional_size + index * 40
-            size, address, raw_size, raw = struct.unpack_from("<IIII", data, at + 8)
-            table.append((address, max(size, raw_size), raw))
-
-        def offset(address):
-            for start, size, raw in table:
-                if start <= address < start + size:
-                    return address - start + raw
-            raise PackageError("its import table lies outside its sections")
-
-        def text(address):
-            at = offset(address)
-            return data[at:data.index(b"\0", at)].decode("latin-1")
-
-        imports = {}
-        at = offset(struct.unpack_from("<I", data, optional + 112 + 8)[0])
-        while True:
-            names, _, _, dll, addresses = struct.unpack_from("<IIIII", data, at)
-            if dll == 0:
-                return imports
-            entries = imports.setdefault(text(dll), [])
-            entry = offset(names or addresses)
-            while True:
-                value = struct.unpack_from("<Q", data, entry)[0]
-                if value == 0:
-                    break
-                if not value >> 63:
-                    entries.append(text(value + 2))
-                entry += 8
-            at += 20
-    except (struct.error, ValueError) as error:
-        raise PackageError(f"it cannot be read ({error})") from None
-
-
 def check_plugin(data):
     """Only a file whose names the host exports may reach a user."""
-    imports = read_imports(data)
-    core = imports.get("core.dll", [])
+    try:
+        file = pefile.PE(data=data, fast_load=True)
+        file.parse_data_directories([pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_IMPORT"]])
+    except pefile.PEFormatError as error:
+        raise PackageError(f"it is no Windows file ({error.value})") from None
+    if file.FILE_HEADER.Machine != pefile.MACHINE_TYPE["IMAGE_FILE_MACHINE_AMD64"]:
+        raise PackageError("it is no 64-bit file")
+    core = [each.name.decode("latin-1") for dll in getattr(file, "DIRECTORY_ENTRY_IMPORT", [])
+            if dll.dll == b"core.dll" for each in dll.imports if each.name]
     foreign = [name for name in core if not name.startswith("?")]
     if not core or foreign:
         raise PackageError("it was not built for the host's C++ ABI"
