@@ -23,7 +23,7 @@ function(karvel_unicode_scenarios area)
 endfunction()
 
 # karvel_scenarios(AREA [INPUTS virtual|real...] [LABELS WORD...] [TIMEOUT SECONDS]): plays all
-# scenarios of tests/scenarios/AREA with this build's plug-in, one Wine process per kind of input,
+# scenarios of tests/scenarios/ROOM/AREA with this build's plug-in, one Wine process per kind of input,
 # and holds their expectations. The traces stay in build/traces for the comparison below.
 function(karvel_scenarios area)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "INPUTS;LABELS")

@@ -15,7 +15,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools/checks"))
 import check_rooms as rooms  # noqa: E402
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "plugin"))
 from default_settings import DEFAULT_SETTINGS  # noqa: E402
 
 ROOT = None
@@ -305,7 +305,7 @@ class Documents(unittest.TestCase):
         self.assertGreater(len(expected), 5)
         self.compare_rows(expected, [(f"`{key}`", "on" if on else "off")
                                      for key, on in DEFAULT_SETTINGS.items()],
-                          "DEFAULT_SETTINGS of tests/default_settings.py")
+                          "DEFAULT_SETTINGS of tests/plugin/default_settings.py")
         for page in ("README.md", "docs/user-guide.md"):
             for table in self.tables(page, "settings"):
                 self.compare_rows([(*row, labels[row[0]]) for row in expected],

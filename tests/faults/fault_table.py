@@ -34,7 +34,7 @@ import tempfile
 HERE = pathlib.Path(__file__).resolve().parent
 
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(HERE.parent))
+sys.path.insert(0, str(HERE.parent / "plugin"))
 from default_settings import DEFAULT_SETTINGS  # noqa: E402
 
 # Names that stand for several calls, each of which has a name of its own.

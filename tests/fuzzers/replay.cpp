@@ -1,4 +1,4 @@
-// Runs the inputs of a corpus once each, where there is no libFuzzer.
+// Runs the inputs of some folders once each, where there is no libFuzzer.
 
 #include <algorithm>
 #include <filesystem>
@@ -10,13 +10,14 @@
 #include "tests/fuzzers/fuzzer.h"
 
 int main(int count, char** arguments) {
-    if (count != 2) {
-        std::cerr << "usage: replay CORPUS-FOLDER\n";
+    if (count < 2) {
+        std::cerr << "usage: replay FOLDER...\n";
         return 2;
     }
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(arguments[1]))
-        files.push_back(entry.path());
+    for (int i = 1; i < count; ++i)
+        for (const auto& entry : std::filesystem::directory_iterator(arguments[i]))
+            files.push_back(entry.path());
     std::sort(files.begin(), files.end());
     for (const std::filesystem::path& path : files) {
         std::ifstream file(path, std::ios::binary);
@@ -31,7 +32,7 @@ int main(int count, char** arguments) {
     LLVMFuzzerTestOneInput(nullptr, 0);
     std::cout << files.size() << " inputs\n";
     if (files.size() < 10) {
-        std::cerr << arguments[1] << " holds too few inputs to show anything\n";
+        std::cerr << arguments[1] << ": there are too few inputs to show anything\n";
         return 1;
     }
 }

@@ -3,7 +3,7 @@
 
 #include "standin/script/interpreter.h"
 #include "tests/fuzzers/fuzzer.h"
-#include "tests/script/fake_host.h"
+#include "tests/standin/script/fake_host.h"
 
 namespace {
 

@@ -127,7 +127,7 @@ class Rooms(unittest.TestCase):
         self.assertEqual(self.check()[0], 0)
         for room, source, include in (
                 ("resources", "resources/module.cpp", "shell/commands.h"),
-                ("hooks", "hooks/mouse_hook.cpp", "tests/hook/plugin_state.h"),
+                ("hooks", "hooks/mouse_hook.cpp", "tests/plugin/plugin_state.h"),
                 ("standin", "standin/player/player.h", "tests/walks/walks.h"),
                 ("standin", "standin/engine/trace/trace.h", "navigation/nav_rules.h"),
                 ("standin/engine", "standin/engine/world/world.h", "standin/player/player.h")):

@@ -58,7 +58,7 @@ RAW_HOST_SUBJECT = "tests_bin/raw_host_subject.dll"
 WALK = ("--seed", "1", "--events", "30000")
 WALK_FAILS = re.compile(r"^walk (\d+) fails", re.M)
 # Tests that play with the file in a way of their own, tried on what nothing else has noticed.
-TEST_SCRIPTS = (("tests/dialogs/dialogs_test.sh", "gnu"), ("tests/dialogs/settings_file_test.sh", "gnu"),
+TEST_SCRIPTS = (("tests/plugin/windows/dialogs_test.sh", "gnu"), ("tests/plugin/windows/settings_file_test.sh", "gnu"),
                 ("tests/benchmarks/check_cost.sh",))
 # How many scenarios are played before the tests that take longer, and may notice more.
 FIRST_TRIED = 12

@@ -1,6 +1,6 @@
 #!/bin/bash
 # usage: play_scenarios.sh BUILD_DIRECTORY gnu|msvc|msvc-unicode virtual|real AREA
-# Plays all scenarios of tests/scenarios/AREA in one process and holds their expectations. The trace
+# Plays all scenarios of tests/scenarios/ROOM/AREA in one process and holds their expectations. The trace
 # stays in build/traces/AREA.ABI.INPUT.trace.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
@@ -16,9 +16,9 @@ cd "$karvel_root" || exit 1
 choose_build "$built" "$abi"
 
 shopt -s nullglob
-files=(tests/scenarios/"$area"/*.scn)
+files=(tests/scenarios/*/"$area"/*.scn)
 if [ ${#files[@]} -eq 0 ]; then
-    echo "tests/scenarios/$area holds no scenario: a test of nothing" >&2
+    echo "tests/scenarios/*/$area holds no scenario: a test of nothing" >&2
     exit 1
 fi
 
