@@ -149,9 +149,10 @@ Result Worker::Finish(DWORD longest) {
     const HANDLE either[] = {handles_[kDone], process_};
     const DWORD first = WaitForMultipleObjects(2, either, FALSE, longest);
     if (first == WAIT_OBJECT_0) {
-        result.status = box_->status;
+        result.status = box_->outcome.status;
         result.output += output_.Take();
         result.messages += messages_.Take();
+        if (!box_->outcome.tidy) End();
         return result;
     }
     const bool ended = first == WAIT_OBJECT_0 + 1;
@@ -163,11 +164,11 @@ Result Worker::Finish(DWORD longest) {
     GetExitCodeProcess(process_, &status);
     result.output += output_.Take();
     result.messages += messages_.Take();
-    result.status = status <= player::kDisturbed ? static_cast<int>(status) : player::kDied;
+    result.status = status == player::kDisturbed ? player::kDisturbed : player::kDied;
     // A play that dies in its own way says so itself.
     if (!ended)
         result.messages += "the play did not end and was ended\n";
-    else if (status > player::kDisturbed && result.messages.empty())
+    else if (result.messages.empty())
         result.messages = "the play crashed with status " + std::to_string(status) + "\n";
     End();
     return result;

@@ -30,6 +30,8 @@ public:
     Result Finish(DWORD longest);
     // The next play gets a new process.
     void End();
+    // A process is there, and the desktop that it last played on is as it was before.
+    bool Lasts() const { return process_ != nullptr; }
 
 private:
     // A file that the worker writes to.

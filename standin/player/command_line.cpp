@@ -340,7 +340,7 @@ int standin_main(int count, char** arguments) {
     return player::Main(count, arguments);
 }
 
-int standin_play(int count, char** arguments, HANDLE ready) {
+worker::Outcome standin_play(int count, char** arguments, HANDLE ready) {
     return player::PlayInWorker(count, arguments, ready, nullptr);
 }
 
@@ -350,11 +350,11 @@ bool standin_clear() {
 
 namespace player {
 
-int PlayInWorker(int count, char** arguments, HANDLE ready, Observer* observer) {
+worker::Outcome PlayInWorker(int count, char** arguments, HANDLE ready, Observer* observer) {
     SetBinaryOutput();
     Arguments read;
     if (const std::string problem = ReadArguments(count, arguments, 0, &read); !problem.empty())
-        return Usage(problem);
+        return {Usage(problem), true};
     read.options.ready = ready;
     read.options.observer = observer;
     // Windows, hooks, timers, focus and keys belong to a thread and end with it.
@@ -363,7 +363,7 @@ int PlayInWorker(int count, char** arguments, HANDLE ready, Observer* observer) 
     WaitForSingleObject(thread, INFINITE);
     GetExitCodeThread(thread, &status);
     CloseHandle(thread);
-    return static_cast<int>(status);
+    return {static_cast<int>(status), input::TidyDesktop()};
 }
 
 int Main(int count, char** arguments) {

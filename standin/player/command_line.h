@@ -9,10 +9,11 @@
 #include <vector>
 
 #include "standin/engine/engine_api.h"
+#include "standin/player/mailbox.h"
 #include "standin/player/player.h"
 
 ENGINE_API int standin_main(int count, char** arguments);
-ENGINE_API int standin_play(int count, char** arguments, HANDLE ready);
+ENGINE_API worker::Outcome standin_play(int count, char** arguments, HANDLE ready);
 ENGINE_API bool standin_clear();
 
 // For a program of its own that has the player in it.
@@ -21,7 +22,7 @@ namespace player {
 // The same commands.
 int Main(int count, char** arguments);
 // A play as a worker begins it, with somebody who looks on.
-int PlayInWorker(int count, char** arguments, HANDLE ready, Observer* observer);
+worker::Outcome PlayInWorker(int count, char** arguments, HANDLE ready, Observer* observer);
 
 // How the play of a text ended.
 struct Played {

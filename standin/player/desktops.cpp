@@ -93,8 +93,8 @@ const std::string& Pool::Shared(size_t slot) {
     return Name(&shared_, slot, false);
 }
 
-const std::string& Pool::Fresh(size_t slot) {
-    if (slot < fresh_.size()) fresh_[slot].reset();
+const std::string& Pool::Real(size_t slot, bool again) {
+    if (slot < fresh_.size() && !again) fresh_[slot].reset();
     return Name(&fresh_, slot, true);
 }
 

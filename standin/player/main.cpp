@@ -31,28 +31,37 @@ void KeepSystemLibraries() {
         LoadLibraryA(name);
 }
 
-// One play with a fresh engine. False: it has left something behind.
-bool PlayOnce(const worker::Mailbox& box, HANDLE ready, int* status) {
+// What the player has put into the mailbox, as a program gets its arguments.
+std::vector<std::string> ArgumentsIn(const worker::Mailbox& box) {
+    std::vector<std::string> texts;
+    for (const char* text = box.arguments; *text; text += std::strlen(text) + 1)
+        texts.emplace_back(text);
+    return texts;
+}
+
+bool IsLoaded(HMODULE module) {
+    // By its place: for a name that is not there any more the system looks through its folders.
+    HMODULE found = nullptr;
+    return GetModuleHandleExA(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<const char*>(module), &found);
+}
+
+// One play with a fresh engine. False: something is left of it that would reach the next play.
+bool PlayOnce(worker::Mailbox* box, HANDLE ready, HANDLE done) {
     const HMODULE engine = LoadLibraryA(kEngine);
     const auto play = Find<worker::Play>(engine, STANDIN_PLAY);
     const auto clear = Find<worker::Clear>(engine, worker::kClear);
     if (!engine || !play || !clear) return false;
-    std::vector<std::string> texts;
-    for (const char* text = box.arguments; *text; text += std::strlen(text) + 1)
-        texts.emplace_back(text);
+    std::vector<std::string> texts = ArgumentsIn(*box);
     std::vector<char*> arguments;
     for (std::string& text : texts)
         arguments.push_back(text.data());
-    *status = play(static_cast<int>(arguments.size()), arguments.data(), ready);
-    return true;
-}
-
-bool Clear() {
-    const HMODULE engine = GetModuleHandleA(kEngine);
-    const auto clear = Find<worker::Clear>(engine, worker::kClear);
+    box->outcome = play(static_cast<int>(arguments.size()), arguments.data(), ready);
+    SetEvent(done);
     const bool clean = clear();
     FreeLibrary(engine);
-    return clean && !GetModuleHandleA(kEngine);
+    return clean && !IsLoaded(engine);
 }
 
 int Work(char** numbers) {
@@ -66,12 +75,8 @@ int Work(char** numbers) {
     // Without the player nobody wants to know any more.
     const HANDLE either[] = {handles[worker::kGo], handles[worker::kPlayer]};
     while (WaitForMultipleObjects(2, either, FALSE, INFINITE) == WAIT_OBJECT_0) {
-        int status = 0;
-        if (!PlayOnce(*box, handles[worker::kReady], &status)) return EXIT_FAILURE;
-        box->status = status;
-        SetEvent(handles[worker::kDone]);
-        // What is left would reach the next play; another process plays that.
-        if (!Clear()) break;
+        // Another process plays on then.
+        if (!PlayOnce(box, handles[worker::kReady], handles[worker::kDone])) break;
     }
     TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
     return EXIT_SUCCESS;

@@ -48,10 +48,12 @@ bool Team::Start(const player::Options& options, size_t number, bool again, std:
     slot.width = width;
     slot.height = height;
     const screen_size::Claim claim(width, height);
-    // The size of a desktop stays.
-    const bool shared = !again && options.input == input::Kind::kVirtual &&
-                        width == options.screen_width && height == options.screen_height;
-    const std::string& desktop = shared ? pool_.Shared(number) : pool_.Fresh(number);
+    // The size of a desktop stays; so does what real input has left there, when a play has died.
+    const bool usual = !again && width == options.screen_width && height == options.screen_height;
+    const bool real = options.input == input::Kind::kReal;
+    const std::string& desktop = real    ? pool_.Real(number, usual && slot.worker.Lasts())
+                                 : usual ? pool_.Shared(number)
+                                         : pool_.Real(number, false);
     if (desktop.empty()) {
         *message = "no desktop can be made, end other programs and try again";
         return false;

@@ -56,7 +56,7 @@ std::string TakeOwnOptions(std::vector<char*>* arguments, fuzz::Options* options
 
 }  // namespace
 
-int walks_play(int count, char** arguments, HANDLE ready) {
+worker::Outcome walks_play(int count, char** arguments, HANDLE ready) {
     invariants::Checker checker;
     return player::PlayInWorker(count, arguments, ready, &checker);
 }

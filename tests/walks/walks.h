@@ -4,7 +4,8 @@
 #include <windows.h>
 
 #include "standin/engine/engine_api.h"
+#include "standin/player/mailbox.h"
 
 ENGINE_API int walks_main(int count, char** arguments);
 // A walk, or a scenario that walks have found, in a worker.
-ENGINE_API int walks_play(int count, char** arguments, HANDLE ready);
+ENGINE_API worker::Outcome walks_play(int count, char** arguments, HANDLE ready);

@@ -22,7 +22,9 @@ std::string NewDesktopName();
 // other monitors to the left of it or above it, before that.
 std::string Open(Kind kind, const std::string& desktop, int width, int height,
                  POINT origin = {0, 0});
-// After the end of the thread that called Open. False: it still holds its desktop.
+// After the end of the thread that called Open. True: its desktop is as it was found.
+bool TidyDesktop();
+// The same time or later. False: the process still holds the desktop.
 bool LeaveDesktop();
 // The name of the desktop that the thread is on.
 std::string DesktopName();

@@ -39,11 +39,6 @@ int SideKey(int key, bool extended) {
     }
 }
 
-bool IsExtended(int key) {
-    return (key >= VK_PRIOR && key <= VK_DOWN) || key == VK_INSERT || key == VK_DELETE ||
-           key == VK_RMENU || key == VK_RCONTROL;
-}
-
 WPARAM MouseFlags() {
     WPARAM flags = 0;
     if (g_input.async.Down(LogicalButton(VK_LBUTTON))) flags |= MK_LBUTTON;
@@ -96,6 +91,7 @@ void QueueKey(int key, bool down, int scan, bool extended, bool own) {
     event.down = down;
     event.own = own;
     event.message = KeyMessage(event.key, down);
+    g_input.touched.insert(event.key);
     const bool was_down = g_input.async.Down(event.key);
     g_input.async.Change(event.key, down, 0xC0);
     unsigned flags = 0;
@@ -117,6 +113,7 @@ void QueueButton(int key, bool down, bool own) {
     event.own = own;
     event.message = ButtonMessage(event.key, down);
     g_input.async.Change(key, down, 0xC0);
+    g_input.touched.insert({key, event.key});
     event.flags = MouseFlags();
     g_input.waiting.push_back(event);
 }
@@ -306,6 +303,11 @@ int GeneralKey(int key) {
     }
 }
 
+bool IsExtended(int key) {
+    return (key >= VK_PRIOR && key <= VK_DOWN) || key == VK_INSERT || key == VK_DELETE ||
+           key == VK_RMENU || key == VK_RCONTROL;
+}
+
 void KeyState::Change(int key, bool down, BYTE down_bits) {
     const auto set = [this](int which, BYTE bits) {
         BYTE& state = keys[which & 255];
@@ -464,6 +466,7 @@ std::string Open(Kind kind, const std::string& desktop, int width, int height, P
     g_input.screen = {width, height};
     g_input.origin = origin;
     // Opens the one that is there already.
+    g_input.desktop_name = desktop;
     g_input.desktop = CreateDesktopA(desktop.c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
     if (!g_input.desktop || !SetThreadDesktop(g_input.desktop))
         return "the system gives no desktop to play on, end other programs and try again";
@@ -494,8 +497,12 @@ static std::string NameOf(HDESK desktop) {
 }
 
 // The system may have closed the handle with the thread.
+bool Leave(HDESK desktop) {
+    return NameOf(desktop).empty() || CloseDesktop(desktop);
+}
+
 bool LeaveDesktop() {
-    return NameOf(g_input.desktop).empty() || CloseDesktop(g_input.desktop);
+    return Leave(g_input.desktop);
 }
 
 std::string DesktopName() {

@@ -60,6 +60,8 @@ struct State {
     SIZE screen{1280, 1024};
     POINT origin{};
     HDESK desktop = nullptr;
+    std::string desktop_name;
+    std::set<int> touched;  // keys of the sides, and buttons, that records were about
     POINT cursor{};
     unsigned long clock = 1000;
     KeyState async;
@@ -96,6 +98,9 @@ struct State {
 extern State g_input;
 
 int GeneralKey(int key);
+bool IsExtended(int key);
+// After the end of the thread that went there.
+bool Leave(HDESK desktop);
 // What a window has there is told to the hooks only; the system drops it when it looks at it.
 bool IsForNobody(int hit);
 // "X,Y"

@@ -30,6 +30,7 @@ struct Plugin {
     link_map::Map map;
 };
 Plugin g_plugin;
+std::vector<HMODULE> g_host;  // as they were loaded
 
 // --- patching the imports between mapping and entry ---
 
@@ -178,7 +179,11 @@ int OptionIndex(std::string_view name) {
 bool LoadHost(const Files& files, std::string* message) {
     for (const char* name : kHostDlls) {
         const std::string path = files.host_dir + "\\" + name;
-        if (LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) continue;
+        const HMODULE module = LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+        if (module) {
+            g_host.push_back(module);
+            continue;
+        }
         *message = "the host's " + path +
                    (FileExists(path) ? " can not be loaded (error " +
                                            std::to_string(GetLastError()) + "), build it again"
@@ -301,13 +306,20 @@ void LeaveForNoMemory() {
     __builtin_longjmp(g_leave_to, 1);
 }
 
+// Asked by the place: for a name that is not there any more the system looks through its folders.
+static HMODULE ModuleAt(const void* address) {
+    HMODULE module = nullptr;
+    GetModuleHandleExA(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        static_cast<const char*>(address), &module);
+    return module;
+}
+
 bool Unload() {
-    if (g_plugin.module) FreeLibrary(g_plugin.module);
-    for (auto name = std::rbegin(kHostDlls); name != std::rend(kHostDlls); ++name)
-        if (const HMODULE host = GetModuleHandleA(*name)) FreeLibrary(host);
-    const auto stays = [](const char* name) { return GetModuleHandleA(name) != nullptr; };
-    return !IsItsCode(g_plugin.module) &&
-           std::none_of(std::begin(kHostDlls), std::end(kHostDlls), stays);
+    std::vector<HMODULE> modules = g_host;
+    if (g_plugin.module) modules.push_back(g_plugin.module);
+    std::for_each(modules.rbegin(), modules.rend(), FreeLibrary);
+    return std::none_of(modules.begin(), modules.end(), ModuleAt);
 }
 
 bool IsLoaded() {
@@ -315,10 +327,7 @@ bool IsLoaded() {
 }
 
 bool IsItsCode(const void* address) {
-    HMODULE module = nullptr;
-    GetModuleHandleExA(
-        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-        static_cast<const char*>(address), &module);
+    const HMODULE module = ModuleAt(address);
     return module && module == g_plugin.module;
 }
 

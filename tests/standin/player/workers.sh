@@ -33,6 +33,7 @@ fail LoadCursorA
 busy on
 move viewport.persp 200 150
 key down lshift
+key down rshift
 key down alt
 down left
 move by 10 5
@@ -66,8 +67,9 @@ poke g_prevMainWndProc 16
 accelerator 1
 SCENARIO
 
-# play INPUT NAME...: plays them one after the other. Sets `status`, `processes`, `messages`; the
-# traces go to $folder/NUMBER.trace.
+# play INPUT NAME...: plays them one after the other. Sets `status`, `messages`, `processes` that
+# played and `desktops` that were made, the session's own among them; the traces go to
+# $folder/NUMBER.trace.
 play() {
     local input=$1 name files=() output=$folder/output
     shift
@@ -77,6 +79,7 @@ play() {
     WINEDEBUG=-all,+process run_wine "$program" play "${where[@]}" --input "$input" --jobs 1 \
         --queries --facts --trace "$output" "${files[@]}" >/dev/null 2>"$folder/errors" || status=$?
     processes=$(grep -c 'CreateProcessInternalW.*standin\.exe.* worker ' "$folder/errors")
+    desktops=$(grep -c 'NtCreateUserProcess.*explorer\.exe.* pid ' "$folder/errors")
     messages=$(grep '\.scn' "$folder/errors" | grep -v ':process:')
     awk -v folder="$folder" '/^# .*\.scn$/ { file = folder "/" ++n ".trace"; next } { print >file }' \
         "$output"
@@ -95,6 +98,7 @@ for input in virtual real; do
     play $input untidy first untidy first
     [ "$status" = 0 ] || complain "status $status: $messages"
     [ "$processes" = 1 ] || complain "$processes processes played what one can"
+    [ "$desktops" -le 2 ] || complain "$desktops desktops where one can be put in order"
     for number in 2 4; do
         diff "$folder/alone" "$folder/$number.trace" >&2 ||
             complain "the play before reaches play $number"
