@@ -36,6 +36,17 @@ function(karvel_import_library name)
     add_dependencies(${name} ${name}_file)
 endfunction()
 
+# karvel_debian_headers(TARGET FOLDER PACKAGE): the target reads headers of /usr/include/FOLDER. There
+# lie the headers of Linux as well, so the folder is reached through one of its own.
+function(karvel_debian_headers target folder package)
+    if(NOT EXISTS /usr/include/${folder})
+        message(FATAL_ERROR "/usr/include/${folder} is missing; install the package ${package}")
+    endif()
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/debian_headers)
+    file(CREATE_LINK /usr/include/${folder} ${CMAKE_BINARY_DIR}/debian_headers/${folder} SYMBOLIC)
+    target_include_directories(${target} SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/debian_headers)
+endfunction()
+
 # karvel_static_library(NAME SOURCES FILE... [LIBRARIES NAME...]): one of our own parts.
 function(karvel_static_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")

@@ -2,7 +2,11 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <cstdio>
+#include <vector>
+
+#include "standin/player/png.h"
 
 namespace pictures {
 namespace {
