@@ -18,8 +18,8 @@ namespace {
 
 constexpr const char* kUsage =
     "standin play [--input virtual|real] [--abi gnu|msvc] [--release N] [--screen WxH]\n"
-    "             [--queries] [--facts] [--forgiving] [--trace FILE] [--shots DIR] [--jobs N]\n"
-    "             [--host-dir DIR] [--plugin FILE] [--map FILE] [--config-dir DIR]\n"
+    "             [--queries] [--facts] [--forgiving] [--strict] [--trace FILE] [--shots DIR]\n"
+    "             [--jobs N] [--host-dir DIR] [--plugin FILE] [--map FILE] [--config-dir DIR]\n"
     "             [--files-from LIST] FILE.scn...\n"
     "standin interactive [--abi gnu|msvc] [--release N] [--queries] [--facts] [--config-dir DIR]\n"
     "             [--trace FILE] [--watch]\n"
@@ -33,6 +33,7 @@ struct Arguments {
     std::string out;
     std::string tour_scenarios;
     int jobs = 2;
+    bool strict = false;
     std::vector<std::string> files;
 };
 
@@ -93,6 +94,10 @@ std::string ReadArguments(int count, char** arguments, int first, Arguments* res
         }
         if (argument == "--forgiving") {
             options.forgiving = true;
+            continue;
+        }
+        if (argument == "--strict") {
+            result->strict = true;
             continue;
         }
         if (argument == "--watch") {
@@ -193,6 +198,15 @@ bool ReadScenario(const std::string& file, scenario::Scenario* result) {
     return false;
 }
 
+// Whether the play of a scenario can show a fault; says what is missing. Who leaves out what can
+// not be done is after the trace alone.
+bool HasAll(const Arguments& arguments, const std::string& file,
+            const scenario::Scenario& scenario) {
+    const std::string missing = arguments.options.forgiving ? "" : scenario::MissingIn(scenario);
+    if (!missing.empty()) std::fprintf(stderr, "%s: %s\n", file.c_str(), missing.c_str());
+    return missing.empty();
+}
+
 bool WriteAll(HANDLE file, const std::string& text) {
     size_t at = 0;
     while (at < text.size()) {
@@ -229,7 +243,9 @@ int PlayAll(const Arguments& arguments) {
     bool sound = CheckFiles(arguments);
     for (size_t i = 0; i < arguments.files.size(); ++i)
         if (sound || !arguments.files.empty())
-            sound = ReadScenario(arguments.files[i], &scenarios[i]) && sound;
+            sound = ReadScenario(arguments.files[i], &scenarios[i]) &&
+                    (HasAll(arguments, arguments.files[i], scenarios[i]) || !arguments.strict) &&
+                    sound;
     if (!sound) return player::kUnreadable;
 
     HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);

@@ -8,12 +8,12 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "standin/engine/intercept/faults.h"
 #include "standin/engine/input/input.h"
 #include "standin/engine/intercept/intercept.h"
 #include "standin/engine/trace/trace.h"
 #include "standin/engine/trace/control.h"
 #include "standin/engine/world/world.h"
+#include "standin/player/commands.h"
 #include "standin/player/pictures.h"
 #include "standin/player/transcript.h"
 #include "standin/player/watchdog.h"
@@ -212,10 +212,6 @@ private:
 
 // --- what a scenario's commands do ---
 
-int ButtonKey(const std::string& name) {
-    return name == "left" ? VK_LBUTTON : name == "right" ? VK_RBUTTON : VK_MBUTTON;
-}
-
 bool AnyButtonDown() {
     return input::AsyncDown(VK_LBUTTON) || input::AsyncDown(VK_RBUTTON) ||
            input::AsyncDown(VK_MBUTTON);
@@ -239,16 +235,13 @@ class Player {
 public:
     Player(const Options& options, const scenario::Scenario& scenario,
            const std::string& settings_file)
-        : options_(options), scenario_(scenario), settings_file_(settings_file) {}
+        : options_(options), scenario_(scenario), game_{options, settings_file} {}
 
     int Run() {
         for (const Command& command : scenario_.commands) {
             g_line = command.line;
             trace::BeginCommand(scenario::IsEvent(command.verb));
-            if (command.verb != Verb::kExpect && command.verb != Verb::kExpectNothing) {
-                skip_ = false;
-                Picture(command, true);
-            }
+            Picture(command, true);
             if (options_.observer) options_.observer->Before(command);
             const std::string problem = Do(command);
             if (options_.forgiving && !problem.empty()) {
@@ -289,344 +282,17 @@ public:
     int Fail() { return status_ = kDifferent; }
 
 private:
-    int Number(const Command& command, size_t index) {
-        return static_cast<int>(command.numbers[index]);
-    }
-
     // Empty when done, else why it can not be done.
     std::string Do(const Command& command) {
-        switch (command.verb) {
-            case Verb::kIni:
-            case Verb::kRelease:
-            case Verb::kScreen:
-            case Verb::kConfigDir: return {};  // carried out before the first command
-            case Verb::kStart: {
-                std::string message;
-                return plugin::Start(options_.files, &message) ? "" : message;
-            }
-            case Verb::kStartAgain: plugin::RunStartOperation(); return {};
-            case Verb::kExpect:
-            case Verb::kExpectNothing: Expect(command); return {};
-            case Verb::kShow:
-                if (command.words[0] == "plugin" && options_.files.map.empty())
-                    return "there is no link map beside the plug-in, name it with --map";
-                Show(command);
-                return {};
-            case Verb::kPoke:
-                if (!plugin::Poke(command.words[0], command.numbers[0]))
-                    return "the plug-in has no global " + command.words[0];
-                return {};
-            default: break;
+        if (command.verb != Verb::kExpect && command.verb != Verb::kExpectNothing)
+            game_.skips_lines = false;
+        const Act act = ActFor(command.verb);
+        const std::string problem = act ? act(game_, command) : "";
+        if (!game_.difference.empty() && status_ != kDifferent) {
+            status_ = kDifferent;
+            Complain(command.line, game_.difference);
         }
-        if (const std::string problem = DoInput(command); problem != kNotMine) return problem;
-        if (const std::string problem = DoCommand(command); problem != kNotMine) return problem;
-        return DoWorld(command);
-    }
-
-    std::string DoInput(const Command& command) {
-        switch (command.verb) {
-            case Verb::kKey: input::InjectKey(Number(command, 0), command.on); return {};
-            case Verb::kMoveWindow: {
-                const HWND window = world::Find(command.words[0]);
-                if (!window) return "the window " + command.words[0] + " is not open";
-                input::InjectMove(
-                    input::ToScreen(window, {Number(command, 0), Number(command, 1)}));
-                return {};
-            }
-            case Verb::kMoveScreen:
-                input::InjectMove({Number(command, 0), Number(command, 1)});
-                return {};
-            case Verb::kMoveBy: {
-                const POINT cursor = input::CursorSoFar();
-                input::InjectMove({cursor.x + Number(command, 0), cursor.y + Number(command, 1)});
-                return {};
-            }
-            case Verb::kMouseDown:
-                input::InjectButton(ButtonKey(command.words[0]), true);
-                return {};
-            case Verb::kMouseUp: input::InjectButton(ButtonKey(command.words[0]), false); return {};
-            case Verb::kDoubleClick:
-                input::InjectButton(ButtonKey(command.words[0]), true, true);
-                input::Drain();
-                input::InjectButton(ButtonKey(command.words[0]), false);
-                return {};
-            case Verb::kBusy: input::SetBusy(true); return {};
-            case Verb::kNoLongerBusy: input::SetBusy(false); return {};
-            case Verb::kPeek:
-                peeks_ = command.on;
-                if (const std::string problem = PeekAndReenter(); !problem.empty()) return problem;
-                input::SetPeeking(command.on);
-                return {};
-            case Verb::kCode: input::SetNextCode(Number(command, 0)); return {};
-            case Verb::kSwap: input::SetSwapped(command.on); return {};
-            case Verb::kReenter: {
-                const HWND window = world::Find(command.words[0]);
-                if (!window) return "the window " + command.words[0] + " is not open";
-                reenters_ = reenters_ || command.on;
-                if (const std::string problem = PeekAndReenter(); !problem.empty()) return problem;
-                input::SetReenters(window, command.on);
-                return {};
-            }
-            case Verb::kClock:
-                input::AdvanceClock(static_cast<unsigned long>(command.numbers[0]));
-                return {};
-            default: return kNotMine;
-        }
-    }
-
-    // Wine gives a message that is only peeked at to whoever pumps in a hook.
-    std::string PeekAndReenter() const {
-        return peeks_ && reenters_ && options_.input == input::Kind::kReal
-                   ? "peek and reenter together need virtual input"
-                   : "";
-    }
-
-    // What reaches the plug-in other than through the hooks.
-    std::string DoCommand(const Command& command) {
-        switch (command.verb) {
-            case Verb::kCommand:
-                if (!world::ActionCallback()) return "the plug-in activated no action callback";
-                plugin::Execute(Number(command, 0));
-                return {};
-            case Verb::kAccelerator: {
-                constexpr int kFromAccelerator = 1;
-                SendMessageA(world::Find("main"), WM_COMMAND,
-                             MAKEWPARAM(Number(command, 0), kFromAccelerator), 0);
-                return {};
-            }
-            case Verb::kClick: return Click(command.words[0]);
-            case Verb::kMenu: {
-                const HWND sheet = world::Find("options");
-                if (!sheet) return "the options window is not open";
-                trace::In("menu " + std::to_string(command.numbers[0]));
-                SendMessageA(sheet, WM_COMMAND, MAKEWPARAM(Number(command, 0), 0), 0);
-                trace::Out("0");
-                return {};
-            }
-            case Verb::kPlace: {
-                const HWND window = world::Find(command.words[0]);
-                if (!window) return "the window " + command.words[0] + " is not open";
-                SetWindowPos(window, nullptr, Number(command, 0), Number(command, 1), 0, 0,
-                             SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-                return {};
-            }
-            case Verb::kCloseBox: {
-                const HWND window = world::Find(command.words[0]);
-                if (!window) return "the window " + command.words[0] + " is not open";
-                trace::In("closebox " + command.words[0]);
-                SendMessageA(window, WM_SYSCOMMAND, SC_CLOSE, 0);
-                trace::Out("0");
-                return {};
-            }
-            case Verb::kQuery: {
-                const std::string& what = command.words[0];
-                trace::In("query " + what + ' ' + std::to_string(command.numbers[0]));
-                const int answer = plugin::Query(what, Number(command, 0));
-                trace::Out(what == "icon" && answer < 0 ? "none" : std::to_string(answer));
-                return {};
-            }
-            case Verb::kScript: trace::Value(world::Evaluate(command.text)); return {};
-            default: return kNotMine;
-        }
-    }
-
-    std::string Click(const std::string& name) {
-        const HWND control = world::Find(name);
-        if (!control) return "the control " + name + " is not there";
-        // The system lets nobody click what is disabled.
-        if (!IsWindowEnabled(control) || !IsWindowEnabled(GetAncestor(control, GA_ROOT))) return {};
-        trace::In("click " + name);
-        SendMessageA(control, BM_CLICK, 0, 0);
-        // The system's controls take the capture from whoever has it, and give it up.
-        input::FollowCapture();
-        trace::Out("0");
-        return {};
-    }
-
-    std::string DoWorld(const Command& command) {
-        const std::vector<std::string>& words = command.words;
-        const int number = command.numbers.empty() ? 0 : Number(command, 0);
-        const int class_id = command.numbers.size() > 1 ? Number(command, 1) : -1;
-        switch (command.verb) {
-            case Verb::kModeReplace: world::ReplaceMode(number, class_id); break;
-            case Verb::kModeNone: world::ClearModes(); break;
-            case Verb::kModePush: world::PushMode(number, class_id); break;
-            case Verb::kModePop: world::PopMode(); break;
-            case Verb::kSelect: world::Select(words); break;
-            case Verb::kSubobject: world::SetSubobjectLevel(command.on ? 1 : 0); break;
-            case Verb::kView:
-                world::SetViewKind(words[0], words[1] == "persp"   ? world::ViewKind::kPerspective
-                                             : words[1] == "ortho" ? world::ViewKind::kOrthographic
-                                                                   : world::ViewKind::kUser);
-                break;
-            case Verb::kLock: world::LockView(words[0], command.on); break;
-            case Verb::kButton:
-                if (words[0] == "on" || words[0] == "off")
-                    world::CheckButton(number, words[0] == "on");
-                else if (words[0] == "enabled" || words[0] == "disabled")
-                    world::EnableButton(number, words[0] == "enabled");
-                else
-                    world::PlaceButton(number, words[0] == "present");
-                break;
-            case Verb::kAction:
-                world::SetAction(static_cast<unsigned long>(command.numbers[0]), Number(command, 1),
-                                 words[0] == "on"    ? world::ActionState::kOn
-                                 : words[0] == "off" ? world::ActionState::kOff
-                                                     : world::ActionState::kStuck);
-                break;
-            case Verb::kBrush: world::CheckBrush(number, command.on); break;
-            case Verb::kPaint: world::CheckPaint(number, command.on); break;
-            case Verb::kPolyTools:
-                if (words[0] == "sculpt")
-                    world::SetSculptTool(number);
-                else if (words[0] == "pd")
-                    world::SetPaintDeformTool(number);
-                else
-                    world::SetPolyShift(command.on);
-                break;
-            case Verb::kPolyToolsThere: world::LoadPolyTools(command.on); break;
-            case Verb::kScriptsTake:
-                world::SetScriptTime(static_cast<unsigned long>(command.numbers[0]));
-                break;
-            case Verb::kRebuildToolbar: world::RebuildToolbars(); break;
-            case Verb::kOpen:
-                if (!world::OpenWindow(words[0])) return words[0] + " can not be opened";
-                break;
-            case Verb::kClose:
-                if (!world::CloseWindow(words[0])) return words[0] + " is not open";
-                break;
-            case Verb::kDestroy:
-                if (!world::DestroyWindow(words[0])) return words[0] + " is not there";
-                break;
-            case Verb::kNamedSet: world::SetNamedSet(command.text, words); break;
-            case Verb::kHide: world::HideObject(words[0], true); break;
-            case Verb::kUnhide: world::HideObject(words[0], false); break;
-            case Verb::kTracks: world::SetSelectedTracks(words); break;
-            case Verb::kKeys: world::SetKeys(words[0], Frames(command)); break;
-            case Verb::kSelectKeys: world::SelectKeys(words[0], Frames(command)); break;
-            case Verb::kForeground: world::SetForegroundTitle(command.text); break;
-            case Verb::kPlay: world::SetPlaying(command.on); break;
-            case Verb::kFail: world::SetFault(words[0], command.on); break;
-            default: return "this command is not known to the player";
-        }
-        return {};
-    }
-
-    static std::vector<int> Frames(const Command& command) {
-        std::vector<int> frames;
-        frames.reserve(command.numbers.size());
-        for (const long long number : command.numbers)
-            frames.push_back(static_cast<int>(number));
-        return frames;
-    }
-
-    // --- show ---
-
-    void Show(const Command& command) {
-        const std::string& what = command.words[0];
-        if (what == "all") {
-            for (const char* part : {"modes", "selection", "objects", "time", "range", "actions"})
-                ShowWorld(part, "");
-            for (const char* view :
-                 {"viewport.top", "viewport.front", "viewport.user", "viewport.persp"})
-                ShowWorld("camera", view);
-            ShowKeys();
-            ShowPlugin();
-        } else if (what == "keys") {
-            // The word stands for both kinds of keys, those on the keyboard and those in time.
-            ShowKeys();
-            ShowWorld("tracks", "");
-        } else if (what == "plugin") {
-            ShowPlugin();
-        } else if (what == "clock") {
-            trace::State("clock " + std::to_string(input::Ticks()));
-        } else if (what == "allocations") {
-            // Since they were last asked for.
-            const unsigned long long now = intercept::Allocations();
-            trace::State("allocations " + std::to_string(now - allocations_));
-            allocations_ = now;
-        } else if (what == "calls") {
-            trace::State("calls " + faults::CallsSoFar());
-        } else if (what == "settings") {
-            ShowSettings();
-        } else if (what == "windows") {
-            for (const std::string& name : world::WindowNames())
-                if (const HWND window = world::Find(name)) ShowWindow(name, window);
-        } else {
-            ShowWorld(what, command.words.size() > 1 ? command.words[1] : "");
-        }
-    }
-
-    static void ShowWorld(const std::string& what, const std::string& argument) {
-        for (const std::string& line : world::Show(what, argument))
-            trace::State(line);
-    }
-
-    static void ShowKeys() {
-        trace::State("keys " + input::AsyncText());
-        trace::State("threadkeys " + input::ThreadText());
-    }
-
-    static void ShowPlugin() {
-        for (const std::string& line : plugin::Show())
-            trace::State("plugin " + line);
-    }
-
-    // The settings file as it lies on the disk.
-    void ShowSettings() const {
-        std::FILE* const file = std::fopen(settings_file_.c_str(), "r");
-        if (!file) return trace::State("settings none");
-        char line[512];
-        while (std::fgets(line, sizeof line, file)) {
-            line[std::strcspn(line, "\r\n")] = 0;
-            trace::State(std::string("settings ") + line);
-        }
-        std::fclose(file);
-    }
-
-    static void ShowWindow(const std::string& name, HWND window) {
-        RECT place{};
-        GetWindowRect(window, &place);
-        trace::State("window " + name + ' ' + std::to_string(place.left) + "," +
-                     std::to_string(place.top) + ' ' + std::to_string(place.right - place.left) +
-                     "x" + std::to_string(place.bottom - place.top));
-    }
-
-    // --- expect ---
-
-    void Expect(const Command& command) {
-        using trace::Reading;
-        const std::string& wanted = command.text;
-        if (scenario::IsAnyLines(wanted)) {
-            skip_ = true;
-            return;
-        }
-        if (command.verb == Verb::kExpectNothing) {
-            if (!skip_)
-                if (const auto line = trace::NextLine(Reading::kEffects))
-                    Differ(command, "nothing", *line);
-            while (skip_ && trace::NextLine(Reading::kEffects)) {
-            }
-            skip_ = false;
-            return;
-        }
-        const Reading reading = wanted.starts_with("state ")  ? Reading::kStates
-                                : wanted.starts_with("value") ? Reading::kValues
-                                : wanted.starts_with("got ")  ? Reading::kArrivals
-                                                              : Reading::kEffects;
-        auto line = trace::NextLine(reading);
-        while (skip_ && line && !scenario::MatchesLine(wanted, *line))
-            line = trace::NextLine(reading);
-        if (!line || !scenario::MatchesLine(wanted, *line))
-            Differ(command, wanted, line ? *line : "nothing");
-        skip_ = false;
-    }
-
-    // The first difference tells what is wrong; the later ones mostly follow from it.
-    void Differ(const Command& command, const std::string& wanted, const std::string& got) {
-        if (status_ == kDifferent) return;
-        status_ = kDifferent;
-        Complain(command.line, "expected " + wanted + ", got " + got);
+        return problem;
     }
 
     // --- pictures: before the first button goes down and after the last one came up, and around
@@ -668,19 +334,13 @@ private:
         pictures::SaveScreen(file + ".png");
     }
 
-    static inline const std::string kNotMine = "\x01";
-
     const Options& options_;
     const scenario::Scenario& scenario_;
-    std::string settings_file_;
+    Game game_;
     transcript::Writer transcript_;
     int status_ = kGood;
-    bool skip_ = false;
-    bool peeks_ = false;
-    bool reenters_ = false;
     int gesture_ = 0;
     int film_steps_ = 0;
-    unsigned long long allocations_ = 0;
 };
 
 }  // namespace
@@ -694,6 +354,11 @@ scenario::Vocabulary KnownWords() {
         return intercept::KnowsFault(name) || world::KnowsFault(name);
     };
     known.is_global = [](std::string_view name) { return plugin::IsGlobal(name); };
+    known.names = [](scenario::Check check) {
+        return check == scenario::Check::kWindow  ? world::WindowNames()
+               : check == scenario::Check::kFault ? FaultNames()
+                                                  : std::vector<std::string>();
+    };
     return known;
 }
 

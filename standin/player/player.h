@@ -7,7 +7,7 @@
 
 #include "standin/engine/input/control.h"
 #include "standin/engine/plugin/loader.h"
-#include "standin/player/scenario_parser.h"
+#include "standin/scenario/parser.h"
 
 namespace player {
 

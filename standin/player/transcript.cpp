@@ -4,6 +4,7 @@
 
 #include "standin/engine/input/control.h"
 #include "standin/engine/trace/control.h"
+#include "standin/scenario/expectation.h"
 
 namespace transcript {
 namespace {

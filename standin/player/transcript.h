@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "standin/player/scenario_parser.h"
+#include "standin/scenario/parser.h"
 
 namespace transcript {
 

@@ -119,6 +119,13 @@ class Calls(unittest.TestCase):
         self.assertEqual([], problems_of(symbols, members, faults, listed))
 
 
+    def test_the_page_of_scenarios_names_every_fault(self):
+        page = (ROOT / "docs/scenarios.md").read_text(encoding="utf-8")
+        part = re.search(r"<!-- calls -->\n(.*?)<!-- end -->", page, re.S)[1]
+        faults = pathlib.Path(NAMES).read_text(encoding="utf-8").split()
+        self.assertEqual(sorted(faults), sorted(re.findall(r"`([^`]+)`", part)))
+
+
 class TheCheckItself(unittest.TestCase):
     LISTED = read_list("cannot fail lstrlenA: counts\nnot called ShowWindow\n")
     SYMBOLS = ["SendInput", "lstrlenA", "?GetIMenu@@YAPEAVIMenu@@XZ",

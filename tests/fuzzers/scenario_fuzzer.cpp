@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-#include "standin/player/scenario_parser.h"
+#include "standin/scenario/expectation.h"
+#include "standin/scenario/parser.h"
 #include "tests/fuzzers/fuzzer.h"
 
 namespace {
@@ -33,6 +34,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (!scenario::Parse(text, kKnown, &read, &mistake)) {
         Check(mistake.line >= 1 && mistake.line <= lines, "a mistake in a line that is not there");
         Check(!mistake.message.empty(), "a mistake without a message");
+        Check(mistake.message.find('\n') == std::string::npos && mistake.message.size() < 600,
+              "a message that is no line to read");
         return 0;
     }
     std::string again_text;

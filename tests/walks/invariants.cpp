@@ -11,6 +11,7 @@
 #include "standin/engine/trace/control.h"
 #include "standin/engine/world/world.h"
 #include "standin/engine/world/internal.h"
+#include "standin/scenario/expectation.h"
 
 namespace invariants {
 namespace {

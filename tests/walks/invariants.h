@@ -14,7 +14,7 @@
 #include "tests/walks/exemptions.h"
 #include "tests/walks/hook_model.h"
 #include "standin/player/player.h"
-#include "standin/player/scenario_parser.h"
+#include "standin/scenario/parser.h"
 
 namespace invariants {
 

@@ -7,7 +7,7 @@
 #include <set>
 
 #include "settings/plugin_settings.h"
-#include "standin/player/scenario_parser.h"
+#include "standin/scenario/parser.h"
 
 namespace {
 

@@ -16,7 +16,7 @@ failed=0
 refused() {
     local input=$1 line=$2 wanted=$3 output status
     shift 3
-    printf '%s\n' "$@" >"$folder/play.scn"
+    printf '%s\n' "$@" 'expect nothing' >"$folder/play.scn"
     output=$(run_wine "$program" play "${where[@]}" --input "$input" "$folder/play.scn" 2>&1 >/dev/null)
     status=$?
     if [ $status -ne 2 ] || [[ $output != *"play.scn:$line: $wanted"* ]] ||
@@ -28,13 +28,13 @@ refused() {
 
 for input in virtual real; do
     refused $input 2 'the window unwrap is not open' start 'reenter unwrap on'
-    refused $input 1 '"5,0" is no beginning of a screen' 'screen 5,0 1280x1024' start
-    refused $input 1 '"1280x1024" leaves too little' 'screen -1000,0 1280x1024' start
+    refused $input 1 '"5,0" should be a size WIDTHxHEIGHT' 'screen 5,0 1280x1024' start
+    refused $input 1 'the main monitor, which begins at 0,0, gets less than' 'screen -1000,0 1280x1024' start
     refused $input 2 '"maybe" should be on or off' start 'busy maybe'
-    refused $input 2 'there is no mouse button "wheel"' start 'doubleclick wheel'
-    refused $input 2 '"menus" can not be rebuilt' start 'rebuild menus'
-    refused $input 2 'missing milliseconds' start 'scripts take'
-    refused $input 2 '"x" is no number' start 'code x'
+    refused $input 2 '"wheel" should be left, right or middle' start 'doubleclick wheel'
+    refused $input 2 '"menus" should be toolbar' start 'rebuild menus'
+    refused $input 2 'missing a number MS' start 'scripts take'
+    refused $input 2 '"x" should be a number N' start 'code x'
 done
 refused real 1 "the system's screen does not begin at -1280,0" 'screen -1280,0 2560x1024' start
 refused real 3 'peek and reenter together need virtual input' start 'peek on' 'reenter main on'

@@ -8,72 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "standin/scenario/language.h"
+
 namespace scenario {
 
-enum class Verb {
-    kIni,
-    kStart,
-    kStartAgain,
-    kRelease,
-    kScreen,
-    kConfigDir,
-    kModeReplace,
-    kModeNone,
-    kModePush,
-    kModePop,
-    kSelect,
-    kSubobject,
-    kView,
-    kLock,
-    kButton,
-    kAction,
-    kBrush,
-    kPaint,
-    kPolyTools,
-    kPolyToolsThere,
-    kScriptsTake,
-    kRebuildToolbar,
-    kBusy,
-    kNoLongerBusy,
-    kPeek,
-    kCode,
-    kReenter,
-    kSwap,
-    kOpen,
-    kClose,
-    kDestroy,
-    kNamedSet,
-    kHide,
-    kUnhide,
-    kTracks,
-    kKeys,
-    kSelectKeys,
-    kForeground,
-    kClock,
-    kKey,
-    kMoveWindow,
-    kMoveScreen,
-    kMoveBy,
-    kMouseDown,
-    kMouseUp,
-    kDoubleClick,
-    kCommand,
-    kAccelerator,
-    kClick,
-    kMenu,
-    kCloseBox,
-    kPlace,
-    kQuery,
-    kScript,
-    kPlay,
-    kFail,
-    kExpect,
-    kExpectNothing,
-    kShow,
-    kPoke,
-};
-
-// One line. Which fields are used follows from the verb.
+// One line. Which fields are used follows from the form of its row.
 struct Command {
     Verb verb{};
     int line = 0;
@@ -81,7 +20,7 @@ struct Command {
     std::vector<std::string> words;  // names
     std::vector<long long> numbers;
     std::string text;  // quoted text, the line to expect, KEY=TEXT
-    bool on = false;   // on, down, push; not off
+    bool on = false;   // the first of two words: on, down; not off
 };
 
 struct Scenario {
@@ -105,6 +44,8 @@ struct Vocabulary {
     std::function<bool(unsigned long, int)> is_action;
     std::function<bool(std::string_view)> is_fault;
     std::function<bool(std::string_view)> is_global;  // of the plug-in
+    // Names to propose for one that is not known; may be missing.
+    std::function<std::vector<std::string>(Check)> names{};
 };
 
 struct Mistake {
@@ -115,20 +56,7 @@ struct Mistake {
 // True when the whole text is sound; else *mistake names the first bad line.
 bool Parse(std::string_view text, const Vocabulary& vocabulary, Scenario* result, Mistake* mistake);
 
-// Whether the line `got` is what an `expect` asks for: `*` stands for any text.
-bool Matches(std::string_view expected, std::string_view got);
-
-// The same for a whole trace line. Words of the form NAME=VALUE at the end of some lines tell what
-// most expectations do not care about: those that the expectation leaves out are not compared.
-bool MatchesLine(std::string_view expected, std::string_view got);
-
-// `…` (or `...`) alone: any number of lines.
-bool IsAnyLines(std::string_view expected);
-
-// The virtual key of a key's name, 0 for an unknown one.
-int KeyByName(std::string_view name);
-
-// Whether a command's effects are what the next `expect` reads.
-bool IsEvent(Verb verb);
+// What a sound scenario has to have so that its play can show a fault; empty: nothing is missing.
+std::string MissingIn(const Scenario& scenario);
 
 }  // namespace scenario
