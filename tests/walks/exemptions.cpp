@@ -5,86 +5,16 @@
 namespace exemptions {
 namespace {
 
-using hook_model::Handler;
 using hook_model::Message;
 using hook_model::MouseFacts;
 using hook_model::Outcome;
 using hook_model::State;
 
-constexpr Text kTexts[] = {
-    {"navigation off", "a button or key comes up while navigation is off",
-     "with navigation off nothing is looked at, so what went on goes on"},
-    {"border", "a button comes up over a caption, a border or the menu bar",
-     "that is another message, which no rule knows"},
-    {"unseen", "a button comes up over a window of another program",
-     "the hooks are only asked about windows of the host"},
-    {"brush takes", "a button comes up while the middle button stands for Alt and left",
-     "everything passes meanwhile"},
-    {"scrub takes", "a button comes up that the time slider takes",
-     "the scrub comes before all gestures"},
-    {"quick transform takes", "a button comes up while a quick transform runs",
-     "the release rules rest meanwhile"},
-    {"gesture takes", "the left button comes up while an orbit, zoom or pan runs",
-     "emulated clicks rest meanwhile"},
-    {"other window", "the button comes up over a window that does not end what runs",
-     "a quick transform ends in a view or in its editor only, an emulated click in no schematic "
-     "view and no plain window"},
-    {"mode forbids", "the left button comes up in a mode, or with a brush, without emulated clicks",
-     "the mode is asked at the release again"},
-    {"stray bit", "a row applies for the bit of a button that is up",
-     "a release that no row looks at leaves its bit behind: Alt clicks that began nothing, the "
-     "first press row, a release in a pan of another button"},
-    {"no row", "the last button comes up and no row ends the gesture",
-     "the rows look at bits, not at buttons"},
-    {"right zoom off", "a gesture of the right button ends with Alt + right zoom off",
-     "all rows of the right button rest while it is off"},
-    {"end of orbit refused", "an orbit's button comes up over a view that may not be orbited",
-     "it is taken for a refused orbit, which needs no end"},
-    {"second gesture", "a gesture starts while another one runs",
-     "the starting rows look at what is left of a gesture only in part"},
-    {"chord refused", "a zoom becomes an orbit where the view may not be orbited, Alt being owed",
-     "a refused gesture pays no Alt back"},
-    {"editor's chord", "a chord ends an editor's zoom, Alt being owed",
-     "that end pays no Alt back"},
-    {"pan below", "a pan in a view becomes a zoom", "the pan mode stays below the zoom mode"},
-    {"second resume", "a refused gesture in a view ends like a zoom or pan",
-     "its end resumes the tool once more and pops a mode"},
-    {"click pops", "a Ctrl + Shift click in an editor", "it pushes no mode, but its end pops one"},
-    {"brush begins", "a brush is brought back whose button shows it, but whose mode did not run",
-     "the click on its button begins its mode"},
-    {"empty stack", "a mode is entered while the host runs none",
-     "a mode is left only where another one lies below"},
-    {"host leaves", "a right click makes the host leave the mode of a gesture that still runs",
-     "the gesture's end leaves one more, whichever that is"},
-    {"scrub at the edge", "the scrub's button comes up at an edge or right after one",
-     "the edge comes first and takes the event"},
-    {"no thumb", "the time slider's thumb is gone while a scrub runs",
-     "without it a scrub goes nowhere"},
-    {"lock kept", "a quick transform that began in a view ends in an editor",
-     "the end in an editor gives no lock back"},
-    {"gizmo's option", "the gizmo's option or state changed while it was hidden",
-     "it is brought back only when it was there"},
-    {"nudge under lock", "the selection is nudged while the sticky lock is held",
-     "the nudge gives the lock back, and not the gizmo that the lock has hidden"},
-    {"hidden twice", "the gizmo is hidden for a second reason while it is hidden for a first",
-     "there is one place to remember whether it showed, and the second one finds it hidden"},
-    {"release kept", "a button's press passed and its release is swallowed",
-     "a gesture that began in between takes the release for its own"},
-    {"two held", "a key comes up while both a snap and a scrub are held",
-     "one release ends one of them"},
-    {"in between",
-     "a window dispatches other events while it handles what a gesture, the start of a "
-     "quick transform or a Shift click sends",
-     "each goes by the state that it finds; then the gesture goes on as it had begun to, the quick "
-     "transform hides the gizmo, and the click's end forgets the next click"},
-    {"lock button gone", "the toolbar loses its lock button while the lock is asked for",
-     "without the button nobody can tell whether the lock is on, and it is left alone"},
-    {"stuck action", "the host's action does not do what it says",
-     "after some tries it is left alone"},
-    {"fault", "a call that sends input or changes the mode fails",
-     "what did not arrive cannot be undone"},
+constexpr std::string_view kNames[] = {
+#define EXEMPTION(name, text) text,
+#include "tests/walks/exemptions.inc"
+#undef EXEMPTION
 };
-static_assert(std::size(kTexts) == kExemptions);
 
 constexpr std::string_view kCheckTexts[][2] = {
     {"gesture", "a gesture is still active"},
@@ -102,11 +32,6 @@ constexpr std::string_view kCheckTexts[][2] = {
     {"off", "something was done with navigation off"},
 };
 static_assert(std::size(kCheckTexts) == kChecks);
-
-bool IsRelease(Message message) {
-    return message == Message::kLeftUp || message == Message::kRightUp ||
-           message == Message::kMiddleUp;
-}
 
 // Which of the reasons kept a release from where it would have ended something.
 Exemption LostBy(const MouseFacts& facts, const State& before, const Outcome& outcome) {
@@ -131,14 +56,12 @@ void NoteGesture(Ledger& ledger, const State& before, const State& after, const 
         if (!facts.options.right_zoom && (facts.message == Message::kRightUp ||
                                           ((before.held | after.held) & hook_model::kRightBit)))
             gesture(Exemption::kRightZoomOff);
-        else if (outcome.handler == Handler::kEndOrbit && outcome.orbit_refused && after.orbit)
+        else if (outcome.handler == NavAction::kEndOrbit && outcome.orbit_refused && after.orbit)
             gesture(Exemption::kEndOrbitRefused);
         else if (down == 0)
             gesture(Exemption::kNoRow);
     }
-    const bool starts = outcome.handler == Handler::kStartOrbit ||
-                        outcome.handler == Handler::kStartPan ||
-                        outcome.handler == Handler::kStartZoom;
+    const bool starts = outcome.handler && hook_model::Starts(*outcome.handler);
     // What a peek has begun, the taking begins again.
     if (starts && before.Gesture() && !facts.peeked) gesture(Exemption::kSecondGesture);
 
@@ -147,11 +70,11 @@ void NoteGesture(Ledger& ledger, const State& before, const State& after, const 
         ledger.Note(editor ? Exemption::kEditorChord : Exemption::kChordRefused,
                     {Check::kAltOwed, Check::kKeysDown});
     }
-    if (outcome.handler == Handler::kPanToZoom && before.kind == hook_model::kViewport)
+    if (outcome.handler == NavAction::kPanToZoom && before.kind == hook_model::kViewport)
         ledger.Note(Exemption::kPanBelow, {Check::kDepth});
     const bool resumes =
-        outcome.handler == Handler::kEndZoom || outcome.handler == Handler::kEndPan;
-    const bool of_its_own = outcome.handler == Handler::kEndZoom ? before.zoom : before.pan;
+        outcome.handler == NavAction::kEndZoom || outcome.handler == NavAction::kEndPan;
+    const bool of_its_own = outcome.handler == NavAction::kEndZoom ? before.zoom : before.pan;
     if (resumes && before.kind == hook_model::kViewport && !of_its_own)
         ledger.Note(Exemption::kSecondResume, {Check::kDepth});
 }
@@ -166,8 +89,8 @@ std::string_view NameOf(Check check) {
     return kCheckTexts[static_cast<size_t>(check)][0];
 }
 
-const Text& Of(Exemption exemption) {
-    return kTexts[static_cast<size_t>(exemption)];
+std::string_view NameOf(Exemption exemption) {
+    return kNames[static_cast<size_t>(exemption)];
 }
 
 void Ledger::Note(Exemption exemption, std::initializer_list<Check> checks) {
@@ -189,7 +112,7 @@ bool Ledger::Exempts(Check check) {
 
 void NoteMouse(Ledger& ledger, const State& before, const State& after, const MouseFacts& facts,
                const Outcome& outcome, int down) {
-    const bool release = IsRelease(facts.message) || facts.border_release;
+    const bool release = hook_model::ReleasedBy(facts.message) || facts.border_release;
     NoteGesture(ledger, before, after, facts, outcome, release, down);
     if (facts.message == Message::kLeftDown && facts.kind >= 3 && after.sel_ctrl_shift &&
         !before.sel_ctrl_shift)
@@ -230,7 +153,7 @@ void NoteMouse(Ledger& ledger, const State& before, const State& after, const Mo
 }
 
 void NoteBetween(Ledger& ledger, const Outcome& outcome) {
-    if (outcome.handler != Handler::kNone)
+    if (outcome.handler)
         ledger.Note(Exemption::kInBetween, {Check::kGesture, Check::kTwoGestures, Check::kAltOwed,
                                             Check::kKeysDown, Check::kDepth, Check::kCapture});
     if (outcome.shift_click) ledger.Note(Exemption::kInBetween, {Check::kDepth});

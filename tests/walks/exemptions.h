@@ -1,6 +1,6 @@
 // Where the required behaviour itself breaks what a walk checks. Each exemption is one situation
-// with its reason; it frees only the checks that the situation touches, and only until what they
-// look at is clean again. Needs no Windows.
+// (docs/walks.md has its reason); it frees only the checks that the situation touches, and only
+// until what they look at is clean again. Needs no Windows.
 #pragma once
 
 #include <array>
@@ -34,50 +34,13 @@ std::string_view TextOf(Check check);  // what is said when it does not hold
 std::string_view NameOf(Check check);
 
 enum class Exemption {
-    kNavigationOff,
-    kBorder,
-    kUnseen,
-    kBrushTakes,
-    kScrubTakes,
-    kQuickTakes,
-    kGestureTakes,
-    kOtherWindow,
-    kModeForbids,
-    kStrayBit,
-    kNoRow,
-    kRightZoomOff,
-    kEndOrbitRefused,
-    kSecondGesture,
-    kChordRefused,
-    kEditorChord,
-    kPanBelow,
-    kSecondResume,
-    kClickPops,
-    kBrushBegins,
-    kEmptyStack,
-    kHostLeaves,
-    kScrubEdge,
-    kNoThumb,
-    kLockKept,
-    kGizmoOption,
-    kNudgeUnderLock,
-    kHiddenTwice,
-    kReleaseKept,
-    kTwoHeld,
-    kInBetween,
-    kLockButtonGone,
-    kStuckAction,
-    kFault,
+#define EXEMPTION(name, text) name,
+#include "tests/walks/exemptions.inc"
+#undef EXEMPTION
     kCount,
 };
 constexpr int kExemptions = static_cast<int>(Exemption::kCount);
-
-struct Text {
-    std::string_view name;
-    std::string_view situation;
-    std::string_view reason;
-};
-const Text& Of(Exemption exemption);
+std::string_view NameOf(Exemption exemption);
 
 class Ledger {
 public:

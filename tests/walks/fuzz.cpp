@@ -73,22 +73,20 @@ bool Print(const Totals& totals) {
     std::string missing;
     for (size_t i = 0; i < totals.visits.size(); ++i) {
         const auto place = static_cast<hook_model::Place>(i);
-        const std::string why(hook_model::WhyNever(place));
-        std::string name(hook_model::NameOf(place));
-        if (totals.visits[i] == 0 && why.empty()) missing.append("  ").append(name).append("\n");
-        if (!why.empty()) name.append(" (never: ").append(why).append(")");
+        const std::string name(hook_model::NameOf(place));
+        if (totals.visits[i] == 0) missing += "  " + name + "\n";
         text += Row(totals.visits[i], name);
     }
     text += "\nexemptions: how often each situation arose, and how often a check needed it\n";
     for (size_t i = 0; i < totals.arisen.size(); ++i) {
-        const exemptions::Text& exemption = exemptions::Of(static_cast<exemptions::Exemption>(i));
+        const std::string_view name = exemptions::NameOf(static_cast<exemptions::Exemption>(i));
         std::string needed;
         for (size_t check = 0; check < exemptions::kChecks; ++check)
             if (const auto used = totals.used[i * exemptions::kChecks + check])
                 needed += (needed.empty() ? ": " : ", ") +
                           std::string(exemptions::NameOf(static_cast<exemptions::Check>(check))) +
                           " " + std::to_string(used);
-        text += Row(totals.arisen[i], std::string(exemption.name) + needed);
+        text += Row(totals.arisen[i], std::string(name) + needed);
     }
     Say(text);
     if (missing.empty()) return true;

@@ -7,106 +7,28 @@
 namespace hook_model {
 namespace {
 
+using enum Place;
+
 constexpr int kEdge = 9;
-
-// --- the two tables ---
-
-enum Flags { kOrbit = 1, kZoom = 2, kPan = 4, kLocked = 8, kCtrlClick = 16, kMiddleClickMode = 32 };
-enum Needs { kNothing, kRightZoomOn, kLeftOrbitOn };
-
-struct Row {
-    int some_of;  // one of these flags is set; 0: whatever is set
-    int none_of;
-    int bits;  // all of these are held
-    Needs option;
-    int buttons;
-    Handler handler;  // none: what the row itself says
-};
 
 // What a message says about keys, beside the buttons.
 constexpr int kShiftKey = 4, kCtrlKey = 8;
 
-constexpr int L = kLeftBit, M = kMiddleBit, R = kRightBit;
+constexpr int kBitsOfButtons[] = {kLeftBit, kRightBit, kMiddleBit};
 
-// clang-format off
-constexpr Row kPressRows[] = {
-    {kMiddleClickMode, 0,          0, kNothing,     L | M | R, Handler::kNone},
-    {kPan,             0,          0, kNothing,     L,         Handler::kPanToZoom},
-    {kPan,             0,          0, kRightZoomOn, R,         Handler::kPanToZoom},
-    {kOrbit | kLocked, 0,          L, kNothing,     M,         Handler::kOrbitToZoom},
-    {kOrbit | kLocked, 0,          0, kRightZoomOn, R,         Handler::kOrbitToZoom},
-    {kZoom,            0,          R, kRightZoomOn, M,         Handler::kZoomToPan},
-    {kZoom,            0,          R, kRightZoomOn, L,         Handler::kZoomToOrbit},
-    {0,                kZoom,      0, kRightZoomOn, R,         Handler::kStartZoom},
-    {0,                kCtrlClick, 0, kLeftOrbitOn, L,         Handler::kStartOrbit},
-    {0,                0,          0, kNothing,     M,         Handler::kStartPan},
-};
-
-constexpr int kUnlock = 13;
-
-constexpr Row kReleaseRows[] = {
-    {kOrbit,                  0,     R,     kRightZoomOn, L,     Handler::kOrbitToZoom},
-    {kPan,                    0,     R,     kRightZoomOn, M,     Handler::kPanToZoom},
-    {kZoom,                   0,     L | M, kNothing,     M,     Handler::kZoomToOrbit},
-    {kZoom,                   0,     L | R, kRightZoomOn, R,     Handler::kZoomToOrbit},
-    {kZoom,                   0,     M | L, kNothing,     L,     Handler::kZoomToPan},
-    {kZoom,                   0,     M | R, kRightZoomOn, R,     Handler::kZoomToPan},
-    {kZoom,                   0,     R,     kRightZoomOn, R,     Handler::kEndZoom},
-    {kLocked,                 kZoom, R,     kRightZoomOn, R,     Handler::kEndZoom},
-    {kPan | kLocked,          0,     0,     kNothing,     M,     Handler::kEndPan},
-    {kOrbit | kLocked,        0,     0,     kNothing,     L,     Handler::kEndOrbit},
-    {kZoom,                   0,     R,     kRightZoomOn, L | M, Handler::kNone},
-    {kLocked | kPan | kOrbit, 0,     0,     kRightZoomOn, R,     Handler::kNone},
-    {kLocked,                 0,     0,     kNothing,     L,     Handler::kNone},
-};
-// clang-format on
-constexpr int PlacesFrom(Place first, Place behind) {
-    return static_cast<int>(behind) - static_cast<int>(first);
-}
-static_assert(std::size(kPressRows) == PlacesFrom(Place::kPress1, Place::kPressLeftOff),
-              "each press row has its Place in hook_model.h and its name in kRows");
-static_assert(std::size(kReleaseRows) == PlacesFrom(Place::kRelease1, Place::kReleaseNone),
-              "each release row has its Place in hook_model.h and its name in kRows");
-
-int Pressed(Message message) {
-    switch (message) {
-        case Message::kLeftDown:
-        case Message::kLeftAgain: return kLeftBit;
-        case Message::kRightDown:
-        case Message::kRightAgain: return kRightBit;
-        case Message::kMiddleDown:
-        case Message::kMiddleAgain: return kMiddleBit;
-        default: return 0;
-    }
+// How many after the message of a move; each button has three.
+int AfterMove(Message message) {
+    return static_cast<int>(message) - static_cast<int>(Message::kMove);
 }
 
-int Released(Message message) {
-    switch (message) {
-        case Message::kLeftUp: return kLeftBit;
-        case Message::kRightUp: return kRightBit;
-        case Message::kMiddleUp: return kMiddleBit;
-        default: return 0;
-    }
+int ButtonOf(Message message, int which) {
+    const int after = AfterMove(message);
+    return after >= 1 && after <= 9 && (after - 1) % 3 == which ? kBitsOfButtons[(after - 1) / 3]
+                                                                : 0;
 }
 
 bool IsAgain(Message message) {
-    return message == Message::kLeftAgain || message == Message::kRightAgain ||
-           message == Message::kMiddleAgain;
-}
-
-bool Applies(const Row& row, int flags, int held, int button, const Options& options) {
-    if (!(row.buttons & button)) return false;
-    if (row.some_of && !(row.some_of & flags)) return false;
-    if (row.none_of & flags) return false;
-    if ((held & row.bits) != row.bits) return false;
-    if (row.option == kRightZoomOn) return options.right_zoom;
-    if (row.option == kLeftOrbitOn) return options.left_orbit;
-    return true;
-}
-
-int FlagsOf(const State& state) {
-    return (state.orbit ? kOrbit : 0) | (state.zoom ? kZoom : 0) | (state.pan ? kPan : 0) |
-           (state.locked ? kLocked : 0) | (state.sel_ctrl ? kCtrlClick : 0);
+    return ButtonOf(message, 2) != 0;
 }
 
 bool IsView(int kind) {
@@ -135,259 +57,79 @@ Place Plus(Place first, int index) {
     return static_cast<Place>(static_cast<int>(first) + index);
 }
 
-// --- the places ---
-
-struct PlaceRow {
-    Place place;
-    std::string_view name;
-    std::string_view why_never;
+constexpr std::string_view kPlaceNames[] = {
+#define PLACE(name, text) text,
+#include "tests/walks/places.inc"
+#undef PLACE
 };
 
-constexpr PlaceRow kRows[] = {
-    {Place::kMouseOff, "mouse 1: navigation is off", ""},
-    {Place::kRedirectStart, "mouse 3: middle press becomes Alt and left for a brush", ""},
-    {Place::kRedirectEnd, "mouse 3: middle release ends that", ""},
-    {Place::kRedirectPass, "mouse 4: everything passes meanwhile", ""},
-    {Place::kScrubWrapLeft, "mouse 5.1: scrub at the left edge", ""},
-    {Place::kScrubWrapRight, "mouse 5.1: scrub at the right edge", ""},
-    {Place::kScrubAnchor, "mouse 5.2: first move after an edge", ""},
-    {Place::kScrubMove, "mouse 5.4: scrub moves the thumb", ""},
-    {Place::kScrubEndLeft, "mouse 5.4: left release ends the scrub", ""},
-    {Place::kScrubEndRight, "mouse 5.4: right release ends the scrub", ""},
-    {Place::kScrubEndMiddle, "mouse 5.4: middle release ends the scrub", ""},
-    {Place::kScrubEndKeyGone, "mouse 5.4: the scrub's key was up before", ""},
-    {Place::kScrubStartLeft, "mouse 6: left press starts the scrub", ""},
-    {Place::kScrubStartRight, "mouse 6: right press starts the scrub", ""},
-    {Place::kScrubStartMiddle, "mouse 6: middle press starts the scrub", ""},
-    {Place::kScrubNoThumb, "mouse 5, 6: no thumb to be found", ""},
-    {Place::kScrubHover, "mouse 8: move while the scrub is armed", ""},
-    {Place::kPress1, "press row 1: mode answered by a middle click", ""},
-    {Place::kPress2, "press row 2: pan, left", ""},
-    {Place::kPress3, "press row 3: pan, right", ""},
-    {Place::kPress4, "press row 4: orbit or refused, left held, middle", ""},
-    {Place::kPress5, "press row 5: orbit or refused, right", ""},
-    {Place::kPress6, "press row 6: zoom, right held, middle", ""},
-    {Place::kPress7, "press row 7: zoom, right held, left", ""},
-    {Place::kPress8, "press row 8: right", ""},
-    {Place::kPress9, "press row 9: left", ""},
-    {Place::kPress10, "press row 10: middle", ""},
-    {Place::kPressLeftOff, "press row 9: left, orbiting is off", ""},
-    {Place::kPressNone, "press: no row applies", ""},
-    {Place::kQuickRunning, "quick transform 1: one runs", ""},
-    {Place::kQuickStartViewport, "quick transform 2: starts in a view", ""},
-    {Place::kQuickStartClone, "quick transform 2: starts as a clone", ""},
-    {Place::kQuickStartTrackView, "quick transform 3: starts in the Track View", ""},
-    {Place::kQuickStartUnwrap, "quick transform 4: starts in Unwrap UVW", ""},
-    {Place::kQuickRefused, "quick transform 2 to 4: mode or selection do not fit", ""},
-    {Place::kQuickEndViewport, "quick transform 6: ends in a view", ""},
-    {Place::kQuickCancel, "quick transform 6: Shift and right cancel", ""},
-    {Place::kQuickEndTrackView, "quick transform 7: ends in the Track View", ""},
-    {Place::kQuickEndUnwrap, "quick transform 7: ends in Unwrap UVW", ""},
-    {Place::kQuickEndOtherEditor, "quick transform 7: released over another editor", ""},
-    {Place::kQuickEndOther, "quick transform 7: released over another window", ""},
-    {Place::kQuickMoveTrackView, "mouse 12: Shift moves a quick transform in the Track View", ""},
-    {Place::kRelease1, "release row 1: orbit, right held, left", ""},
-    {Place::kRelease2, "release row 2: pan, right held, middle", ""},
-    {Place::kRelease3, "release row 3: zoom, left and middle held, middle", ""},
-    {Place::kRelease4, "release row 4: zoom, left and right held, right", ""},
-    {Place::kRelease5, "release row 5: zoom, middle and left held, left", ""},
-    {Place::kRelease6, "release row 6: zoom, middle and right held, right", ""},
-    {Place::kRelease7, "release row 7: zoom, right held, right", ""},
-    {Place::kRelease8, "release row 8: refused, right held, right", ""},
-    {Place::kRelease9, "release row 9: pan or refused, middle", ""},
-    {Place::kRelease10, "release row 10: orbit or refused, left", ""},
-    {Place::kRelease11, "release row 11: zoom, right held, left or middle", ""},
-    {Place::kRelease12, "release row 12: refused, pan or orbit, right", ""},
-    {Place::kRelease13, "release row 13: refused, left", ""},
-    {Place::kReleaseNone, "release: no row applies", ""},
-    {Place::kStartOrbitViewport, "StartOrbit in a view", ""},
-    {Place::kStartOrbitRefused, "StartOrbit in a view that must not be orbited", ""},
-    {Place::kStartOrbitLocked, "StartOrbit in a locked view", ""},
-    {Place::kStartOrbitEditor, "StartOrbit in an editor", ""},
-    {Place::kStartPanViewport, "StartPan in a view", ""},
-    {Place::kStartPanLocked, "StartPan in a locked view", ""},
-    {Place::kStartPanEditor, "StartPan in an editor", ""},
-    {Place::kStartZoomViewport, "StartZoom in a view", ""},
-    {Place::kStartZoomLocked, "StartZoom in a locked view", ""},
-    {Place::kStartZoomEditor, "StartZoom in an editor", ""},
-    {Place::kOrbitToZoomViewport, "OrbitToZoom in a view", ""},
-    {Place::kOrbitToZoomLocked, "OrbitToZoom in a locked view", ""},
-    {Place::kOrbitToZoomEditor, "OrbitToZoom in an editor", ""},
-    {Place::kPanToZoomViewport, "PanToZoom in a view", ""},
-    {Place::kPanToZoomLocked, "PanToZoom in a locked view", ""},
-    {Place::kPanToZoomEditor, "PanToZoom in an editor", ""},
-    {Place::kZoomToPanViewport, "ZoomToPan in a view", ""},
-    {Place::kZoomToPanLocked, "ZoomToPan in a locked view", ""},
-    {Place::kZoomToPanEditor, "ZoomToPan in an editor", ""},
-    {Place::kZoomToOrbitViewport, "ZoomToOrbit in a view", ""},
-    {Place::kZoomToOrbitRefused, "ZoomToOrbit in a view that must not be orbited", ""},
-    {Place::kZoomToOrbitLocked, "ZoomToOrbit in a locked view", ""},
-    {Place::kZoomToOrbitEditor, "ZoomToOrbit in an editor", ""},
-    {Place::kEndZoomViewport, "EndZoom in a view", ""},
-    {Place::kEndZoomLocked, "EndZoom in a locked view", ""},
-    {Place::kEndZoomEditor, "EndZoom in an editor", ""},
-    {Place::kEndPanViewport, "EndPan in a view", ""},
-    {Place::kEndPanLocked, "EndPan in a locked view", ""},
-    {Place::kEndPanEditor, "EndPan in an editor", ""},
-    {Place::kEndOrbitViewport, "EndOrbit in a view", ""},
-    {Place::kEndOrbitRefused, "EndOrbit in a view that must not be orbited", ""},
-    {Place::kEndOrbitLocked, "EndOrbit in a locked view", ""},
-    {Place::kEndOrbitEditor, "EndOrbit in an editor", ""},
-    {Place::kUnlockByLeft, "release row 13: the refusal ends", ""},
-    {Place::kUnlockIntoZoom, "release row 13: right held, goes on as zoom", ""},
-    {Place::kMoveOrbit, "mouse 14.1: move during an orbit", ""},
-    {Place::kMovePanViewport, "mouse 14.2: move during a pan in a view", ""},
-    {Place::kMovePanEditor, "mouse 14.2: move during a pan in an editor", ""},
-    {Place::kMovePanNowhere, "mouse 14.2: move during a pan that began in no view or editor", ""},
-    {Place::kMoveLocked, "mouse 14.2: move during a refused gesture", ""},
-    {Place::kMoveLockedPan, "mouse 14.2: the same, a pan from elsewhere being on", ""},
-    {Place::kMoveLockedPanZoom, "mouse 14.2, 14.3: the same, a zoom being on as well", ""},
-    {Place::kZoomFirst, "zoom drag 1: the first move", ""},
-    {Place::kZoomFirstAtEdge, "zoom drag 1: the first move, at an edge", ""},
-    {Place::kZoomWarpBack, "zoom drag 2: the cursor goes back", ""},
-    {Place::kZoomWarpSideways, "zoom drag 2: the cursor goes back along the edge", ""},
-    {Place::kZoomWrapTop, "zoom drag 3: the top edge", ""},
-    {Place::kZoomWrapBottom, "zoom drag 3: the bottom edge", ""},
-    {Place::kZoomMarkWarp, "zoom drag 5: near an edge", ""},
-    {Place::kZoomEditorRestart, "zoom drag 5: an editor's drag starts again", ""},
-    {Place::kZoomMoveViewport, "zoom drag 6: a view", ""},
-    {Place::kZoomMoveEditor, "zoom drag 6: an editor", ""},
-    {Place::kZoomMoveLocked, "zoom drag 6: a locked view", ""},
-    {Place::kSelectNotNow, "mouse 15: mode or brush do not allow clicks of ours", ""},
-    {Place::kSelectAlt, "selection 1: Alt", ""},
-    {Place::kSelectCtrl, "selection 2: Ctrl becomes Alt", ""},
-    {Place::kSelectCtrlRight, "selection 2: the right Ctrl", ""},
-    {Place::kSelectCtrlBoth, "selection 2: both Ctrl keys", ""},
-    {Place::kSelectCtrlSwapped, "selection 2: with swapped buttons", ""},
-    {Place::kSelectReplayArrives, "selection 2: the replayed press arrives", ""},
-    {Place::kSelectReplayAgain, "selection 2: the replayed press arrives as a second one", ""},
-    {Place::kSelectPressBehind, "selection 2: a press is put behind the replayed one", ""},
-    {Place::kSelectReleaseBehind, "selection 7: a release is put behind the replayed press", ""},
-    {Place::kSelectPlain, "selection 2: no Shift", ""},
-    {Place::kSelectShiftEditor, "selection 3: Shift in an editor", ""},
-    {Place::kSelectCtrlShiftEditor, "selection 5: Ctrl and Shift in an editor", ""},
-    {Place::kSelectPushed, "selection 4: the select button is active", ""},
-    {Place::kSelectNotPushed, "selection 4: the select button is not active", ""},
-    {Place::kSelectNoButton, "selection 4: there is no select button", ""},
-    {Place::kSelectUndoRecord, "selection 4, 6: an undo record of objects", ""},
-    {Place::kSelectEndCtrl, "selection 7: release after Ctrl", ""},
-    {Place::kSelectEndPop, "selection 7: release leaves the select mode", ""},
-    {Place::kSelectEndNoPop, "selection 7: release with no mode to leave", ""},
-    {Place::kSelectMoveOff, "selection 8: menu, right button or no cursors wanted", ""},
-    {Place::kSelectMovePlain, "selection 8: no cursor and no Alt", ""},
-    {Place::kSelectMoveEditor, "selection 8: Shift alone in an editor", ""},
-    {Place::kSelectMoveButton, "selection 8: Shift alone, the select button is not active", ""},
-    {Place::kSelectMove, "selection 8: the move is sent on", ""},
-    {Place::kSecondPressTaken, "the second press of a double click is taken for a press", ""},
-    {Place::kSecondPressPasses, "the second press of a double click passes", ""},
-    {Place::kBetween, "an event comes in between while a window handles a message", ""},
-    {Place::kMousePass, "mouse 16: passed on", ""},
-    {Place::kKeyOff, "key 1: navigation is off", ""},
-    {Place::kKeyLock, "key 2: a release ends the held lock", ""},
-    {Place::kKeyNudge, "key 3: a release ends a nudge series", ""},
-    {Place::kKeyRepeat, "key 4: a press while something is held", ""},
-    {Place::kKeyAltHeld, "key 5: Alt comes up during a gesture", ""},
-    {Place::kKeyScrubOff, "key 6: the armed scrub ends", ""},
-    {Place::kKeyScrubLater, "key 6: the scrub's key comes up during the drag", ""},
-    {Place::kKeySnap, "key 7: the held snap ends", ""},
-    {Place::kKeyCursorButton, "key 8: not while a button is down", ""},
-    {Place::kKeyCursorSchematic, "key 8.2: the arrow over a schematic view", ""},
-    {Place::kKeyCursorEditor, "key 8.3: the arrow over another editor, Shift alone", ""},
-    {Place::kKeyCursorNoSelect, "key 8.4: the arrow, Shift alone, the select button is off", ""},
-    {Place::kKeyCursorElsewhere, "key 8.5: window or mode have no cursors of ours", ""},
-    {Place::kKeyCursorOwn, "key 8.5: a cursor of ours", ""},
-    {Place::kKeyCursorArrow, "key 8.5: the arrow, no modifier is left", ""},
-    {Place::kKeyPass, "key 9: passed on", ""},
-    {Place::kZoomButtonWindows, "handlers in a window with Zoom and Pan buttons of its own",
-     "no window is recognised as one"},
+constexpr Field kNumbers[] = {
+    {"g_orbitActive", &State::orbit, true},
+    {"g_zoomActive", &State::zoom, true},
+    {"g_panActive", &State::pan, true},
+    {"g_navLocked", &State::locked, true},
+    {"g_navKind", &State::kind, false},
+    {"g_heldButtons", &State::held, true},
+    {"g_quickXform", &State::quick, true},
+    {"g_shiftClone", &State::clone, true},
+    {"g_selCtrl", &State::sel_ctrl, true},
+    {"g_selShift", &State::sel_shift, true},
+    {"g_selCtrlShift", &State::sel_ctrl_shift, true},
+    {"g_selectNotPushed", &State::not_pushed, true},
+    {"g_replayWaits", &State::waits, true},
+    {"g_sculptRedirect", &State::redirect, true},
+    {"g_scrubState", &State::scrub, true},
+    {"g_scrubWrapped", &State::scrub_wrapped, true},
+    {"g_altUpPending", &State::alt_owed, true},
+    {"g_selectionLockRequests", &State::requests, true},
+    {"g_heldSnapSticky", &State::snap, true},
+    {"g_nudgeActive", &State::nudge, false},
+    {"g_zoomWarp", &State::zoom_warp, false},
 };
-static_assert(std::size(kRows) == kPlaces, "each Place of hook_model.h has its name in kRows");
-
-constexpr bool InOrder() {
-    for (int i = 0; i < kPlaces; ++i)
-        if (static_cast<int>(kRows[i].place) != i) return false;
-    return true;
-}
-static_assert(InOrder(), "the names in kRows stand in the order of Place in hook_model.h");
+constexpr PointField kPoints[] = {
+    {"g_zoomLast", &State::zoom_last},
+    {"g_zoomVirtual", &State::zoom_virtual},
+};
 
 }  // namespace
 
+const std::span<const Field> kFields = kNumbers;
+const std::span<const PointField> kPointFields = kPoints;
+
 std::string_view NameOf(Place place) {
-    return kRows[static_cast<size_t>(place)].name;
+    return kPlaceNames[static_cast<size_t>(place)];
 }
 
-std::string_view WhyNever(Place place) {
-    return kRows[static_cast<size_t>(place)].why_never;
-}
-
-std::string_view FirstDifference(const State& expected, const State& got, int* wanted, int* is) {
-    struct Field {
-        std::string_view name;
-        int State::* value;
+std::string Difference(const State& expected, const State& got) {
+    const auto text = [](std::string_view name, int wanted, int is) {
+        return std::string(name) + " is " + std::to_string(is) + ", by the rules " +
+               std::to_string(wanted);
     };
-    static constexpr Field kFields[] = {
-        {"g_orbitActive", &State::orbit},
-        {"g_zoomActive", &State::zoom},
-        {"g_panActive", &State::pan},
-        {"g_navLocked", &State::locked},
-        {"g_navKind", &State::kind},
-        {"g_heldButtons", &State::held},
-        {"g_quickXform", &State::quick},
-        {"g_shiftClone", &State::clone},
-        {"g_selCtrl", &State::sel_ctrl},
-        {"g_selShift", &State::sel_shift},
-        {"g_selCtrlShift", &State::sel_ctrl_shift},
-        {"g_selectNotPushed", &State::not_pushed},
-        {"g_replayWaits", &State::waits},
-        {"g_sculptRedirect", &State::redirect},
-        {"g_scrubState", &State::scrub},
-        {"g_scrubWrapped", &State::scrub_wrapped},
-        {"g_altUpPending", &State::alt_owed},
-        {"g_selectionLockRequests", &State::requests},
-        {"g_heldSnapSticky", &State::snap},
-        {"g_nudgeActive", &State::nudge},
-        {"g_zoomWarp", &State::zoom_warp},
-    };
-    for (const Field& field : kFields) {
-        if (expected.*field.value == got.*field.value) continue;
-        *wanted = expected.*field.value;
-        *is = got.*field.value;
-        return field.name;
-    }
-    struct PointField {
-        std::string_view x, y;
-        Point State::* value;
-    };
-    static constexpr PointField kPoints[] = {
-        {"g_zoomLast.x", "g_zoomLast.y", &State::zoom_last},
-        {"g_zoomVirtual.x", "g_zoomVirtual.y", &State::zoom_virtual},
-    };
-    for (const PointField& field : kPoints) {
-        const Point a = expected.*field.value;
-        const Point b = got.*field.value;
-        if (a == b) continue;
-        *wanted = a.x != b.x ? a.x : a.y;
-        *is = a.x != b.x ? b.x : b.y;
-        return a.x != b.x ? field.x : field.y;
+    for (const auto& [name, value, at_rest] : kFields)
+        if (expected.*value != got.*value) return text(name, expected.*value, got.*value);
+    for (const auto& [name, value] : kPointFields) {
+        const Point a = expected.*value;
+        const Point b = got.*value;
+        if (a.x != b.x) return text(std::string(name) + ".x", a.x, b.x);
+        if (a.y != b.y) return text(std::string(name) + ".y", a.y, b.y);
     }
     return {};
 }
 
-std::string_view NameOf(Message message) {
-    switch (message) {
-        case Message::kOther: return "another message";
-        case Message::kMove: return "WM_MOUSEMOVE";
-        case Message::kLeftDown: return "WM_LBUTTONDOWN";
-        case Message::kLeftUp: return "WM_LBUTTONUP";
-        case Message::kRightDown: return "WM_RBUTTONDOWN";
-        case Message::kRightUp: return "WM_RBUTTONUP";
-        case Message::kMiddleDown: return "WM_MBUTTONDOWN";
-        case Message::kMiddleUp: return "WM_MBUTTONUP";
-        case Message::kLeftAgain: return "WM_LBUTTONDBLCLK";
-        case Message::kRightAgain: return "WM_RBUTTONDBLCLK";
-        case Message::kMiddleAgain: return "WM_MBUTTONDBLCLK";
-    }
-    return {};
+int PressedBy(Message message) {
+    return ButtonOf(message, 0) | ButtonOf(message, 2);
+}
+
+int ReleasedBy(Message message) {
+    return ButtonOf(message, 1);
+}
+
+std::string NameOf(Message message) {
+    if (message == Message::kOther) return "another message";
+    if (message == Message::kMove) return "WM_MOUSEMOVE";
+    const int which = AfterMove(message) - 1;
+    static constexpr const char* kEnds[] = {"DOWN", "UP", "DBLCLK"};
+    return std::string("WM_") + "LRM"[which / 3] + "BUTTON" + kEnds[which % 3];
 }
 
 // --- the mouse hook ---
@@ -398,8 +140,7 @@ Outcome Model::Mouse(const MouseFacts& facts, const WhileSending& while_sending)
     const WhileSending* const outer_sending = std::exchange(while_sending_, &while_sending);
     const int outer_sent = std::exchange(buttons_sent_, 0);
     outcome_.swallowed = Steps(facts);
-    if (IsAgain(facts.message))
-        Visit(outcome_.swallowed ? Place::kSecondPressTaken : Place::kSecondPressPasses);
+    if (IsAgain(facts.message)) Visit(outcome_.swallowed ? kSecondPressTaken : kSecondPressPasses);
     buttons_sent_ = outer_sent;
     while_sending_ = outer_sending;
     return std::exchange(outcome_, std::move(outer));
@@ -420,7 +161,7 @@ void Model::PayAlt() {
 
 bool Model::Steps(const MouseFacts& facts) {
     if (!facts.options.navigation) {
-        Visit(Place::kMouseOff);
+        Visit(kMouseOff);
         return false;
     }
     if (const std::optional<bool> verdict = Redirect(facts)) {
@@ -432,13 +173,13 @@ bool Model::Steps(const MouseFacts& facts) {
         return true;
     }
     std::optional<Answer> press;
-    if (Pressed(facts.message) && !state_.quick && facts.kind != kOtherWindow && facts.alt &&
+    if (PressedBy(facts.message) && !state_.quick && facts.kind != kOtherWindow && facts.alt &&
         !facts.ctrl)
         press = Press(facts);
     if (press == Answer::kConsumed) return true;
     if (!press)
         if (const std::optional<bool> verdict = Quick(facts)) return *verdict;
-    if (!state_.quick && Released(facts.message)) {
+    if (!state_.quick && ReleasedBy(facts.message)) {
         outcome_.came_to_release_rules = true;
         if (Release(facts)) return true;
     }
@@ -446,66 +187,65 @@ bool Model::Steps(const MouseFacts& facts) {
     if (!state_.quick && !state_.Drags() && facts.kind != kOtherWindow &&
         facts.kind != kSchematic && Select(facts))
         return true;
-    Visit(Place::kMousePass);
+    Visit(kMousePass);
     return false;
 }
 
 std::optional<bool> Model::Redirect(const MouseFacts& facts) {
     if (IsView(facts.kind)) {
-        if (Pressed(facts.message) == kMiddleBit && !facts.alt &&
+        if (PressedBy(facts.message) == kMiddleBit && !facts.alt &&
             (facts.mode == 9247 || facts.brush)) {
-            Visit(Place::kRedirectStart);
+            Visit(kRedirectStart);
             state_.redirect = 1;
             Inject(facts.swapped ? "alt-down right-down" : "alt-down left-down");
             return true;
         }
         if (facts.message == Message::kMiddleUp && state_.redirect) {
-            Visit(Place::kRedirectEnd);
+            Visit(kRedirectEnd);
             Inject(facts.swapped ? "right-up alt-up" : "left-up alt-up");
             state_.redirect = 0;
             return true;
         }
     }
     if (!state_.redirect) return {};
-    Visit(Place::kRedirectPass);
+    Visit(kRedirectPass);
     return false;
 }
 
 bool Model::Scrub(const MouseFacts& facts) {
-    const bool up = Released(facts.message) != 0;
+    const bool up = ReleasedBy(facts.message) != 0;
     const bool move = facts.message == Message::kMove;
-    const int pressed = Pressed(facts.message);
+    const int pressed = PressedBy(facts.message);
     if (!state_.scrub) return false;
-    if (!facts.thumb && (pressed || (state_.scrub >= 2 && (up || move))))
-        Visit(Place::kScrubNoThumb);
+    if (!facts.thumb && (pressed || (state_.scrub >= 2 && (up || move)))) Visit(kScrubNoThumb);
     if (state_.scrub >= 2 && (up || move) && facts.thumb) {
         if (facts.at.x <= kEdge || facts.at.x >= facts.screen.x - kEdge) {
-            Visit(facts.at.x <= kEdge ? Place::kScrubWrapLeft : Place::kScrubWrapRight);
+            Visit(facts.at.x <= kEdge ? kScrubWrapLeft : kScrubWrapRight);
             state_.scrub_wrapped = 1;
             return true;
         }
         if (state_.scrub_wrapped) {
-            Visit(Place::kScrubAnchor);
+            Visit(kScrubAnchor);
             state_.scrub_wrapped = 0;
             return true;
         }
         if (move) {
-            Visit(Place::kScrubMove);
+            Visit(kScrubMove);
             Send(Message::kMove, kLeftBit);
             return true;
         }
-        Visit(facts.message == Message::kLeftUp    ? Place::kScrubEndLeft
-              : facts.message == Message::kRightUp ? Place::kScrubEndRight
-                                                   : Place::kScrubEndMiddle);
-        if (state_.scrub == 3) Visit(Place::kScrubEndKeyGone);
+        Visit(facts.message == Message::kLeftUp    ? kScrubEndLeft
+              : facts.message == Message::kRightUp ? kScrubEndRight
+                                                   : kScrubEndMiddle);
+        if (state_.scrub == 3) Visit(kScrubEndKeyGone);
         state_.scrub = state_.scrub == 3 ? 0 : 1;
         Send(facts.message == Message::kRightUp ? Message::kRightUp : Message::kLeftUp, 0);
         return true;
     }
     if (pressed && facts.thumb) {
-        Visit(pressed == kLeftBit    ? Place::kScrubStartLeft
-              : pressed == kRightBit ? Place::kScrubStartRight
-                                     : Place::kScrubStartMiddle);
+        Visit(pressed == kLeftBit    ? kScrubStartLeft
+              : pressed == kRightBit ? kScrubStartRight
+                                     : kScrubStartMiddle);
         state_.scrub = 2;
         if (pressed == kRightBit)
             Send(Message::kRightDown, kRightBit);
@@ -514,7 +254,7 @@ bool Model::Scrub(const MouseFacts& facts) {
         return true;
     }
     if (state_.scrub == 1 && move) {
-        Visit(Place::kScrubHover);
+        Visit(kScrubHover);
         Send(Message::kMove, 0);
         return true;
     }
@@ -522,57 +262,65 @@ bool Model::Scrub(const MouseFacts& facts) {
 }
 
 std::optional<Model::Answer> Model::Press(const MouseFacts& facts) {
-    const int button = Pressed(facts.message);
-    const int flags = FlagsOf(state_) | (facts.mode == 65743 ? kMiddleClickMode : 0);
-    for (int i = 0; i < static_cast<int>(std::size(kPressRows)); ++i) {
-        const Row& row = kPressRows[i];
-        if (!Applies(row, flags, state_.held, button, facts.options)) continue;
-        Visit(Plus(Place::kPress1, i));
-        outcome_.press_row = i + 1;
-        outcome_.used_bits |= row.bits;
-        outcome_.own_bit = button;
-        state_.held |= button;
-        if (row.handler == Handler::kNone) {
-            Send(Message::kMiddleDown, 0);
-            Send(Message::kMiddleUp, 0);
-            return Answer::kConsumed;
-        }
-        return Call(row.handler, facts);
+    const int button = PressedBy(facts.message);
+    const chords::Meaning meaning =
+        chords::Press(SituationOf(facts), static_cast<unsigned>(button));
+    if (meaning.row == 0) {
+        const bool off = button == kLeftBit && !state_.sel_ctrl && !facts.options.left_orbit;
+        Visit(off ? kPressLeftOff : kPressNone);
+        return {};
     }
-    Visit(button == kLeftBit && !state_.sel_ctrl && !facts.options.left_orbit ? Place::kPressLeftOff
-                                                                              : Place::kPressNone);
-    return {};
+    Visit(Plus(kPress1, meaning.row - 1));
+    outcome_.used_bits |= static_cast<int>(meaning.held);
+    outcome_.own_bit = button;
+    state_.held |= button;
+    return Call(meaning.action, facts);
+}
+
+chords::Situation Model::SituationOf(const MouseFacts& facts) const {
+    const auto held = [this](int button) { return (state_.held & button) != 0; };
+    return {.orbit = state_.orbit != 0,
+            .zoom = state_.zoom != 0,
+            .pan = state_.pan != 0,
+            .refused = state_.locked != 0,
+            .ctrl_click = state_.sel_ctrl != 0,
+            .click_mode = facts.mode == 65743,
+            .left = held(kLeftBit),
+            .right = held(kRightBit),
+            .middle = held(kMiddleBit),
+            .right_zoom = facts.options.right_zoom,
+            .left_orbit = facts.options.left_orbit};
 }
 
 std::optional<bool> Model::Quick(const MouseFacts& facts) {
     const bool wanted = facts.options.quick || (facts.options.clone && facts.shift);
-    if (Pressed(facts.message) == kMiddleBit && wanted) {
+    if (PressedBy(facts.message) == kMiddleBit && wanted) {
         if (state_.quick) {
-            Visit(Place::kQuickRunning);
+            Visit(kQuickRunning);
             return {};
         }
         const bool editor = facts.kind == kTrackView || facts.kind == kUnwrap;
         if (IsView(facts.kind)) {
             if (facts.selected == 0 || !facts.mode || !IsTransform(*facts.mode)) {
-                Visit(Place::kQuickRefused);
+                Visit(kQuickRefused);
                 return {};
             }
             outcome_.quick_begins = true;
             state_.quick = 1;
             state_.requests |= 1;
             if (facts.shift && facts.options.clone) {
-                Visit(Place::kQuickStartClone);
+                Visit(kQuickStartClone);
                 state_.clone = 1;
                 Send(Message::kLeftDown, kShiftKey);
             } else {
-                Visit(Place::kQuickStartViewport);
+                Visit(kQuickStartViewport);
                 Send(Message::kLeftDown, 0);
             }
             return true;
         }
-        if (editor && !facts.edit_mode) Visit(Place::kQuickRefused);
+        if (editor && !facts.edit_mode) Visit(kQuickRefused);
         if (!editor || !facts.edit_mode) return {};
-        Visit(facts.kind == kTrackView ? Place::kQuickStartTrackView : Place::kQuickStartUnwrap);
+        Visit(facts.kind == kTrackView ? kQuickStartTrackView : kQuickStartUnwrap);
         state_.quick = 1;
         Send(Message::kLeftDown, 0);
         return true;
@@ -581,7 +329,7 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
     const bool cancel = facts.message == Message::kRightDown && facts.shift;
     if (facts.message == Message::kMiddleUp || cancel) {
         if (IsView(facts.kind)) {
-            Visit(cancel ? Place::kQuickCancel : Place::kQuickEndViewport);
+            Visit(cancel ? kQuickCancel : kQuickEndViewport);
             state_.quick = 0;
             state_.clone = 0;
             if (cancel) {
@@ -595,17 +343,16 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
         switch (facts.kind) {
             case kTrackView:
             case kUnwrap:
-                Visit(facts.kind == kTrackView ? Place::kQuickEndTrackView
-                                               : Place::kQuickEndUnwrap);
+                Visit(facts.kind == kTrackView ? kQuickEndTrackView : kQuickEndUnwrap);
                 state_.quick = 0;
                 Send(Message::kLeftUp, 0);
                 return true;
-            case kOtherWindow: Visit(Place::kQuickEndOther); return {};
-            default: Visit(Place::kQuickEndOtherEditor); return true;
+            case kOtherWindow: Visit(kQuickEndOther); return {};
+            default: Visit(kQuickEndOtherEditor); return true;
         }
     }
     if (facts.message == Message::kMove && facts.shift && facts.kind == kTrackView) {
-        Visit(Place::kQuickMoveTrackView);
+        Visit(kQuickMoveTrackView);
         Send(Message::kMove, kLeftBit | kCtrlKey);
         return true;
     }
@@ -613,36 +360,30 @@ std::optional<bool> Model::Quick(const MouseFacts& facts) {
 }
 
 bool Model::Release(const MouseFacts& facts) {
-    const int button = Released(facts.message);
-    bool any = false;
-    for (int i = 0; i < static_cast<int>(std::size(kReleaseRows)); ++i) {
-        const Row& row = kReleaseRows[i];
-        if (!Applies(row, FlagsOf(state_), state_.held, button, facts.options)) continue;
-        any = true;
-        Visit(Plus(Place::kRelease1, i));
-        outcome_.release_row = i + 1;
-        outcome_.used_bits |= row.bits;
+    const int button = ReleasedBy(facts.message);
+    for (int behind = 0;;) {
+        const chords::Meaning meaning =
+            chords::Release(SituationOf(facts), static_cast<unsigned>(button), behind);
+        if (meaning.row == 0) {
+            if (behind == 0) Visit(kReleaseNone);
+            return false;
+        }
+        behind = meaning.row;
+        Visit(Plus(kRelease1, meaning.row - 1));
+        outcome_.used_bits |= static_cast<int>(meaning.held);
         outcome_.own_bit = button;
         state_.held &= ~button;
-        const int number = i + 1;
-        Answer answer = Answer::kConsumed;
-        if (number == kUnlock)
-            answer = Unlock(facts);
-        else if (row.handler != Handler::kNone)
-            answer = Call(row.handler, facts);
-        if (answer == Answer::kConsumed) return true;
+        if (Call(meaning.action, facts) == Answer::kConsumed) return true;
     }
-    if (!any) Visit(Place::kReleaseNone);
-    return false;
 }
 
 Model::Answer Model::Unlock(const MouseFacts& facts) {
     if (facts.options.right_zoom && (state_.held & kRightBit)) {
-        Visit(Place::kUnlockIntoZoom);
+        Visit(kUnlockIntoZoom);
         outcome_.used_bits |= kRightBit;
-        return Call(Handler::kOrbitToZoom, facts);
+        return Call(NavAction::kOrbitToZoom, facts);
     }
-    Visit(Place::kUnlockByLeft);
+    Visit(kUnlockByLeft);
     state_.locked = 0;
     return Answer::kConsumed;
 }
@@ -661,30 +402,33 @@ void Model::EndView() {
 }
 
 // The starters look at the window under the mouse, all others at the window in which it started.
-Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
-    outcome_.handler = handler;
-    const bool starts = handler == Handler::kStartOrbit || handler == Handler::kStartPan ||
-                        handler == Handler::kStartZoom;
-    const int kind = starts ? facts.kind : state_.kind;
+Model::Answer Model::Call(NavAction action, const MouseFacts& facts) {
+    switch (action) {
+        case NavAction::kMiddleClick:
+            Send(Message::kMiddleDown, 0);
+            Send(Message::kMiddleUp, 0);
+            return Answer::kConsumed;
+        case NavAction::kSwallow: return Answer::kConsumed;
+        case NavAction::kLeaveLocked: return Unlock(facts);
+        default: break;
+    }
+    outcome_.handler = action;
+    const int kind = Starts(action) ? facts.kind : state_.kind;
     const int column = kind == kViewport ? 0 : kind == kLockedViewport ? 1 : 2;
     // No gesture has begun yet, or the window is none of those.
     if (kind == kOtherWindow) return Answer::kOn;
-    const auto visit = [this, column](Place in_view, Place in_locked, Place in_editor) {
-        Visit(column == 0 ? in_view : column == 1 ? in_locked : in_editor);
+    const bool refused = column == 0 && !facts.orbit_allowed;
+    const auto visit = [this, column](Place first, bool refuses = false) {
+        Visit(Plus(first, refuses ? 3 : column));
     };
     const auto lock = [this, kind] {
         state_.kind = kind;
         state_.locked = 1;
         return Answer::kConsumed;
     };
-    switch (handler) {
-        case Handler::kNone: break;
-        case Handler::kStartOrbit:
-            if (column == 0 && !facts.orbit_allowed)
-                Visit(Place::kStartOrbitRefused);
-            else
-                visit(Place::kStartOrbitViewport, Place::kStartOrbitLocked,
-                      Place::kStartOrbitEditor);
+    switch (action) {
+        case NavAction::kStartOrbit:
+            visit(kStartOrbitViewport, refused);
             if (column == 2) return Answer::kOn;
             if (column == 1 || !facts.orbit_allowed) {
                 outcome_.orbit_refused = true;
@@ -694,23 +438,22 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
             state_.orbit = 1;
             Send(Message::kMiddleDown, 0);
             return Answer::kConsumed;
-        case Handler::kStartPan:
-            visit(Place::kStartPanViewport, Place::kStartPanLocked, Place::kStartPanEditor);
+        case NavAction::kStartPan:
+            visit(kStartPanViewport);
             if (column == 1) return lock();
             state_.kind = kind;
             state_.pan = 1;
             if (column == 0) Send(Message::kLeftDown, kCtrlKey);
             return column == 0 ? Answer::kConsumed : Answer::kOn;
-        case Handler::kStartZoom:
-            visit(Place::kStartZoomViewport, Place::kStartZoomLocked, Place::kStartZoomEditor);
+        case NavAction::kStartZoom:
+            visit(kStartZoomViewport);
             if (column == 1) return lock();
             state_.kind = kind;
             BeginZoom();
             Send(column == 0 ? Message::kLeftDown : Message::kMiddleDown, kCtrlKey);
             return Answer::kConsumed;
-        case Handler::kOrbitToZoom:
-            visit(Place::kOrbitToZoomViewport, Place::kOrbitToZoomLocked,
-                  Place::kOrbitToZoomEditor);
+        case NavAction::kOrbitToZoom:
+            visit(kOrbitToZoomViewport);
             if (column == 1) return Answer::kConsumed;
             state_.locked = 0;
             state_.orbit = 0;
@@ -718,8 +461,8 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
             Send(Message::kMiddleUp, 0);
             Send(column == 0 ? Message::kLeftDown : Message::kMiddleDown, kCtrlKey);
             return Answer::kConsumed;
-        case Handler::kPanToZoom:
-            visit(Place::kPanToZoomViewport, Place::kPanToZoomLocked, Place::kPanToZoomEditor);
+        case NavAction::kPanToZoom:
+            visit(kPanToZoomViewport);
             if (column == 1) return Answer::kOn;
             if (column == 0) Send(Message::kLeftUp, 0);
             state_.pan = 0;
@@ -731,20 +474,16 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
                 Send(Message::kMiddleDown, kCtrlKey);
             }
             return Answer::kConsumed;
-        case Handler::kZoomToPan:
-            visit(Place::kZoomToPanViewport, Place::kZoomToPanLocked, Place::kZoomToPanEditor);
+        case NavAction::kZoomToPan:
+            visit(kZoomToPanViewport);
             if (column == 1) return Answer::kOn;
             state_.zoom = 0;
             state_.pan = 1;
             Send(column == 0 ? Message::kLeftUp : Message::kMiddleUp, 0);
             Send(column == 0 ? Message::kLeftDown : Message::kMiddleDown, 0);
             return Answer::kConsumed;
-        case Handler::kZoomToOrbit:
-            if (column == 0 && !facts.orbit_allowed)
-                Visit(Place::kZoomToOrbitRefused);
-            else
-                visit(Place::kZoomToOrbitViewport, Place::kZoomToOrbitLocked,
-                      Place::kZoomToOrbitEditor);
+        case NavAction::kZoomToOrbit:
+            visit(kZoomToOrbitViewport, refused);
             if (column == 1) return Answer::kOn;
             state_.zoom = 0;
             if (column == 2) {
@@ -761,8 +500,8 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
                 state_.locked = 1;
             }
             return Answer::kConsumed;
-        case Handler::kEndZoom:
-            visit(Place::kEndZoomViewport, Place::kEndZoomLocked, Place::kEndZoomEditor);
+        case NavAction::kEndZoom:
+            visit(kEndZoomViewport);
             if (column == 1) {
                 state_.locked = 0;
                 return Answer::kConsumed;
@@ -774,8 +513,8 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
                 Send(Message::kMiddleUp, kCtrlKey);
             PayAlt();
             return Answer::kConsumed;
-        case Handler::kEndPan:
-            visit(Place::kEndPanViewport, Place::kEndPanLocked, Place::kEndPanEditor);
+        case NavAction::kEndPan:
+            visit(kEndPanViewport);
             if (column == 1) {
                 state_.locked = 0;
                 return Answer::kConsumed;
@@ -784,11 +523,8 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
             if (column == 0) EndView();
             PayAlt();
             return column == 0 ? Answer::kConsumed : Answer::kOn;
-        case Handler::kEndOrbit:
-            if (column == 0 && !facts.orbit_allowed)
-                Visit(Place::kEndOrbitRefused);
-            else
-                visit(Place::kEndOrbitViewport, Place::kEndOrbitLocked, Place::kEndOrbitEditor);
+        case NavAction::kEndOrbit:
+            visit(kEndOrbitViewport, refused);
             if (column == 2) return Answer::kOn;
             state_.locked = 0;
             if (column == 1) return Answer::kConsumed;
@@ -800,35 +536,36 @@ Model::Answer Model::Call(Handler handler, const MouseFacts& facts) {
             Send(Message::kMiddleUp, 0);
             PayAlt();
             return Answer::kConsumed;
+        default: break;
     }
     return Answer::kOn;
 }
 
 bool Model::Move(const MouseFacts& facts) {
     if (state_.orbit) {
-        Visit(Place::kMoveOrbit);
+        Visit(kMoveOrbit);
         return false;
     }
     if (state_.pan && state_.kind == kViewport) {
-        Visit(Place::kMovePanViewport);
+        Visit(kMovePanViewport);
         Send(Message::kMove, kLeftBit | kCtrlKey);
         return true;
     }
     if (state_.pan && IsEditor(state_.kind)) {
-        Visit(Place::kMovePanEditor);
+        Visit(kMovePanEditor);
         return false;
     }
     if (state_.locked) {
         if (state_.pan && state_.zoom) {
-            Visit(Place::kMoveLockedPanZoom);
+            Visit(kMoveLockedPanZoom);
             ZoomMove(facts);
         } else {
-            Visit(state_.pan ? Place::kMoveLockedPan : Place::kMoveLocked);
+            Visit(state_.pan ? kMoveLockedPan : kMoveLocked);
         }
         return true;
     }
     if (!state_.zoom) {
-        Visit(Place::kMovePanNowhere);
+        Visit(kMovePanNowhere);
         return false;
     }
     return ZoomMove(facts);
@@ -839,7 +576,7 @@ bool Model::ZoomMove(const MouseFacts& facts) {
     const Point screen = facts.screen;
     if (state_.zoom_virtual == Point{-1, -1}) {
         const bool inside = IsInside(cursor, screen);
-        Visit(inside ? Place::kZoomFirst : Place::kZoomFirstAtEdge);
+        Visit(inside ? kZoomFirst : kZoomFirstAtEdge);
         if (inside) state_.zoom_last = state_.zoom_virtual = cursor;
         return false;
     }
@@ -847,18 +584,18 @@ bool Model::ZoomMove(const MouseFacts& facts) {
         state_.zoom_warp = 0;
         state_.zoom_virtual = cursor;
         const bool inside = IsInside(state_.zoom_last, screen);
-        Visit(inside ? Place::kZoomWarpBack : Place::kZoomWarpSideways);
+        Visit(inside ? kZoomWarpBack : kZoomWarpSideways);
         if (!inside) state_.zoom_last.x = cursor.x;
         return true;
     }
     const bool view = state_.kind == kViewport;
     if (view && cursor.y < 3) {
-        Visit(Place::kZoomWrapTop);
+        Visit(kZoomWrapTop);
         state_.zoom_last = {cursor.x, screen.y - 20};
         return true;
     }
     if (view && cursor.y >= screen.y - 2) {
-        Visit(Place::kZoomWrapBottom);
+        Visit(kZoomWrapBottom);
         state_.zoom_last = {cursor.x, 20};
         return true;
     }
@@ -869,25 +606,25 @@ bool Model::ZoomMove(const MouseFacts& facts) {
     if (view) {
         if (cursor.x <= kEdge || cursor.x >= screen.x - kEdge || y <= kEdge ||
             y >= screen.y - kEdge) {
-            Visit(Place::kZoomMarkWarp);
+            Visit(kZoomMarkWarp);
             state_.zoom_warp = 1;
         }
-        Visit(Place::kZoomMoveViewport);
+        Visit(kZoomMoveViewport);
         Send(Message::kMove, facts.options.slow_zoom ? kLeftBit : kLeftBit | kCtrlKey);
         return true;
     }
     if (!IsEditor(state_.kind)) {
-        Visit(Place::kZoomMoveLocked);
+        Visit(kZoomMoveLocked);
         return true;
     }
     if (y < 1 || y >= screen.y) {
-        Visit(Place::kZoomEditorRestart);
+        Visit(kZoomEditorRestart);
         state_.zoom_virtual = {cursor.x, screen.y / 2};
         Send(Message::kMiddleUp, 0);
         Send(Message::kMiddleDown, kMiddleBit | kCtrlKey);
         return true;
     }
-    Visit(Place::kZoomMoveEditor);
+    Visit(kZoomMoveEditor);
     Send(Message::kMove, kMiddleBit | kCtrlKey);
     return true;
 }
@@ -902,32 +639,32 @@ bool Model::Select(const MouseFacts& facts) {
                          !facts.brush &&
                          ((*facts.mode >= 1 && *facts.mode <= 12) || facts.subobject);
     if (!allowed) {
-        Visit(Place::kSelectNotNow);
+        Visit(kSelectNotNow);
         return false;
     }
     if (press) return SelectPress(facts);
     if (release) return SelectRelease(facts);
     if (facts.on_menu || facts.right_down || !facts.options.cursors) {
-        Visit(Place::kSelectMoveOff);
+        Visit(kSelectMoveOff);
         return false;
     }
     const bool by_key = (facts.shift || facts.ctrl) && !facts.alt;
     const bool cursor = facts.cursors_load && (state_.Selecting() || by_key || state_.locked);
     if (!cursor && !facts.alt) {
-        Visit(Place::kSelectMovePlain);
+        Visit(kSelectMovePlain);
         return false;
     }
     if (!facts.ctrl && facts.shift) {
         if (IsEditor(facts.kind)) {
-            Visit(Place::kSelectMoveEditor);
+            Visit(kSelectMoveEditor);
             return false;
         }
         if (facts.select_button == false) {
-            Visit(Place::kSelectMoveButton);
+            Visit(kSelectMoveButton);
             return false;
         }
     }
-    Visit(Place::kSelectMove);
+    Visit(kSelectMove);
     Send(Message::kMove, kAnyKeys);
     return true;
 }
@@ -935,8 +672,7 @@ bool Model::Select(const MouseFacts& facts) {
 // The first press that has seen the injected Alt is the replayed one.
 void Model::NoteReplay(const MouseFacts& facts) {
     if (!state_.waits || !facts.alt_before) return;
-    Visit(facts.message == Message::kLeftAgain ? Place::kSelectReplayAgain
-                                               : Place::kSelectReplayArrives);
+    Visit(facts.message == Message::kLeftAgain ? kSelectReplayAgain : kSelectReplayArrives);
     state_.waits = 0;
 }
 
@@ -957,10 +693,8 @@ void Model::ReplayWithAlt(const MouseFacts& facts) {
          "alt-down ctrl-up rctrl-up right-down ctrl-down rctrl-down"},
     };
     const int side = !facts.right_ctrl ? 0 : !facts.left_ctrl ? 1 : 2;
-    Visit(side == 0   ? Place::kSelectCtrl
-          : side == 1 ? Place::kSelectCtrlRight
-                      : Place::kSelectCtrlBoth);
-    if (facts.swapped) Visit(Place::kSelectCtrlSwapped);
+    Visit(side == 0 ? kSelectCtrl : side == 1 ? kSelectCtrlRight : kSelectCtrlBoth);
+    if (facts.swapped) Visit(kSelectCtrlSwapped);
     state_.sel_ctrl = 1;
     Inject(kRecords[facts.swapped][side]);
     state_.waits = facts.input_is_taken ? kMostBehind : 0;
@@ -969,10 +703,10 @@ void Model::ReplayWithAlt(const MouseFacts& facts) {
 bool Model::SelectRelease(const MouseFacts& facts) {
     if (state_.sel_ctrl) {
         if (state_.waits && PutBehind(facts.swapped ? "right-up" : "left-up", facts)) {
-            Visit(Place::kSelectReleaseBehind);
+            Visit(kSelectReleaseBehind);
             return true;
         }
-        Visit(Place::kSelectEndCtrl);
+        Visit(kSelectEndCtrl);
         state_.waits = 0;
         state_.sel_ctrl = 0;
         Send(Message::kLeftUp, 0);
@@ -983,7 +717,7 @@ bool Model::SelectRelease(const MouseFacts& facts) {
     outcome_.shift_click = true;
     Send(Message::kLeftUp, state_.sel_ctrl_shift ? kCtrlKey : kShiftKey);
     state_.sel_shift = state_.sel_ctrl_shift = 0;
-    Visit(state_.not_pushed ? Place::kSelectEndNoPop : Place::kSelectEndPop);
+    Visit(state_.not_pushed ? kSelectEndNoPop : kSelectEndPop);
     state_.not_pushed = 0;
     return true;
 }
@@ -991,16 +725,16 @@ bool Model::SelectRelease(const MouseFacts& facts) {
 bool Model::SelectPress(const MouseFacts& facts) {
     NoteReplay(facts);
     if (state_.waits && PutBehind(facts.swapped ? "right-down" : "left-down", facts)) {
-        Visit(Place::kSelectPressBehind);
+        Visit(kSelectPressBehind);
         return true;
     }
     if (facts.alt) {
-        Visit(Place::kSelectAlt);
+        Visit(kSelectAlt);
         return false;
     }
     if (!facts.shift) {
         if (!facts.ctrl || state_.sel_ctrl) {
-            Visit(Place::kSelectPlain);
+            Visit(kSelectPlain);
             return false;
         }
         ReplayWithAlt(facts);
@@ -1010,23 +744,23 @@ bool Model::SelectPress(const MouseFacts& facts) {
     outcome_.shift_click = true;
     if (IsEditor(facts.kind)) {
         if (state_.sel_shift) {
-            Visit(Place::kSelectShiftEditor);
+            Visit(kSelectShiftEditor);
             state_.sel_shift = 0;
             return false;
         }
-        Visit(Place::kSelectCtrlShiftEditor);
+        Visit(kSelectCtrlShiftEditor);
         Send(Message::kLeftDown, kCtrlKey);
         return true;
     }
     if (!facts.select_button) {
-        Visit(Place::kSelectNoButton);
+        Visit(kSelectNoButton);
     } else if (*facts.select_button) {
-        Visit(Place::kSelectPushed);
+        Visit(kSelectPushed);
     } else {
-        Visit(Place::kSelectNotPushed);
+        Visit(kSelectNotPushed);
         state_.not_pushed = 1;
     }
-    if (state_.sel_ctrl_shift && !facts.subobject) Visit(Place::kSelectUndoRecord);
+    if (state_.sel_ctrl_shift && !facts.subobject) Visit(kSelectUndoRecord);
     Send(Message::kLeftDown, state_.sel_shift ? kCtrlKey | kShiftKey : kCtrlKey);
     return true;
 }
@@ -1045,70 +779,70 @@ int Model::ChosenCursor(bool alt, bool ctrl, bool shift) const {
 
 int Model::ModifierCursor(const KeyFacts& facts) {
     if (facts.kind == kSchematic) {
-        Visit(Place::kKeyCursorSchematic);
+        Visit(kKeyCursorSchematic);
         return kArrow;
     }
     const bool shift_alone = facts.shift && !facts.ctrl;
     if (shift_alone && IsEditor(facts.kind)) {
-        Visit(Place::kKeyCursorEditor);
+        Visit(kKeyCursorEditor);
         return kArrow;
     }
     if (shift_alone && facts.select_button == false) {
-        Visit(Place::kKeyCursorNoSelect);
+        Visit(kKeyCursorNoSelect);
         return kArrow;
     }
     if (facts.kind == kOtherWindow || !facts.mode || IsOneOf(*facts.mode, 66510, 69632, 69633) ||
         ((*facts.mode < 1 || *facts.mode > 12) && !facts.subobject)) {
-        Visit(Place::kKeyCursorElsewhere);
+        Visit(kKeyCursorElsewhere);
         return 0;
     }
     const int cursor = ChosenCursor(facts.alt, facts.ctrl, facts.shift);
-    Visit(cursor ? Place::kKeyCursorOwn : Place::kKeyCursorArrow);
+    Visit(cursor ? kKeyCursorOwn : kKeyCursorArrow);
     return cursor ? cursor : kArrow;
 }
 
 Outcome Model::Key(const KeyFacts& facts) {
     Outcome outcome;
     if (!facts.navigation) {
-        Visit(Place::kKeyOff);
+        Visit(kKeyOff);
         return outcome;
     }
     if (facts.up) {
-        if (state_.requests & 4) Visit(Place::kKeyLock);
+        if (state_.requests & 4) Visit(kKeyLock);
         state_.requests &= ~4;
-        if (state_.nudge) Visit(Place::kKeyNudge);
+        if (state_.nudge) Visit(kKeyNudge);
         state_.nudge = 0;
         if (facts.key == KeyFacts::Key::kAlt && state_.Drags()) {
-            Visit(Place::kKeyAltHeld);
+            Visit(kKeyAltHeld);
             state_.alt_owed = 1;
             outcome.injected.push_back("alt-down");
             outcome.swallowed = true;
             return outcome;
         }
         if (state_.scrub) {
-            Visit(state_.scrub == 2 ? Place::kKeyScrubLater : Place::kKeyScrubOff);
+            Visit(state_.scrub == 2 ? kKeyScrubLater : kKeyScrubOff);
             state_.scrub = state_.scrub == 2 ? 3 : 0;
             outcome.swallowed = true;
             return outcome;
         }
         if (state_.snap) {
-            Visit(Place::kKeySnap);
+            Visit(kKeySnap);
             state_.snap = 0;
             outcome.swallowed = true;
             return outcome;
         }
     } else if (state_.scrub || state_.snap || (state_.requests & 4)) {
-        Visit(Place::kKeyRepeat);
+        Visit(kKeyRepeat);
         outcome.swallowed = true;
         return outcome;
     }
     if (facts.key != KeyFacts::Key::kOther && !state_.quick && facts.cursors) {
         if (facts.any_button)
-            Visit(Place::kKeyCursorButton);
+            Visit(kKeyCursorButton);
         else
             outcome.cursor = ModifierCursor(facts);
     }
-    Visit(Place::kKeyPass);
+    Visit(kKeyPass);
     return outcome;
 }
 

@@ -1,4 +1,4 @@
-// The two hooks as two tables and a few flags: what the plug-in's state must be after an event, and
+// The two hooks as steps and a few flags: what the plug-in's state must be after an event, and
 // whether the event is kept from the host. Written apart from the plug-in, so that a random walk
 // has something to hold the plug-in against. Needs no Windows.
 #pragma once
@@ -6,23 +6,28 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "tests/walks/chords.h"
+
 namespace hook_model {
 
+// With the system's numbers: of each button the press, the release, and the second press of a
+// double click, where the window is told of it.
 enum class Message {
-    kOther,  // of a caption, border or menu bar
-    kMove,
+    kOther = 0,  // of a caption, border or menu bar
+    kMove = 0x200,
     kLeftDown,
     kLeftUp,
+    kLeftAgain,
     kRightDown,
     kRightUp,
+    kRightAgain,
     kMiddleDown,
     kMiddleUp,
-    // The second press of a double click, where the window is told of it.
-    kLeftAgain,
-    kRightAgain,
     kMiddleAgain,
 };
 
@@ -37,6 +42,10 @@ enum WindowKind {
 };
 
 enum Bits { kLeftBit = 1, kRightBit = 2, kMiddleBit = 16 };
+
+// The button that goes down or comes up with a message; 0: none.
+int PressedBy(Message message);
+int ReleasedBy(Message message);
 
 struct Options {
     bool navigation = false;
@@ -122,186 +131,30 @@ struct State {
     friend bool operator==(const State&, const State&) = default;
 };
 
-// The first difference of two states as a text for a reader; empty when there is none.
-std::string_view FirstDifference(const State& expected, const State& got, int* wanted, int* is);
+// The plug-in's globals that a state is read from.
+struct Field {
+    std::string_view global;
+    int State::* value;
+    bool at_rest;  // 0 once nothing goes on
+};
+struct PointField {
+    std::string_view global;
+    Point State::* value;
+};
+extern const std::span<const Field> kFields;
+extern const std::span<const PointField> kPointFields;
 
-// Every row and step that can be told apart from outside.
+// The first difference of two states as a text for a reader; empty when there is none.
+std::string Difference(const State& expected, const State& got);
+
 enum class Place : int {
-    kMouseOff,
-    kRedirectStart,
-    kRedirectEnd,
-    kRedirectPass,
-    kScrubWrapLeft,
-    kScrubWrapRight,
-    kScrubAnchor,
-    kScrubMove,
-    kScrubEndLeft,
-    kScrubEndRight,
-    kScrubEndMiddle,
-    kScrubEndKeyGone,
-    kScrubStartLeft,
-    kScrubStartRight,
-    kScrubStartMiddle,
-    kScrubNoThumb,
-    kScrubHover,
-    kPress1,
-    kPress2,
-    kPress3,
-    kPress4,
-    kPress5,
-    kPress6,
-    kPress7,
-    kPress8,
-    kPress9,
-    kPress10,
-    kPressLeftOff,
-    kPressNone,
-    kQuickRunning,
-    kQuickStartViewport,
-    kQuickStartClone,
-    kQuickStartTrackView,
-    kQuickStartUnwrap,
-    kQuickRefused,
-    kQuickEndViewport,
-    kQuickCancel,
-    kQuickEndTrackView,
-    kQuickEndUnwrap,
-    kQuickEndOtherEditor,
-    kQuickEndOther,
-    kQuickMoveTrackView,
-    kRelease1,
-    kRelease2,
-    kRelease3,
-    kRelease4,
-    kRelease5,
-    kRelease6,
-    kRelease7,
-    kRelease8,
-    kRelease9,
-    kRelease10,
-    kRelease11,
-    kRelease12,
-    kRelease13,
-    kReleaseNone,
-    kStartOrbitViewport,
-    kStartOrbitRefused,
-    kStartOrbitLocked,
-    kStartOrbitEditor,
-    kStartPanViewport,
-    kStartPanLocked,
-    kStartPanEditor,
-    kStartZoomViewport,
-    kStartZoomLocked,
-    kStartZoomEditor,
-    kOrbitToZoomViewport,
-    kOrbitToZoomLocked,
-    kOrbitToZoomEditor,
-    kPanToZoomViewport,
-    kPanToZoomLocked,
-    kPanToZoomEditor,
-    kZoomToPanViewport,
-    kZoomToPanLocked,
-    kZoomToPanEditor,
-    kZoomToOrbitViewport,
-    kZoomToOrbitRefused,
-    kZoomToOrbitLocked,
-    kZoomToOrbitEditor,
-    kEndZoomViewport,
-    kEndZoomLocked,
-    kEndZoomEditor,
-    kEndPanViewport,
-    kEndPanLocked,
-    kEndPanEditor,
-    kEndOrbitViewport,
-    kEndOrbitRefused,
-    kEndOrbitLocked,
-    kEndOrbitEditor,
-    kUnlockByLeft,
-    kUnlockIntoZoom,
-    kMoveOrbit,
-    kMovePanViewport,
-    kMovePanEditor,
-    kMovePanNowhere,
-    kMoveLocked,
-    kMoveLockedPan,
-    kMoveLockedPanZoom,
-    kZoomFirst,
-    kZoomFirstAtEdge,
-    kZoomWarpBack,
-    kZoomWarpSideways,
-    kZoomWrapTop,
-    kZoomWrapBottom,
-    kZoomMarkWarp,
-    kZoomEditorRestart,
-    kZoomMoveViewport,
-    kZoomMoveEditor,
-    kZoomMoveLocked,
-    kSelectNotNow,
-    kSelectAlt,
-    kSelectCtrl,
-    kSelectCtrlRight,
-    kSelectCtrlBoth,
-    kSelectCtrlSwapped,
-    kSelectReplayArrives,
-    kSelectReplayAgain,
-    kSelectPressBehind,
-    kSelectReleaseBehind,
-    kSelectPlain,
-    kSelectShiftEditor,
-    kSelectCtrlShiftEditor,
-    kSelectPushed,
-    kSelectNotPushed,
-    kSelectNoButton,
-    kSelectUndoRecord,
-    kSelectEndCtrl,
-    kSelectEndPop,
-    kSelectEndNoPop,
-    kSelectMoveOff,
-    kSelectMovePlain,
-    kSelectMoveEditor,
-    kSelectMoveButton,
-    kSelectMove,
-    kSecondPressTaken,
-    kSecondPressPasses,
-    kBetween,
-    kMousePass,
-    kKeyOff,
-    kKeyLock,
-    kKeyNudge,
-    kKeyRepeat,
-    kKeyAltHeld,
-    kKeyScrubOff,
-    kKeyScrubLater,
-    kKeySnap,
-    kKeyCursorButton,
-    kKeyCursorSchematic,
-    kKeyCursorEditor,
-    kKeyCursorNoSelect,
-    kKeyCursorElsewhere,
-    kKeyCursorOwn,
-    kKeyCursorArrow,
-    kKeyPass,
-    kZoomButtonWindows,
+#define PLACE(name, text) name,
+#include "tests/walks/places.inc"
+#undef PLACE
     kCount,
 };
 constexpr int kPlaces = static_cast<int>(Place::kCount);
 std::string_view NameOf(Place place);
-// Why no walk can get there; empty: it can.
-std::string_view WhyNever(Place place);
-
-enum class Handler {
-    kNone,
-    kStartOrbit,
-    kStartPan,
-    kStartZoom,
-    kOrbitToZoom,
-    kPanToZoom,
-    kZoomToPan,
-    kZoomToOrbit,
-    kEndZoom,
-    kEndPan,
-    kEndOrbit,
-};
 
 // The number of the arrow among the cursors.
 constexpr int kArrow = 32512;
@@ -313,7 +166,12 @@ struct Sent {
 };
 // What a move says that stands for one of the user's: it depends on who asked for keys before.
 constexpr int kAnyKeys = -1;
-std::string_view NameOf(Message message);
+std::string NameOf(Message message);
+
+constexpr bool Starts(NavAction action) {
+    return action == NavAction::kStartOrbit || action == NavAction::kStartPan ||
+           action == NavAction::kStartZoom;
+}
 
 // What became of an event.
 struct Outcome {
@@ -325,13 +183,11 @@ struct Outcome {
     bool redirected = false;  // a sculpt or paint tool took it
     bool quick_begins = false;
     bool shift_click = false;          // the press or the release of an emulated one
-    Handler handler = Handler::kNone;  // the last one that was called
+    std::optional<NavAction> handler;  // the last one that was called
     bool orbit_refused = false;
-    int press_row = 0;    // of the tables, from 1
-    int release_row = 0;  // the last one that applied
-    int used_bits = 0;    // the held buttons that the rows that applied ask for
-    int own_bit = 0;      // of the event's own button
-    int cursor = 0;       // that a key shows; 0: none
+    int used_bits = 0;  // the held buttons that the rows that applied ask for
+    int own_bit = 0;    // of the event's own button
+    int cursor = 0;     // that a key shows; 0: none
 };
 
 class Model {
@@ -368,7 +224,8 @@ private:
     bool PutBehind(std::string_view record, const MouseFacts& facts);
     void Send(Message message, int keys);
     void Inject(std::string_view records) { outcome_.injected.push_back(records); }
-    Answer Call(Handler handler, const MouseFacts& facts);
+    chords::Situation SituationOf(const MouseFacts& facts) const;
+    Answer Call(NavAction action, const MouseFacts& facts);
     Answer Unlock(const MouseFacts& facts);
     int ModifierCursor(const KeyFacts& facts);
     int ChosenCursor(bool alt, bool ctrl, bool shift) const;

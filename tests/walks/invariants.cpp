@@ -23,30 +23,8 @@ using hook_model::State;
 using scenario::Command;
 using scenario::Verb;
 
+// What is asked of the plug-in beside its state.
 enum Global {
-    kOrbit,
-    kZoom,
-    kPan,
-    kLocked,
-    kKind,
-    kHeld,
-    kQuick,
-    kClone,
-    kSelCtrl,
-    kSelShift,
-    kSelCtrlShift,
-    kNotPushed,
-    kReplayWaits,
-    kRedirect,
-    kScrub,
-    kScrubWrapped,
-    kAltOwed,
-    kRequests,
-    kSnap,
-    kNudge,
-    kZoomWarp,
-    kZoomLast,
-    kZoomVirtual,
     kSculptTool,
     kPaintTool,
     kPolyShift,
@@ -61,25 +39,15 @@ enum Global {
     kLockUser,
     kSlowZooming,
     kGizmoWasOn,
-    kGlobalCount,
 };
 
-constexpr const char* kNames[] = {
-    "g_orbitActive",      "g_zoomActive",      "g_panActive",
-    "g_navLocked",        "g_navKind",         "g_heldButtons",
-    "g_quickXform",       "g_shiftClone",      "g_selCtrl",
-    "g_selShift",         "g_selCtrlShift",    "g_selectNotPushed",
-    "g_replayWaits",      "g_sculptRedirect",  "g_scrubState",
-    "g_scrubWrapped",     "g_altUpPending",    "g_selectionLockRequests",
-    "g_heldSnapSticky",   "g_nudgeActive",     "g_zoomWarp",
-    "g_zoomLast",         "g_zoomVirtual",     "g_graphiteSculptTool",
-    "g_graphitePdTool",   "g_polyShiftActive", "g_hostRelease",
-    "useMayaStyle",       "altLeftArcRotate",  "altRightZoom",
-    "mClickXForms",       "useShiftClone",     "customSelectionCursors",
-    "lockArcRotateOrtho", "lockArcRotateUser", "slowZooming",
-    "g_gizmoWasOn",
+constexpr std::string_view kNames[] = {
+    "g_graphiteSculptTool", "g_graphitePdTool",       "g_polyShiftActive",  "g_hostRelease",
+    "useMayaStyle",         "altLeftArcRotate",       "altRightZoom",       "mClickXForms",
+    "useShiftClone",        "customSelectionCursors", "lockArcRotateOrtho", "lockArcRotateUser",
+    "slowZooming",          "g_gizmoWasOn",
 };
-static_assert(std::size(kNames) == kGlobalCount);
+static_assert(std::size(kNames) == kGizmoWasOn + 1);
 
 bool IsInput(Verb verb) {
     switch (verb) {
@@ -109,19 +77,16 @@ bool HasEffect(std::string_view pattern, size_t from = 0) {
 }
 
 hook_model::Message MessageOf(UINT message) {
-    switch (message) {
-        case WM_MOUSEMOVE: return hook_model::Message::kMove;
-        case WM_LBUTTONDOWN: return hook_model::Message::kLeftDown;
-        case WM_LBUTTONUP: return hook_model::Message::kLeftUp;
-        case WM_RBUTTONDOWN: return hook_model::Message::kRightDown;
-        case WM_RBUTTONUP: return hook_model::Message::kRightUp;
-        case WM_MBUTTONDOWN: return hook_model::Message::kMiddleDown;
-        case WM_MBUTTONUP: return hook_model::Message::kMiddleUp;
-        case WM_LBUTTONDBLCLK: return hook_model::Message::kLeftAgain;
-        case WM_RBUTTONDBLCLK: return hook_model::Message::kRightAgain;
-        case WM_MBUTTONDBLCLK: return hook_model::Message::kMiddleAgain;
-        default: return hook_model::Message::kOther;
-    }
+    return message >= WM_MOUSEMOVE && message <= WM_MBUTTONDBLCLK
+               ? static_cast<hook_model::Message>(message)
+               : hook_model::Message::kOther;
+}
+
+// The same of a message of a caption, border or menu bar.
+hook_model::Message MessageAnywhere(UINT message) {
+    return MessageOf(message >= WM_NCMOUSEMOVE && message <= WM_NCMBUTTONDBLCLK
+                         ? message - WM_NCMOUSEMOVE + WM_MOUSEMOVE
+                         : message);
 }
 
 hook_model::Point ToPoint(POINT point) {
@@ -152,23 +117,6 @@ int ButtonsDown() {
            (input::AsyncDown(VK_MBUTTON) ? hook_model::kMiddleBit : 0);
 }
 
-int ButtonOf(UINT message, bool* down) {
-    switch (message >= WM_NCLBUTTONDOWN && message <= WM_NCMBUTTONDBLCLK
-                ? message - WM_NCMOUSEMOVE + WM_MOUSEMOVE
-                : message) {
-        case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK: *down = true; return hook_model::kLeftBit;
-        case WM_LBUTTONUP: return hook_model::kLeftBit;
-        case WM_RBUTTONDOWN:
-        case WM_RBUTTONDBLCLK: *down = true; return hook_model::kRightBit;
-        case WM_RBUTTONUP: return hook_model::kRightBit;
-        case WM_MBUTTONDOWN:
-        case WM_MBUTTONDBLCLK: *down = true; return hook_model::kMiddleBit;
-        case WM_MBUTTONUP: return hook_model::kMiddleBit;
-        default: return 0;
-    }
-}
-
 // The message of a mouse that an effect sends to a window, and the keys that it tells of.
 std::optional<hook_model::Sent> SentBy(const std::string& effect) {
     if (!effect.starts_with("win SendMessageA ")) return {};
@@ -176,11 +124,8 @@ std::optional<hook_model::Sent> SentBy(const std::string& effect) {
     if (name == 0) return {};
     const size_t blank = effect.find(' ', name);
     const std::string_view text = std::string_view(effect).substr(name, blank - name);
-    using hook_model::Message;
-    for (const Message message :
-         {Message::kMove, Message::kLeftDown, Message::kLeftUp, Message::kRightDown,
-          Message::kRightUp, Message::kMiddleDown, Message::kMiddleUp})
-        if (hook_model::NameOf(message) == text)
+    for (UINT number = WM_MOUSEMOVE; number <= WM_MBUTTONDBLCLK; ++number)
+        if (const auto message = MessageOf(number); hook_model::NameOf(message) == text)
             return hook_model::Sent{message, std::atoi(effect.c_str() + blank)};
     return {};
 }
@@ -237,34 +182,15 @@ bool Checker::Fails(std::string_view call) const {
 }
 
 State Checker::PluginState() const {
+    const auto at = [](const int* place, int index) { return place ? place[index] : 0; };
     State now;
-    now.orbit = Value(kOrbit);
-    now.zoom = Value(kZoom);
-    now.pan = Value(kPan);
-    now.locked = Value(kLocked);
-    now.kind = Value(kKind);
-    now.held = Value(kHeld);
-    now.quick = Value(kQuick);
-    now.clone = Value(kClone);
-    now.sel_ctrl = Value(kSelCtrl);
-    now.sel_shift = Value(kSelShift);
-    now.sel_ctrl_shift = Value(kSelCtrlShift);
-    now.not_pushed = Value(kNotPushed);
-    now.waits = Value(kReplayWaits);
-    now.redirect = Value(kRedirect);
-    now.scrub = Value(kScrub);
-    now.scrub_wrapped = Value(kScrubWrapped);
-    now.alt_owed = Value(kAltOwed);
-    now.requests = Value(kRequests);
-    now.snap = Value(kSnap);
-    now.nudge = Value(kNudge);
-    now.zoom_warp = Value(kZoomWarp);
-    const auto point = [this](int index) {
-        const int* const place = globals_[static_cast<size_t>(index)];
-        return place ? hook_model::Point{place[0], place[1]} : hook_model::Point{};
-    };
-    now.zoom_last = point(kZoomLast);
-    now.zoom_virtual = point(kZoomVirtual);
+    size_t i = std::size(kNames);
+    for (const hook_model::Field& field : hook_model::kFields)
+        now.*field.value = at(globals_[i++], 0);
+    for (const hook_model::PointField& field : hook_model::kPointFields) {
+        now.*field.value = {at(globals_[i], 0), at(globals_[i], 1)};
+        ++i;
+    }
     return now;
 }
 
@@ -358,7 +284,7 @@ MouseFacts Checker::MouseFactsOf(const input::HookCall& call) const {
                         static_cast<int>(screen.bottom - screen.top)};
         facts.swapped = input::ButtonsAreSwapped();
     }
-    facts.thumb = Value(kScrub) && ThumbFound();
+    facts.thumb = PluginState().scrub && ThumbFound();
     facts.mode = Mode();
     const bool core = !Fails("GetCOREInterface");
     facts.selected = core && !Fails("GetSelNodeCount") ? world::SelectedCount() : 0;
@@ -460,10 +386,17 @@ bool Checker::IsLockOff() const {
 // --- the events ---
 
 void Checker::Begin() {
-    static_assert(kGlobals == kGlobalCount);
     began_ = true;
-    for (size_t i = 0; i < std::size(kNames); ++i)
-        globals_[i] = plugin::Find(kNames[i]);
+    const auto find = [this](std::string_view name) {
+        globals_.push_back(plugin::Find(std::string(name)));
+        if (!globals_.back()) broken_ = "the plug-in has no global " + std::string(name);
+    };
+    for (const std::string_view name : kNames)
+        find(name);
+    for (const hook_model::Field& field : hook_model::kFields)
+        find(field.global);
+    for (const hook_model::PointField& field : hook_model::kPointFields)
+        find(field.global);
     model_.Set(PluginState());
     depth_ = depth_seen_ = world::ModeDepth();
     lock_ = lock_seen_ = IsLockOn();
@@ -474,9 +407,10 @@ void Checker::Begin() {
 void Checker::BeforeHook(const input::HookCall& call) {
     asked_ = true;
     if (calls_.empty()) NoteHost();
-    bool pressed = false;
-    if (const int button = call.mouse ? ButtonOf(call.message, &pressed) : 0)
-        down_ = pressed ? down_ | button : down_ & ~button;
+    if (call.mouse) {
+        const auto message = MessageAnywhere(call.message);
+        down_ = (down_ | hook_model::PressedBy(message)) & ~hook_model::ReleasedBy(message);
+    }
     Call begun;
     begun.mouse = call.mouse;
     begun.event = call.mouse ? names::Message(call.message) + " in " + world::Of(call.window)
@@ -527,14 +461,10 @@ void Checker::AfterHook(const input::HookCall&, bool swallowed) {
 // Steps the model along a call and all that came in between.
 void Checker::Judge(const Call& call) {
     const State before = model_.Now();
-    int wanted = 0;
-    int is = 0;
     if (broken_.empty())
-        if (const std::string_view name =
-                hook_model::FirstDifference(before, call.at_begin, &wanted, &is);
-            !name.empty())
-            broken_ = "before " + call.event + ' ' + std::string(name) + " is " +
-                      std::to_string(is) + ", by the rules " + std::to_string(wanted);
+        if (const std::string difference = hook_model::Difference(before, call.at_begin);
+            !difference.empty())
+            broken_ = "before " + call.event + ' ' + difference;
     size_t next = 0;
     bool changed = false;
     const auto between = [this, &call, &next, &changed](int number) {
@@ -609,13 +539,8 @@ std::string Checker::Compare(const Call& call, const hook_model::Outcome& outcom
             return "after " + call.event + " the cursor is not " + shown.substr(14);
     }
     if (!call.toolbar.empty()) return "after " + call.event + ' ' + call.toolbar;
-    int wanted = 0;
-    int is = 0;
-    const std::string_view name =
-        hook_model::FirstDifference(model_.Now(), call.at_end, &wanted, &is);
-    if (name.empty()) return {};
-    return "after " + call.event + ' ' + std::string(name) + " is " + std::to_string(is) +
-           ", by the rules " + std::to_string(wanted);
+    const std::string difference = hook_model::Difference(model_.Now(), call.at_end);
+    return difference.empty() ? difference : "after " + call.event + ' ' + difference;
 }
 
 // Where the plug-in has just asked for a state of a button in the toolbar, the button has it, and
@@ -647,24 +572,10 @@ std::string Checker::Toolbar(const State& before, const State& after,
 }
 
 void Checker::NotePasses(const Call& call) {
-    using hook_model::Message;
-    struct Row {
-        Message press, again, release;
-        int bit;
-    };
-    static constexpr Row kRows[] = {
-        {Message::kLeftDown, Message::kLeftAgain, Message::kLeftUp, hook_model::kLeftBit},
-        {Message::kRightDown, Message::kRightAgain, Message::kRightUp, hook_model::kRightBit},
-        {Message::kMiddleDown, Message::kMiddleAgain, Message::kMiddleUp, hook_model::kMiddleBit},
-    };
-    const Message message = call.mouse_facts.message;
-    for (const Row& row : kRows) {
-        if (message == row.press || message == row.again)
-            passed_presses_ =
-                call.swallowed ? passed_presses_ & ~row.bit : passed_presses_ | row.bit;
-        if (message == row.release && call.swallowed && (passed_presses_ & row.bit))
-            ledger_.Note(Exemption::kReleaseKept, {Check::kCapture});
-    }
+    const int pressed = hook_model::PressedBy(call.mouse_facts.message);
+    passed_presses_ = call.swallowed ? passed_presses_ & ~pressed : passed_presses_ | pressed;
+    if (call.swallowed && (hook_model::ReleasedBy(call.mouse_facts.message) & passed_presses_))
+        ledger_.Note(Exemption::kReleaseKept, {Check::kCapture});
 }
 
 void Checker::Before(const Command& command) {

@@ -85,8 +85,7 @@ private:
     void NotePasses(const Call& call);
     void ForgetWhatIsClean();
 
-    static constexpr int kGlobals = 37;
-    std::array<const int*, kGlobals> globals_{};
+    std::vector<const int*> globals_;  // of kNames, then those of a state
     bool began_ = false;
     hook_model::Model model_;
     std::vector<Call> calls_;  // from the outermost one to the innermost one

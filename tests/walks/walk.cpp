@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <set>
 
+#include "standin/engine/plugin/globals.h"
+#include "tests/walks/hook_model.h"
+
 namespace walk {
 namespace {
 
@@ -24,10 +27,8 @@ constexpr const char* kPlaces[] = {
 constexpr const char* kViews[] = {"viewport.top", "viewport.front", "viewport.user",
                                   "viewport.persp"};
 constexpr const char* kKinds[] = {"persp", "ortho", "user"};
-constexpr const char* kOptions[] = {"altRightZoom",          "mClickXForms",   "hideMClickXForms",
-                                    "useShiftClone",         "focusViewports", "lockArcRotateOrtho",
-                                    "lockArcRotateUser",     "slowZooming",    "altLeftArcRotate",
-                                    "customSelectionCursors"};
+using plugin::kOptions;
+constexpr std::string_view kNavigation = "useMayaStyle";
 constexpr const char* kObjects[] = {"Box001", "Sphere001", "Cone001", "Torus001"};
 constexpr const char* kControls[] = {
     "options.1",    "options.2",    "options.12321", "options.1004", "options.1005",
@@ -62,38 +63,32 @@ constexpr const char* kLastDown = "key down f8";
 constexpr const char* kLastUp = "key up f8";
 
 // What a walk may leave behind for good; the next part begins without it.
-constexpr const char* kResetCommands[] = {
-    "mode 6",
-    "polytools present",
-    "scripts take 0",
-    "polytools sculpt 0",
-    "polytools pd 0",
-    "polytools shift off",
-    "action 0 59231 off",
-    "action 0 40105 on",
-    "poke g_orbitActive 0",
-    "poke g_zoomActive 0",
-    "poke g_panActive 0",
-    "poke g_navLocked 0",
-    "poke g_heldButtons 0",
-    "poke g_quickXform 0",
-    "poke g_shiftClone 0",
-    "poke g_selCtrl 0",
-    "poke g_selShift 0",
-    "poke g_selCtrlShift 0",
-    "poke g_selectNotPushed 0",
-    "poke g_replayWaits 0",
-    "poke g_sculptRedirect 0",
-    "poke g_scrubState 0",
-    "poke g_scrubWrapped 0",
-    "poke g_altUpPending 0",
-    "poke g_selectionLockRequests 0",
-    "poke g_gizmoWasOn 0",
-    "poke g_heldSnapSticky 0",
-    "poke g_activeToolButton 0",
-    "poke g_pendingSculptButton 0",
-    "poke useMayaStyle 1",
-};
+const Lines& ResetCommands() {
+    static const Lines lines = [] {
+        Lines reset = {"mode 6",
+                       "polytools present",
+                       "scripts take 0",
+                       "polytools sculpt 0",
+                       "polytools pd 0",
+                       "polytools shift off",
+                       "action 0 59231 off",
+                       "action 0 40105 on",
+                       "poke g_gizmoWasOn 0",
+                       "poke g_activeToolButton 0",
+                       "poke g_pendingSculptButton 0",
+                       "poke useMayaStyle 1"};
+        for (const hook_model::Field& field : hook_model::kFields)
+            if (field.at_rest) reset.push_back("poke " + std::string(field.global) + " 0");
+        return reset;
+    }();
+    return lines;
+}
+
+bool IsReset(const std::string& line) {
+    const Lines& reset = ResetCommands();
+    return std::find(reset.begin(), reset.end(), line) != reset.end();
+}
+
 constexpr int kPartOfAWalk = 400;  // commands between two rests
 
 constexpr int kWidth = 1280, kHeight = 1024;  // of the main monitor
@@ -117,8 +112,9 @@ public:
         if (kind_.left || kind_.top)
             Step("screen " + Number(kind_.left) + "," + Number(kind_.top) + " " +
                  Number(kWidth - kind_.left) + "x" + Number(kHeight - kind_.top));
-        for (const char* option : kOptions)
-            if (dice_.Once(3)) Step("ini " + std::string(option) + "=" + Number(dice_.Below(2)));
+        for (const std::string_view option : kOptions)
+            if (option != kNavigation && dice_.Once(3))
+                Step("ini " + std::string(option) + "=" + Number(dice_.Below(2)));
         Step("start");
         int of_part = 0;
         while (done_ < commands) {
@@ -166,7 +162,7 @@ private:
             OneKeyUp(key);
         Step(kLastDown);
         Step(kLastUp);
-        for (const char* line : kResetCommands)
+        for (const std::string& line : ResetCommands())
             Step(line);
         last_size_ = static_cast<int>(lines_.size());
     }
@@ -181,7 +177,7 @@ private:
         if (roll < 56) return Key();
         if (roll < 61) return Command();
         if (roll < 63) return Step("clock +" + Number(dice_.Between(1, 150)));
-        if (roll < 65) return Step("poke " + std::string(Any(kOptions)) + " " + Number(Mostly()));
+        if (roll < 65) return PokeOption();
         if (roll < 67) return Window();
         if (roll < 69 && !kind_.faults.empty()) return Fault();
         if (roll < 77) return World();
@@ -190,6 +186,13 @@ private:
     }
 
     int Mostly() { return dice_.Once(3) ? 0 : 1; }
+
+    void PokeOption() {
+        const int value = Mostly();
+        // Navigation is the last one; a command switches it.
+        const int option = dice_.Below(static_cast<int>(std::size(kOptions)) - 1);
+        Step("poke " + std::string(kOptions[option]) + " " + Number(value));
+    }
 
     void Command() {
         // Commands that do not exist are refused.
@@ -862,11 +865,7 @@ Lines Repair(const Lines& lines) {
     if (rests) {
         // Nothing but what is put right has come since.
         const auto rest = std::find(repaired.rbegin(), repaired.rend(), kLastUp);
-        const auto resets = [](const std::string& line) {
-            return std::find(std::begin(kResetCommands), std::end(kResetCommands), line) !=
-                   std::end(kResetCommands);
-        };
-        if (std::all_of(repaired.rbegin(), rest, resets)) return repaired;
+        if (std::all_of(repaired.rbegin(), rest, IsReset)) return repaired;
     }
     if (busy) repaired.push_back("busy off");
     if (peeks) repaired.push_back("peek off");
@@ -888,12 +887,9 @@ size_t HeadOf(const Lines& lines) {
 }
 
 size_t EventsIn(const Lines& lines) {
-    return static_cast<size_t>(std::count_if(
-        lines.begin() + static_cast<std::ptrdiff_t>(HeadOf(lines)), lines.end(),
-        [](const std::string& line) {
-            return std::find(std::begin(kResetCommands), std::end(kResetCommands), line) ==
-                   std::end(kResetCommands);
-        }));
+    return static_cast<size_t>(
+        std::count_if(lines.begin() + static_cast<std::ptrdiff_t>(HeadOf(lines)), lines.end(),
+                      [](const std::string& line) { return !IsReset(line); }));
 }
 
 std::string Text(const Lines& lines) {
