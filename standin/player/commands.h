@@ -12,13 +12,16 @@ namespace player {
 
 // What a play remembers from one command to the next.
 struct Game {
+    Game(const Options& given, const std::string& settings)
+        : options(given), settings_file(settings) {}
+
     const Options& options;
     std::string settings_file;
     bool peeks = false;
     bool reenters = false;
     bool skips_lines = false;  // after `expect …`
     unsigned long long allocations = 0;
-    std::string difference{};  // from what was expected, the first one
+    std::string difference;  // from what was expected, the first one
 };
 
 // Empty when done, else why it can not be done.

@@ -235,7 +235,7 @@ class Player {
 public:
     Player(const Options& options, const scenario::Scenario& scenario,
            const std::string& settings_file)
-        : options_(options), scenario_(scenario), game_{options, settings_file} {}
+        : options_(options), scenario_(scenario), game_(options, settings_file) {}
 
     int Run() {
         for (const Command& command : scenario_.commands) {

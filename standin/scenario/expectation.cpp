@@ -79,7 +79,7 @@ bool MatchesLine(std::string_view expected, std::string_view got) {
         got = got.substr(0, static_cast<size_t>(word.data() - got.data()) - 1);
         if (std::any_of(wanted.begin(), wanted.end(),
                         [word](std::string_view asked) { return NameIn(asked) == NameIn(word); }))
-            more = ' ' + std::string(word) + more;
+            more.insert(0, ' ' + std::string(word));
     }
     return Matches(expected, std::string(got) + more);
 }

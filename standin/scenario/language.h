@@ -120,12 +120,12 @@ enum class Check {
 struct Argument {
     std::string_view name;
     Check check;
-    std::string_view help{};  // what it is, or the values
+    std::string_view help;  // what it is, or the values
     long long lowest = -2147483648LL;
     long long highest = 4294967295LL;
 };
 std::span<const Argument> Arguments();
-inline constexpr Argument kAnyNumber = {"", Check::kNumber};
+inline constexpr Argument kAnyNumber = {"", Check::kNumber, ""};
 
 // What `show` can show.
 struct Subject {

@@ -16,8 +16,9 @@ std::optional<long long> Number(std::string_view text) {
     const bool hex = text.starts_with("0x") || text.starts_with("0X");
     if (hex) text.remove_prefix(2);
     long long value = 0;
-    const char* const end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, value, hex ? 16 : 10);
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const auto read = std::from_chars(begin, end, value, hex ? 16 : 10);
     if (text.empty() || read.ec != std::errc() || read.ptr != end || value < 0) return {};
     return negative ? -value : value;
 }

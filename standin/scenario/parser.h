@@ -45,7 +45,7 @@ struct Vocabulary {
     std::function<bool(std::string_view)> is_fault;
     std::function<bool(std::string_view)> is_global;  // of the plug-in
     // Names to propose for one that is not known; may be missing.
-    std::function<std::vector<std::string>(Check)> names{};
+    std::function<std::vector<std::string>(Check)> names = nullptr;
 };
 
 struct Mistake {
