@@ -40,6 +40,7 @@ HWND g_main_window = nullptr;
 std::map<HWND, bool> g_checked_buttons;
 std::vector<HWND> g_activated;
 int g_view_questions = 0;
+int g_mode = 0;
 
 struct Message {
     HWND window;
@@ -154,7 +155,7 @@ void SetActiveViewport(HWND window) {
     g_activated.push_back(window);
 }
 std::optional<int> CurrentModeId() {
-    return kModeMove;
+    return g_mode;
 }
 void PushStandardMode(int) {}
 void PopModeIfStacked() {}
@@ -190,6 +191,7 @@ protected:
         g_messages.clear();
         g_active_view = nullptr;
         g_main_window = nullptr;
+        g_mode = host::kModeMove;
         g_settings = {};
         g_hostRelease = 13900;
         g_lastFocusedViewport = nullptr;
@@ -242,6 +244,14 @@ private:
     std::vector<HWND> windows_;
     std::set<std::string> classes_;
 };
+
+const bool g_nothing_was_kept = g_searchCtrlId == 0 && g_searchText[0] == '\0' &&
+                                !g_activeToolButton && g_pendingSculptButton == 0 && !g_viewPanel &&
+                                !g_lastFocusedViewport;
+
+TEST_F(HostWindows, NothingIsKeptFromTheLoadingOn) {
+    EXPECT_TRUE(g_nothing_was_kept);
+}
 
 TEST_F(HostWindows, KindsGoByWholeClassNames) {
     EXPECT_EQ(ClassifyWindow(Make("TrackBar")), kWindowTrackBar);
@@ -296,6 +306,77 @@ TEST_F(HostWindows, ABrushIsLookedForInItsPanelOnly) {
     EXPECT_EQ(g_activeToolButton, button);
 }
 
+// The button that a drag in a view would click again.
+HWND BrushInUse(HWND view) {
+    g_activeToolButton = nullptr;
+    SuspendToolForView(PressIn(view), host::kModeZoomView);
+    return g_activeToolButton;
+}
+
+TEST_F(HostWindows, BrushesAreFoundByNumberAndCaption) {
+    constexpr int kPainterMode = 0x4F298C8B;
+    struct Brush {
+        const char* panel;
+        int mode;
+        int id;
+        const char* caption;  // empty: any
+    };
+    const Brush brushes[] = {
+        {"Command Panel", kPainterMode, 4184, "Push/Pull"},
+        {"Command Panel", kPainterMode, 4185, "Relax"},
+        {"Command Panel", kPainterMode, 4186, "Revert"},
+        {"VertexPaint", host::kModeMove, 1007, "Paint"},
+        {"VertexPaint", host::kModeMove, 1008, "Erase"},
+        {"VertexPaint", host::kModeMove, 1009, ""},
+        {"VertexPaint", host::kModeMove, 1077, ""},
+    };
+    const HWND view = Make("View");
+    for (const Brush& brush : brushes) {
+        g_main_window = Make("Main");
+        const HWND page = Make("Page", Make("Panel", g_main_window, 0, brush.panel));
+        for (const char* caption : {brush.caption, "Another"}) {
+            const HWND button = Make("CustButton", page, brush.id, caption);
+            g_checked_buttons = {{button, true}};
+            const bool wanted = caption == brush.caption || !brush.caption[0];
+            g_mode = brush.mode;
+            EXPECT_EQ(BrushInUse(view), wanted ? button : nullptr) << brush.id << caption;
+            // The first panel counts in the painter's mode alone.
+            g_mode = 5;
+            EXPECT_EQ(BrushInUse(view), wanted && brush.mode != kPainterMode ? button : nullptr)
+                << brush.id << caption;
+            g_checked_buttons[button] = false;
+            g_mode = brush.mode;
+            EXPECT_EQ(BrushInUse(view), nullptr) << brush.id << caption;
+            DestroyWindow(button);
+        }
+    }
+}
+
+TEST_F(HostWindows, OfSeveralBrushesTheOneWithTheLowestNumberCounts) {
+    g_main_window = Make("Main");
+    const HWND view = Make("View");
+    const HWND page = Make("Page", Make("Panel", g_main_window, 0, "VertexPaint"));
+    HWND lower = nullptr;
+    for (const int id : {1077, 1009, 1008, 1007}) {
+        lower = Make("CustButton", page, id, id == 1007 ? "Paint" : "Erase");
+        g_checked_buttons[lower] = true;
+        EXPECT_EQ(BrushInUse(view), lower) << id;
+    }
+}
+
+TEST_F(HostWindows, WhatADragBeforeHasLeftIsForgottenOutsideOfThePaintersMode) {
+    g_main_window = Make("Main");
+    const HWND view = Make("View");
+    const HWND left = Make("CustButton", g_main_window, 4184, "Push/Pull");
+    g_activeToolButton = left;
+    SuspendToolForView(PressIn(view), host::kModeZoomView);
+    EXPECT_EQ(g_activeToolButton, nullptr);
+    g_mode = 0x4F298C8B;
+    g_activeToolButton = left;
+    SuspendToolForView(PressIn(view), host::kModeZoomView);
+    EXPECT_EQ(g_activeToolButton, left);
+}
+
 TEST_F(HostWindows, TheHostIsAskedForAWindowWithoutParentToo) {
     const HWND window = Make("Alone");
     g_view_questions = 0;
@@ -316,9 +397,12 @@ TEST_F(HostWindows, NullIsTheWindowUnderTheCursor) {
 }
 
 TEST_F(HostWindows, AWindowThatIsGoneIsNoKind) {
-    const HWND window = Make("TVTrackWindow");
-    DestroyWindow(window);
-    EXPECT_EQ(ClassifyWindow(window), kWindowOther);
+    for (const char* name : {"TrackBar", "UnwrapView", "SVGraphWindow", "TVTrackWindow"}) {
+        const HWND window = Make(name);
+        EXPECT_NE(ClassifyWindow(window), kWindowOther) << name;
+        DestroyWindow(window);
+        EXPECT_EQ(ClassifyWindow(window), kWindowOther) << name;
+    }
 }
 
 TEST_F(HostWindows, CustomButtonsAreFoundDepthFirst) {
@@ -408,6 +492,17 @@ TEST_F(HostWindows, AChangeOfTheScreenIsHeardOfInADrag) {
     EXPECT_EQ(g_messages.back(),
               (Message{g_main_window, WM_DISPLAYCHANGE, 32, MAKELPARAM(1000, 1200)}));
     g_screen_width = 1600;
+}
+
+// A second start may come when the host has no main window any more.
+TEST_F(HostWindows, WithoutAMainWindowTheProcedureBeforeStaysKnown) {
+    const HWND frame = Make("HostFrame");
+    g_main_window = frame;
+    InstallViewportAutoFocus();
+    g_main_window = nullptr;
+    InstallViewportAutoFocus();
+    EXPECT_EQ(SendMessageA(frame, WM_NOTIFY, 7, 8), kAnswer);
+    EXPECT_EQ(g_messages, (std::vector<Message>{{frame, WM_NOTIFY, 7, 8}}));
 }
 
 TEST_F(HostWindows, OnlyShortcutsMoveTheFocus) {

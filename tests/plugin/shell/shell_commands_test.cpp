@@ -1,5 +1,5 @@
-// The action table and what its callback does for each command, with everything around them played:
-// each effect is written down, in order.
+// The start, the action table and what its callback does for each command, with everything around
+// them played: each effect is written down, in order.
 
 #include <windows.h>
 
@@ -13,15 +13,20 @@
 #include <vector>
 
 #include "assists/gizmo_and_lock.h"
+#include "assists/isolated_playback.h"
 #include "assists/pixel_nudge.h"
 #include "assists/sticky_snap.h"
+#include "hooks/arrow_key_filter.h"
+#include "hooks/viewport_focus.h"
 #include "host/host.h"
+#include "host/toolbar_controls.h"
 #include "navigation/time_scrub.h"
 #include "resources/module.h"
 #include "script/script_texts.h"
-#include "settings/plugin_settings.h"
+#include "settings/settings_store.h"
 #include "shell/action_callback.h"
 #include "shell/action_table.h"
+#include "shell/utility.h"
 #include "windows/about.h"
 #include "windows/options_window.h"
 #include "windows/welcome_window.h"
@@ -37,11 +42,15 @@ const HWND kMain = WindowNumber(0x100);
 const HWND kOptions = WindowNumber(0x200);
 const HWND kWelcome = WindowNumber(0x300);
 const HWND kUnderCursor = WindowNumber(0x400);
+const HACCEL kKeys = reinterpret_cast<HACCEL>(static_cast<INT_PTR>(0x500));
 
 Lines g_lines;
 std::string g_class;
 const char* g_text = nullptr;
 int g_release = 0;
+bool g_welcome_wanted = true;
+bool g_menu_is_new = true;
+GUP* g_utility = nullptr;
 
 std::string Number(LONG_PTR value) {
     return std::to_string(value);
@@ -77,7 +86,7 @@ LRESULT WINAPI PlayedSendMessage(HWND window, UINT message, WPARAM wparam, LPARA
 HACCEL WINAPI PlayedLoadAccelerators(HINSTANCE module, LPCSTR name) {
     EXPECT_EQ(module, g_module);
     g_lines.push_back("accelerators " + Number(reinterpret_cast<INT_PTR>(name)));
-    return nullptr;
+    return kKeys;
 }
 
 }  // namespace
@@ -128,6 +137,24 @@ void SaveOptions() {
 void RefreshOptionsPage() {
     g_lines.push_back("page");
 }
+void InstallViewportAutoFocus() {
+    g_lines.push_back("focus");
+}
+void InstallViewportKeyFilters() {
+    g_lines.push_back("filters");
+}
+void FindToolbarControls() {
+    g_lines.push_back("controls");
+}
+void LoadSettings() {
+    g_lines.push_back("settings");
+}
+bool IsWelcomePopupEnabled() {
+    return g_welcome_wanted;
+}
+void RegisterPlaybackCallback() {
+    g_lines.push_back("playback");
+}
 
 namespace host {
 
@@ -148,7 +175,37 @@ void PrintToListener(const char* text) {
     g_lines.push_back(std::string("listener ") + text);
 }
 void RunScript(char* text) {
-    g_lines.push_back(std::string("script ") + text);
+    const std::string whole = text;
+    g_lines.push_back("script " + whole.substr(0, whole.find('\n')));
+}
+void SetScriptRunner(GUP& utility) {
+    g_lines.push_back(&utility == g_utility ? "runner" : "another runner");
+}
+void ActivateActionCallback(ActionCallback* callback, unsigned long table) {
+    g_lines.push_back((callback ? "callback for " : "no callback for ") + std::to_string(table));
+}
+bool RegisterMenuContext(int id, const char* name) {
+    g_lines.push_back("menu context " + Number(id) + " " + name);
+    return g_menu_is_new;
+}
+// Entries are their numbers here.
+IMenu* NewMenu(const char* title) {
+    g_lines.push_back(std::string("menu ") + title);
+    return reinterpret_cast<IMenu*>(static_cast<INT_PTR>(1000));
+}
+IMenuItem* NewActionEntry(unsigned long table, int action) {
+    EXPECT_EQ(table, 0x737D5FB8u);
+    return reinterpret_cast<IMenuItem*>(static_cast<INT_PTR>(action));
+}
+IMenuItem* NewSeparatorEntry() {
+    return reinterpret_cast<IMenuItem*>(static_cast<INT_PTR>(100));
+}
+void AppendEntry(IMenu* menu, IMenuItem* entry) {
+    EXPECT_EQ(reinterpret_cast<INT_PTR>(menu), 1000);
+    g_lines.push_back("entry " + Number(reinterpret_cast<INT_PTR>(entry)));
+}
+void InsertIntoMainMenuBar(IMenu* menu) {
+    g_lines.push_back("inserted " + Number(reinterpret_cast<INT_PTR>(menu)));
 }
 
 }  // namespace host
@@ -172,6 +229,8 @@ protected:
         g_settings = {};
         g_optionsWindow = nullptr;
         g_welcomeWindow = nullptr;
+        g_welcome_wanted = true;
+        g_menu_is_new = true;
         g_lines.clear();
     }
     static Lines Taken() {
@@ -193,6 +252,40 @@ protected:
         return *table;
     }
 };
+
+TEST_F(ShellCommands, TheStartGoesStepByStep) {
+    KarvelMax utility;
+    g_utility = &utility;
+    EXPECT_EQ(utility.Start(), 0u);
+    const Lines beginning = {"runner",   "focus",    "filters", "callback for 1937596344",
+                             "controls", "settings", "playback"};
+    const Lines framing = {"script fn kv_frameView selType = ",
+                           "menu context 914580876 Flinder Menu Context"};
+    const Lines menu = {"menu Flinder", "entry 8",  "entry 100",    "entry 5",
+                        "entry 22",     "entry 21", "inserted 1000"};
+    Lines expected = beginning;
+    expected.push_back("welcome opened");
+    expected.insert(expected.end(), framing.begin(), framing.end());
+    expected.insert(expected.end(), menu.begin(), menu.end());
+    EXPECT_EQ(Taken(), expected);
+
+    // The user does not want to be greeted, and the menu is there from an earlier start.
+    g_welcome_wanted = false;
+    g_menu_is_new = false;
+    EXPECT_EQ(utility.Start(), 0u);
+    expected = beginning;
+    expected.insert(expected.end(), framing.begin(), framing.end());
+    EXPECT_EQ(Taken(), expected);
+}
+
+TEST_F(ShellCommands, TheUtilityKeepsNothingAndStopsNothing) {
+    KarvelMax utility;
+    utility.Stop();
+    EXPECT_EQ(utility.Control(7), 0u);
+    EXPECT_EQ(utility.Save(nullptr), 0);
+    EXPECT_EQ(utility.Load(nullptr), 0);
+    EXPECT_EQ(g_lines, Lines{});
+}
 
 TEST_F(ShellCommands, EachDoesItsOwn) {
     Expect(1, kDone, {"lock 1 by 4 1"});
@@ -301,6 +394,7 @@ TEST_F(ShellCommands, TheTableIsMadeInOrder) {
     EXPECT_EQ(table->GetId(), 0x737D5FB8u);
     EXPECT_EQ(table->GetContextId(), 0x737D5FB8u);
     EXPECT_STREQ(table->GetName().data(), "Karvel");
+    EXPECT_EQ(table->GetDefaultHAccel(), kKeys);
     g_release = 6999;
     EXPECT_EQ(Table().Count(), 16);
     g_release = 7000;
