@@ -6,6 +6,7 @@
 
 import importlib
 import pathlib
+import re
 import sys
 import tempfile
 import unittest
@@ -230,6 +231,42 @@ class Results(unittest.TestCase):
         entry = later.find("a.cpp: b => c", "sum")
         self.assertFalse(later.is_final(entry))
         self.assertEqual({"a.scn"}, later.met_by(entry))
+
+
+class Programs(unittest.TestCase):
+    def test_every_program_with_sources_of_the_plugin_is_tried(self):
+        folders = "|".join(mutation_tests.PLUGIN_FOLDERS)
+        of_plugin = re.compile(rf"CMAKE_SOURCE_DIR}}/(?:{folders})/|karvel_pure")
+        found = {match.group(1)
+                 for file in (ROOT / "tests").rglob("CMakeLists.txt")
+                 for match in re.finditer(r"karvel_gtest\((\w+)([^()]*)\)", file.read_text())
+                 if of_plugin.search(match.group(2))}
+        self.assertIn("host_windows_test", found)
+        # What loads the whole file needs none of its sources.
+        self.assertEqual(found | {mutation_tests.LOADER}, set(mutation_tests.TEST_PROGRAMS))
+
+    def test_a_failing_play_is_told_from_one_that_goes_on(self):
+        for line, why in (("expected \"out swallow\"", "expected"),
+                          ("crashed with exception c0000005", "crashed"),
+                          ("no progress for 10 seconds, the play is ended here", "no progress")):
+            said = mutation_tests.PLAY_FAILS.search(f"tests/scenarios/a/b/c.scn:7: {line}\n")
+            self.assertEqual(("tests/scenarios/a/b/c.scn", why), said.groups())
+        self.assertIsNone(mutation_tests.PLAY_FAILS.search("the play is begun again\n"))
+        self.assertEqual("3", mutation_tests.WALK_FAILS.search("seed 1\nwalk 3 fails: x").group(1))
+
+    def test_lines_are_found_whatever_the_compiler_calls_their_file(self):
+        lines = [{"line_number": 3, "count": 2}, {"line_number": 4, "count": 0}]
+        for name in ("../../host/core.cpp", "/elsewhere/host/core.cpp"):
+            found = mutation_tests.LineMap(ROOT, ROOT / "build").lines_of({
+                "current_working_directory": "/elsewhere/build/coverage",
+                "files": [{"file": name, "lines": lines},
+                          {"file": "/usr/include/c++/vector", "lines": lines},
+                          {"file": "../../sdk/include/max.h", "lines": lines}]})
+            self.assertEqual({"host/core.cpp": ({3, 4}, {3})}, found)
+
+    def test_a_compilers_cache_is_left_out(self):
+        self.assertEqual(["g++", "-c"], mutation_tests.without_cache(["/usr/bin/ccache", "g++", "-c"]))
+        self.assertEqual(["g++", "-c"], mutation_tests.without_cache(["g++", "-c"]))
 
 
 class Survivors(unittest.TestCase):

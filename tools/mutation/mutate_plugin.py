@@ -34,6 +34,7 @@ import collections
 import concurrent.futures
 import difflib
 import json
+import math
 import pathlib
 import re
 import sys
@@ -52,6 +53,7 @@ AIM = 95.0
 FEWEST_OF_A_FILE = 4
 # Most changes are noticed by one of so many; what needs more comes after all the others.
 FIRST_SCENARIOS = 28
+PARTS = (0.25, 0.5, 0.75, 1)
 
 
 class Mistake(Exception):
@@ -251,7 +253,7 @@ class Order:
         for line, test in self.noticed[mutant.file]:
             scores[test] += 1 / (1 + abs(line - mutant.line))
         if earlier:
-            scores[earlier] += 100
+            scores[earlier] += tests.NOTICED_BEFORE
         return scores
 
     def statement_lines(self, file, mutant):
@@ -361,6 +363,7 @@ class Shared:
     def __init__(self, jobs):
         WORK.mkdir(parents=True, exist_ok=True)
         self.build = tests.GnuBuild(ROOT, WORK)
+        self.build.check_programs(tests.Wine())
         self.lines = tests.LineMap(ROOT, WORK)
         self.lines.load([tests.Wine(number) for number in range(jobs)], say)
         self.results = Results(WORK / "results.json", sums_of_tests())
@@ -390,6 +393,7 @@ class Run:
         self.candidates = candidates
         self.seed = seed
         self.shares = shares(candidates, options.count)
+        self.goals = self.shares
         self.lock = threading.Lock()
         self.stopped = False
         self.started = {name: 0 for name in candidates}   # how many of a file's were taken
@@ -402,7 +406,7 @@ class Run:
     def next_of(self, file):
         with self.lock:
             at = self.started[file]
-            if self.stopped or len(self.counted[file]) >= self.shares[file] or \
+            if self.stopped or len(self.counted[file]) >= self.goals[file] or \
                     at >= len(self.order_of_file[file]):
                 return None
             self.started[file] += 1
@@ -429,7 +433,8 @@ class Run:
         """With a limit, a mutant that needs more than so many scenarios waits for its turn."""
         name = plain_name(mutant)
         entry = self.results.find(name, self.sums[mutant.file])
-        if entry is None or not (self.results.is_final(entry) or (limit and entry["met"])):
+        has_begun = limit and entry and tests.NO_SCENARIOS in self.results.met_by(entry)
+        if entry is None or not (self.results.is_final(entry) or has_begun):
             entry = self.try_out(job, mutant, entry, limit)
             if entry["by"]:
                 self.order.note(mutant.file, mutant.line, entry["by"].split(" ")[0])
@@ -470,15 +475,17 @@ class Run:
         if tests.NO_SCENARIOS in met_before:
             readers = None
         by, met = job.noticed_by(mutant, changed, readers, order, scores, limit)
-        result = "noticed" if by else "survived" if set(order) <= set(met) else "open"
+        result = "noticed" if by else "open" if limit else "survived"
         say(f"{result:8}  {name}" + (f"   by {by}" if by else ""))
         return self.results.add(name, source, result, by or "", code, met_before | set(met),
                                 mutant.line)
 
-    def begin(self, shared):
-        """Tries each mutant on the tests that are likely to notice it."""
+    def begin(self, shared, part):
+        """Tries this part of the mutants, of each file alike, on the tests that are likely to notice
+        them."""
         self.build, self.results = shared.build, shared.results
         self.order, self.sums = shared.order, shared.sums
+        self.goals = {file: math.ceil(share * part) for file, share in self.shares.items()}
         self.run(self.work_on)
         noticed, count = self.noticed_of_all()
         say(f"seed {self.seed}: {noticed} of {count} noticed, {len(self.waiting)} wait for more tests")
@@ -578,8 +585,10 @@ def main():
             print_list(run)
         return 0
     shared = Shared(options.jobs)
-    for run in runs:
-        run.begin(shared)
+    # In turns, so that all seeds have come as far when this is broken off.
+    for part in PARTS:
+        for run in runs:
+            run.begin(shared, part)
     for run in runs:
         run.run(run.finish)
     return 0 if report(runs, explained) else 1

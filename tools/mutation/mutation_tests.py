@@ -28,8 +28,7 @@ WINE = "/usr/lib/wine/wine64"
 GCOV = "x86_64-w64-mingw32-gcov-posix"
 LINKER = "ld.lld-19"
 # Headers that take most of the time of a source that reads them.
-LARGE_HEADERS = ("windows.h", "max.h", "gtest.h", "gmock.h")
-INCLUDED_AS = {"gtest.h": "gtest/gtest.h", "gmock.h": "gmock/gmock.h"}
+LARGE_HEADERS = ("windows.h", "max.h")
 PLUGIN_FOLDERS = tuple(rooms.names())
 # Programs of test cases, by the folder of the build that they lie in. Those that link sources of the
 # plug-in are linked anew with a changed one; the last one loads the file.
@@ -43,6 +42,7 @@ TEST_PROGRAMS = {
     "own_windows_test": "tests_bin",
     "registration_test": "tests_bin",
     "playback_test": "tests_bin",
+    "modifier_cursor_test": "tests_bin",
     "settings_store_test": "tests_bin",
     "shell_commands_test": "host",
     "missing_host_test": "host",
@@ -58,9 +58,13 @@ RAW_HOST_SUBJECT = "tests_bin/raw_host_subject.dll"
 WALK = ("--seed", "1", "--events", "30000")
 WALK_FAILS = re.compile(r"^walk (\d+) fails", re.M)
 # Tests that play with the file in a way of their own, tried on what nothing else has noticed.
-TEST_SCRIPTS = (("tests/plugin/windows/dialogs_test.sh", "gnu"), ("tests/plugin/windows/settings_file_test.sh", "gnu"),
+TEST_SCRIPTS = (("tests/plugin/windows/dialogs_test.sh", "gnu"),
+                ("tests/plugin/windows/settings_file_test.sh", "gnu"),
                 ("tests/benchmarks/check_cost.sh",))
-# How many scenarios are played before the tests that take longer, and may notice more.
+# What makes a test the first to be tried: that it has noticed this very change in earlier sources.
+NOTICED_BEFORE = 100
+# How many scenarios are played before the programs then, and how many before the tests that take longer.
+LIKELY = 3
 FIRST_TRIED = 12
 # Stands for all tests that are no scenarios, among those that a change has met.
 NO_SCENARIOS = ""
@@ -165,8 +169,8 @@ def play(wine, root, build, plugin, scenarios, work, longest, until=None, **vari
     listed.write_text("".join(name + "\n" for name in scenarios))
     log = work / "messages"
     status = wine.run(
-        [str(build / "bin/standin.exe"), "play", *where(build, plugin), "--jobs", "2",
-         "--trace", str(work / "trace"), "--files-from", str(listed)],
+        [str(build / "bin/standin.exe"), "play", *where(build, plugin),
+         "--jobs", "2" if len(scenarios) > FIRST_TRIED else "1", "--trace", str(work / "trace"), "--files-from", str(listed)],
         root, log, longest, until, **variables)
     return status, log.read_text(errors="replace")
 
@@ -313,6 +317,11 @@ class LineMap:
         return sum(len(lines) for lines in self.scenarios[name]["lines"].values())
 
 
+def without_cache(words):
+    """A command without the compiler's cache before it: a change is compiled once."""
+    return words[1:] if pathlib.Path(words[0]).name == "ccache" else words
+
+
 class GnuBuild:
     """The commands of the gnu build, made fast: headers that all sources read are compiled once, and
     test programs are linked by a linker that takes a tenth of the time. Neither makes a difference to
@@ -326,7 +335,7 @@ class GnuBuild:
         self.objects = {}           # source -> object, relative to the folder
         others = {}                 # object -> source, of all that is no part of the plug-in
         for entry in json.loads((self.folder / "compile_commands.json").read_text()):
-            words = shlex.split(entry["command"])
+            words = without_cache(shlex.split(entry["command"]))
             name = words[words.index("-o") + 1]
             path = pathlib.Path(entry["file"])
             if root not in path.parents:
@@ -347,9 +356,7 @@ class GnuBuild:
         self.headers = {}  # of the plug-in -> its sources that read it
         self.test_readers = {}  # such a header -> the tests' sources that read it
         self.test_texts = {}  # source of the tests -> it and the tests' headers that it reads
-        self.beginning = {}  # source -> the large headers that it reads
         self.compiled_headers = {}  # source -> the one to begin with
-        self.lock = threading.Lock()
         self.read_headers()
         self.pure = set(subprocess.run(
             ["x86_64-w64-mingw32-ar", "t", "libkarvel_pure.a"], cwd=self.folder,
@@ -380,12 +387,14 @@ class GnuBuild:
     def read_headers(self):
         """Which headers the sources read: those of the plug-in, and the large ones."""
         for source, name in self.objects.items():
-            for header in self.read_deps(source, name):
+            read, begin = self.read_deps(name)
+            for header in read:
                 self.headers.setdefault(header, set()).add(source)
-            self.begin_with(source)
+            if begin:
+                self.compiled_headers[source] = self.compile_headers(source, begin)
         for objects in self.of_tests.values():
             for source, name in objects.items():
-                read = self.read_deps(source, name)
+                read, _ = self.read_deps(name)
                 self.test_texts[source] = "".join(
                     (self.root / file).read_text() for file in
                     (source, *(header for header in read if header.startswith("tests/"))))
@@ -393,23 +402,16 @@ class GnuBuild:
                     if header.split("/")[0] in PLUGIN_FOLDERS:
                         self.test_readers.setdefault(header, set()).add(source)
 
-    def read_deps(self, source, name):
-        """The repository's headers that a source reads."""
+    def read_deps(self, name):
+        """The repository's headers that an object is made from, and the large ones."""
         listed = subprocess.run(["ninja", "-t", "deps", name], cwd=self.folder,
                                 capture_output=True, text=True, check=True).stdout
         paths = [pathlib.Path(os.path.normpath(self.folder / line.strip()))
                  for line in listed.splitlines()[1:]]
         leaves = {path.name for path in paths}
-        self.beginning[source] = [header for header in LARGE_HEADERS if header in leaves]
-        return [path.relative_to(self.root).as_posix() for path in paths
-                if self.root in path.parents and path.suffix == ".h"]
-
-    def begin_with(self, source):
-        """Compiles the large headers of a source, once."""
-        with self.lock:
-            if self.beginning[source] and source not in self.compiled_headers:
-                self.compiled_headers[source] = self.compile_headers(source,
-                                                                     self.beginning[source])
+        return ([path.relative_to(self.root).as_posix() for path in paths
+                 if self.root in path.parents and path.suffix == ".h"],
+                [header for header in LARGE_HEADERS if header in leaves])
 
     def compile_headers(self, source, headers):
         """The name by which a source includes the headers, compiled as it is."""
@@ -420,8 +422,7 @@ class GnuBuild:
         place = self.work / "headers" / f"{key[:24]}.h"
         if not place.with_suffix(".h.gch").exists():
             place.parent.mkdir(parents=True, exist_ok=True)
-            place.write_text("".join(f"#include <{INCLUDED_AS.get(header, header)}>\n"
-                                     for header in headers))
+            place.write_text("".join(f"#include <{header}>\n" for header in headers))
             partial = place.with_suffix(".partial")
             subprocess.run([*words, "-w", "-x", "c++-header", "-o", str(partial), str(place)],
                            cwd=self.folder, check=True)
@@ -433,8 +434,12 @@ class GnuBuild:
         would only take changes out."""
         words = []
         skip = False
-        for word in self.compile_commands[source]:
-            if skip or word in ("-Werror", "-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-g1"):
+        given = self.compile_commands[source]
+        # What the build has compiled headers for wants the same options as they had.
+        leave_out = ("-Werror", "-Wall", "-Wextra", "-Wpedantic", "-Wshadow",
+                     "" if "-Winvalid-pch" in given else "-g1")
+        for word in given:
+            if skip or word in leave_out:
                 skip = False
             elif word == "-o":
                 skip = True
@@ -452,6 +457,16 @@ class GnuBuild:
         read = {name for name, readers in self.headers.items() if readers & set(sources)}
         return digest(*(name + (self.root / name).read_text()
                         for name in sorted({file, *sources, *read})))
+
+    def check_programs(self, wine):
+        """A program that fails with the plug-in as it is would notice anything."""
+        for program, folder in TEST_PROGRAMS.items():
+            log = self.work / "cases"
+            if any(wine.run([str(self.folder / folder / f"{program}.exe")], self.root, log, 60) == 0
+                   for _ in range(2)):
+                continue
+            raise Failure(f"{program} fails with the unchanged plug-in:\n" +
+                          log.read_text(errors="replace"))
 
     def programs_of(self, sources):
         """Test programs that the sources are linked into."""
@@ -472,7 +487,6 @@ class GnuBuild:
     def compile(self, source, overlay, target):
         """The object of a source, with the files in the overlay instead of the tree's own. None when
         it does not compile."""
-        self.begin_with(source)
         words = self.plain_words(source)
         if overlay and (overlay / source).exists():
             words[words.index(str(self.root / source))] = str(overlay / source)
@@ -531,9 +545,7 @@ class RawHost:
         own in these sources."""
         link = self.linker
         for number, source in enumerate(sources):
-            words = list(self.compilers[source])
-            if pathlib.Path(words[0]).name == "ccache":
-                del words[0]
+            words = without_cache(list(self.compilers[source]))
             at = words.index("-o") + 1
             made = folder / f"raw-{number}.obj"
             built, words[at] = words[at], str(made)
@@ -563,7 +575,8 @@ class Job:
         shutil.rmtree(self.folder, ignore_errors=True)
         (self.folder / "build/plugin").mkdir(parents=True)
         (self.folder / "build/tests_bin").mkdir()
-        (self.folder / "build/bin").symlink_to(build.folder / "bin")
+        for name in ("bin", "walks"):
+            (self.folder / "build" / name).symlink_to(build.folder / name)
         # A folder of its own: programs that lie beside the host's DLLs are linked anew too.
         (self.folder / "build/host").mkdir()
         for path in (build.folder / "host").iterdir():
@@ -619,37 +632,40 @@ class Job:
         met = []
         likely = max((scores[name] for name in order[:1]), default=0)
         for program in programs:
-            if not met and scores[program] < likely:
-                by = self.play_part(order[:4])
+            if not met and likely >= NOTICED_BEFORE:
+                by = self.play_part(order[:LIKELY])
                 if by:
                     return by, met
-                met += order[:4]
+                met += order[:LIKELY]
             by = self.run_program(program, changed)
             if by:
                 return by, met
-        for size in (4, 8, 16, 32, 64, *[128] * len(order)):
-            if readers is not None and (len(met) >= FIRST_TRIED or len(met) == len(order)):
-                by = self.long_tests_notice(mutant, changed, programs, readers)
-                if by:
-                    return by, met
-                readers = None
-                met.append(NO_SCENARIOS)
-            part = [name for name in order if name not in met][:size]
-            if not part or (limit and len(met) >= limit):
-                break
-            by = self.play_part(part)
+        by = self.play_part(order[len(met):FIRST_TRIED])
+        if by:
+            return by, met
+        met += order[len(met):FIRST_TRIED]
+        by = self.others_notice(mutant, changed, programs, readers) if readers is not None else None
+        if by:
+            return by, met
+        met.append(NO_SCENARIOS)
+        if limit:
+            by = self.play_part(order[FIRST_TRIED:limit])
+            return by, met + order[FIRST_TRIED:limit]
+        by = self.walk()
+        if by:
+            return by, met
+        for first in range(FIRST_TRIED, len(order), 128):
+            by = self.play_part(order[first:first + 128])
             if by:
                 return by, met
-            met += part
-        if not set(order) <= set(met):
-            return None, met
+            met += order[first:first + 128]
         by = None if LOADER in programs else self.run_program(LOADER, changed)
         return by or next((script[0] for script in TEST_SCRIPTS if self.run_script(script)),
                           None), met
 
-    def long_tests_notice(self, mutant, changed, programs, readers):
+    def others_notice(self, mutant, changed, programs, readers):
         """The first of the tests that notices it: programs whose own sources read a changed header,
-        the host made of numbers, the random walk."""
+        the host made of numbers."""
         made = dict(changed)
         for source in readers:
             target = self.folder / "objects" / (source + ".obj")
@@ -661,11 +677,7 @@ class Job:
                 by = self.run_program(program, made)
                 if by:
                     return by
-        if mutant.file.split("/")[0] in RAW_HOST_FOLDERS:
-            by = self.run_raw_host(changed)
-            if by:
-                return by
-        return self.walk()
+        return self.run_raw_host(changed) if mutant.file.split("/")[0] in RAW_HOST_FOLDERS else None
 
     def run_program(self, program, changed):
         if program == LOADER:
@@ -706,7 +718,7 @@ class Job:
         log = self.folder / "walk"
         for _ in range(2):
             status = self.wine.run(
-                [str(self.folder / "build/bin/standin.exe"), "fuzz",
+                [str(self.folder / "build/walks/walks.exe"),
                  *where(self.folder / "build", self.plugin), "--jobs", "2", *WALK],
                 self.root, log, 600, WALK_FAILS)
             if status == 0:
