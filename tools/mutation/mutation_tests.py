@@ -116,6 +116,8 @@ class Wine:
         prefix = os.environ.get("WINEPREFIX", "")
         if not prefix:
             raise Failure("there is no Wine session; run it as ./dev mutate")
+        # Where the session's server is found (wine_session.sh).
+        self.folder = os.path.join(os.path.dirname(prefix), "wine-tmp")
         self.environment = dict(os.environ, KARVEL_LANE=str(lane))
         if lane == 1 and not prefix.endswith("-1"):
             self.environment["WINEPREFIX"] = prefix + "-1"
@@ -128,7 +130,7 @@ class Wine:
             process = subprocess.Popen(
                 ["taskset", "-c", self.processor, WINE, *arguments], cwd=folder,
                 stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
-                env={**self.environment, **variables})
+                env={**self.environment, "TMPDIR": self.folder, **variables})
             begin = time.monotonic()
             while True:
                 try:

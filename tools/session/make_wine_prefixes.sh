@@ -11,12 +11,15 @@ wineserver=/usr/lib/wine/wineserver64
 
 export WINEARCH=win64 WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+# Where the servers of all of them can be found (wine_session.sh).
+TMPDIR=$(dirname "$directory")/wine-tmp
+export TMPDIR
 unset DISPLAY
 
 # Built beside its place and moved there when complete: an interrupted run leaves no half prefix.
 partial=$directory.partial
-rm -rf "$partial" "$partial-1" "$partial-display"
-mkdir -p "$(dirname "$directory")"
+rm -rf "$partial" "$partial-1" "$partial-display" "$TMPDIR"
+mkdir -p "$TMPDIR"
 export WINEPREFIX=$partial
 trap '"$wineserver" -k >/dev/null 2>&1 || true' EXIT
 
@@ -61,6 +64,8 @@ set_value 'HKCU\Software\Wine\Drivers' /v Graphics /d null
 "$wineserver" -w
 copy_prefix "$partial-1"
 
+# Half removed they are none.
+rm -f "$directory/karvel-stamp"
 rm -rf "$directory" "$directory-1" "$directory-display"
 mv "$partial-display" "$directory-display"
 mv "$partial-1" "$directory-1"

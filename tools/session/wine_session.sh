@@ -8,6 +8,7 @@
 #   run_wine_live PROGRAM.exe ...        the same, with its output shown while it runs
 #   wine_session_end                     the last user ends the processes; a virtual display too
 #   wine_session_ends_with_script        sees to it that the script ends the session
+#   wine_sessions_end_unused             ends what killed users have left
 #   choose_build BUILD_DIRECTORY ABI     what the stand-in is to load
 #
 # There are two sessions without a display, each on a processor of its own: KARVEL_LANE says which,
@@ -17,6 +18,8 @@
 karvel_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 karvel_wine=/usr/lib/wine/wine64
 karvel_wineserver=/usr/lib/wine/wineserver64
+# Wine finds its server through $TMPDIR, which therefore is the same for all who share one.
+karvel_wine_folder=$karvel_root/build/wine-tmp
 karvel_prefix=$karvel_root/build/wine-prefix
 karvel_session_owned=
 karvel_x_server=
@@ -26,7 +29,7 @@ karvel_processor=0
 wine_session_begin() {
     local graphics=$1 screen=${2:-} lane=${KARVEL_LANE:-0} name
 
-    mkdir -p "$karvel_root/build"
+    mkdir -p "$karvel_wine_folder"
     export WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
     karvel_processor=0
@@ -50,11 +53,16 @@ wine_session_begin() {
     # holding it.
     exec 8>"$WINEPREFIX.users"
     if [ "$graphics" = x11 ]; then
-        flock -x 8
+        if ! flock -n -x 8; then
+            echo "waiting: another ./dev run, or a test with a display, has the session" >&2
+            flock -x 8
+        fi
+        karvel_end_leftovers "$WINEPREFIX"
         if [ "$screen" != existing ]; then
             karvel_start_x_server "$screen" || return 1
         fi
     else
+        if flock -n -x 8; then karvel_end_leftovers "$WINEPREFIX"; fi
         flock -s 8
     fi
     karvel_session_owned=$name
@@ -98,6 +106,7 @@ wine_session_end() {
     if flock -n -x 8; then
         karvel_without_locks "$karvel_wineserver" -k >/dev/null 2>&1 || true
         karvel_without_locks timeout 60 "$karvel_wineserver" -w >/dev/null 2>&1 || true
+        karvel_end_leftovers "$WINEPREFIX"
     fi
     if [ -n "$karvel_x_server" ]; then
         kill "$karvel_x_server" 2>/dev/null || true
@@ -111,8 +120,8 @@ wine_session_end() {
 # end: the output goes to files first.
 run_wine() {
     local out err status=0
-    out=$(mktemp "${TMPDIR:-/tmp}/karvel-out.XXXXXX")
-    err=$(mktemp "${TMPDIR:-/tmp}/karvel-err.XXXXXX")
+    out=$(mktemp "$WINEPREFIX.out.XXXXXX")
+    err=$(mktemp "$WINEPREFIX.err.XXXXXX")
     local tries=0
     # Seldom Wine does not get a program going at all. Ours never end in failure without a word, so
     # nothing was begun then and starting again is safe.
@@ -135,8 +144,8 @@ run_wine() {
 # As run_wine, but its standard output is shown while it runs.
 run_wine_live() {
     local out err status=0 reader
-    out=$(mktemp "${TMPDIR:-/tmp}/karvel-out.XXXXXX")
-    err=$(mktemp "${TMPDIR:-/tmp}/karvel-err.XXXXXX")
+    out=$(mktemp "$WINEPREFIX.out.XXXXXX")
+    err=$(mktemp "$WINEPREFIX.err.XXXXXX")
     karvel_start_program "$out" "$err" "$@"
     tail -n +1 -s 0.1 -f --pid="$karvel_program" "$out" 6>&- 7>&- 8>&- 9>&- &
     reader=$!
@@ -156,13 +165,68 @@ karvel_start_program() {
     shift 2
     (
         exec 6>&- 7>&- 8>&- 9>&-
-        exec taskset -c "$karvel_processor" "$karvel_wine" "$@" </dev/null >"$out" 2>"$err"
+        TMPDIR=$karvel_wine_folder exec taskset -c "$karvel_processor" "$karvel_wine" "$@" </dev/null >"$out" 2>"$err"
     ) &
     karvel_program=$!
 }
 
 karvel_without_locks() {
-    "$@" 6>&- 7>&- 8>&- 9>&-
+    TMPDIR=$karvel_wine_folder "$@" 6>&- 7>&- 8>&- 9>&-
+}
+
+wine_sessions_end_unused() {
+    local prefix
+    for prefix in "$karvel_prefix" "$karvel_prefix-1" "$karvel_prefix-display"; do
+        karvel_if_unused "$prefix.users" karvel_end_leftovers "$prefix"
+    done
+    # Prefixes that are not complete.
+    karvel_if_unused "$karvel_prefix.lock" karvel_remove_partial
+}
+
+karvel_if_unused() {
+    if [ ! -e "$1" ]; then return 0; fi
+    (
+        exec 8>"$1"
+        if flock -n -x 8; then "${@:2}"; fi
+    )
+}
+
+karvel_remove_partial() {
+    karvel_end_leftovers "$karvel_prefix.partial"
+    rm -rf "$karvel_prefix.partial"*
+}
+
+# karvel_end_leftovers PREFIX: ends the Wine processes and the display of a session without a user.
+# When their server was killed Wine's own processes sleep for ever.
+karvel_end_leftovers() {
+    local process found=yes socket
+    while [ -n "$found" ]; do
+        found=
+        for process in $(karvel_processes_with "WINEPREFIX=$1"); do
+            if [[ $(readlink "/proc/$process/exe") == /usr/lib/wine/* ]]; then
+                if kill -KILL "$process" 2>/dev/null; then found=yes; fi
+            fi
+        done
+    done
+    karvel_signal TERM "KARVEL_DISPLAY_OF=$1"
+    if socket=$(cat "$1.display" 2>/dev/null); then
+        # One that was killed leaves its socket.
+        if ! grep -qF "$socket" /proc/net/unix; then rm -f "$socket"; fi
+    fi
+    rm -f "$1"/drive_c/users/*/Temp/walk-*.scn "$1".out.* "$1".err.*
+}
+
+# karvel_processes_with NAME=VALUE: those that were started with it in their environment.
+karvel_processes_with() {
+    grep -lzxF -- "$1" /proc/[0-9]*/environ 2>/dev/null | tr -cd '0-9\n'
+}
+
+# karvel_signal SIGNAL NAME=VALUE: fails when there is no such process.
+karvel_signal() {
+    local processes
+    processes=$(karvel_processes_with "$2")
+    # shellcheck disable=SC2086  # a list
+    [ -n "$processes" ] && kill -"$1" $processes 2>/dev/null
 }
 
 karvel_make_prefixes() {
@@ -189,7 +253,7 @@ karvel_start_keep_alive() {
     # A second one in the same session does no harm, so nobody needs to ask for the first.
     (
         exec 6>&- 7>&- 8>&- 9>&-
-        exec setsid taskset -c "$karvel_processor" "$karvel_wine" 'C:\keep_alive.exe' 3600 \
+        TMPDIR=$karvel_wine_folder exec setsid taskset -c "$karvel_processor" "$karvel_wine" 'C:\keep_alive.exe' 3600 \
             </dev/null >/dev/null 2>&1
     ) &
     disown
@@ -199,7 +263,7 @@ karvel_start_x_server() {
     local number=
     # The server picks a free number itself and writes it when it is ready to serve.
     exec 6< <(exec 6>&- 7>&- 8>&- 9>&-
-        exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp </dev/null 2>/dev/null)
+        KARVEL_DISPLAY_OF=$WINEPREFIX exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp </dev/null 2>/dev/null)
     karvel_x_server=$!
     if ! read -r -t 20 number <&6; then
         echo "the virtual X display cannot be started" >&2
@@ -207,4 +271,5 @@ karvel_start_x_server() {
     fi
     exec 6<&-
     export DISPLAY=:$number
+    echo "/tmp/.X11-unix/X$number" >"$WINEPREFIX.display"
 }
