@@ -54,14 +54,11 @@ function(karvel_static_library name)
     target_link_libraries(${name} PRIVATE karvel_options PUBLIC ${arg_LIBRARIES})
 endfunction()
 
-# karvel_engine(SOURCES FILE... [LIBRARIES NAME...] [DEF FILE]): the stand-in's engine (gnu only).
+# karvel_engine(SOURCES FILE... [LIBRARIES NAME...]): the stand-in's engine (gnu only).
 # It is copied to where the host DLLs of both builds lie, so that any process can load those.
 function(karvel_engine)
-    cmake_parse_arguments(PARSE_ARGV 0 arg "" "DEF" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "SOURCES;LIBRARIES")
     add_library(standin_engine SHARED ${arg_SOURCES})
-    if(arg_DEF)
-        target_sources(standin_engine PRIVATE ${arg_DEF})
-    endif()
     target_link_libraries(standin_engine PRIVATE karvel_options ${arg_LIBRARIES})
     # Each play loads the file anew, and four fifths of it would be what a debugger reads.
     target_link_options(standin_engine PRIVATE -Wl,--strip-debug)

@@ -13,13 +13,13 @@
 
 namespace {
 
-void AssignText(MSTR& target, const char* text) {
+BOOL Assign(MSTR& target, const char* text) {
     target.~MSTR();
     ::new (&target) MSTR(Wide(text));
+    return TRUE;
 }
 
-// ---- an action of the plug-in's own table
-// --------------------------------------------------------
+// --- an action of the plug-in's own table ---
 
 std::string TextResource(HINSTANCE module, int id) {
     char text[256];
@@ -30,19 +30,17 @@ std::string TextResource(HINSTANCE module, int id) {
 class PluginActionItem final : public HostActionItem {
 public:
     PluginActionItem(ActionTable* table, const ActionDescription& action, HINSTANCE module)
-        : m_table(table),
-          m_id(action.mCmdID),
-          m_name(TextResource(module, action.mShortNameResourceID)),
-          m_description(TextResource(module, action.mDescriptionResourceID)),
-          m_category(TextResource(module, action.mCategoryResourceID)) {}
+        : name(TextResource(module, action.mShortNameResourceID)),
+          description(TextResource(module, action.mDescriptionResourceID)),
+          category(TextResource(module, action.mCategoryResourceID)),
+          m_table(table),
+          m_id(action.mCmdID) {}
 
-    const char* Name() const { return m_name.c_str(); }
-    const char* Description() const { return m_description.c_str(); }
-    const char* Category() const { return m_category.c_str(); }
+    const std::string name, description, category;
 
     ActionTableId TableId() const override { return m_table->GetId(); }
     int GetId() override { return m_id; }
-    BOOL ExecuteAction() override { return eng_plugin_action_execute(m_table->GetId(), m_id); }
+    BOOL ExecuteAction() override { return eng_plugin_action_execute(TableId(), m_id); }
     BOOL IsChecked() override { return m_table->IsChecked(m_id); }
     BOOL IsItemVisible() override { return m_table->IsItemVisible(m_id); }
     BOOL IsEnabled() override { return m_table->IsEnabled(m_id); }
@@ -50,71 +48,63 @@ public:
 private:
     ActionTable* m_table;
     int m_id;
-    std::string m_name;
-    std::string m_description;
-    std::string m_category;
 };
 
-PluginActionItem* PluginItem(ActionTable* table, int id) {
-    return static_cast<PluginActionItem*>(table->GetAction(id));
+BOOL AssignOf(ActionTable* table, int id, const std::string PluginActionItem::* text,
+              MSTR& target) {
+    ActionItem* item = table->GetAction(id);
+    return item && Assign(target, (static_cast<PluginActionItem*>(item)->*text).c_str());
 }
 
-// ---- the host's own tables
-// -----------------------------------------------------------------------
+// --- the host's own tables ---
 
-class BuiltInActionItem final : public HostActionItem {
+class BuiltInActionItem final : public StandsFor<HostActionItem, eng_action> {
 public:
-    BuiltInActionItem(eng_action* handle, ActionTableId table) : m_handle(handle), m_table(table) {}
-
-    ActionTableId TableId() const override { return m_table; }
+    using StandsFor::StandsFor;
+    ActionTableId TableId() const override { return eng_action_table(m_handle); }
     int GetId() override { return eng_action_id(m_handle); }
     BOOL ExecuteAction() override { return eng_action_execute(m_handle); }
     BOOL IsChecked() override { return eng_action_is_checked(m_handle); }
     BOOL IsItemVisible() override { return TRUE; }
-    BOOL IsEnabled() override { return eng_action_is_enabled(m_handle); }
-
-private:
-    eng_action* m_handle;
-    ActionTableId m_table;
+    BOOL IsEnabled() override { return Unexpected("ActionItem::IsEnabled"); }
 };
 
 MSTR g_nameOfBuiltInTables(_M("Host actions"));
 
 class BuiltInActionTable final : public ActionTable {
 public:
-    BuiltInActionTable(eng_table* handle, ActionTableId id)
-        : ActionTable(id, id, g_nameOfBuiltInTables, nullptr, 0, nullptr, nullptr),
+    explicit BuiltInActionTable(eng_table* handle)
+        : ActionTable(eng_table_id(handle), eng_table_id(handle), g_nameOfBuiltInTables, nullptr, 0,
+                      nullptr, nullptr),
           m_handle(handle) {}
 
     ActionItem* GetAction(int id) override {
-        return ObjectOf<BuiltInActionItem>(eng_table_action(m_handle, id), GetId());
+        return ObjectOf<BuiltInActionItem>(eng_table_action(m_handle, id));
     }
 
 private:
     eng_table* m_handle;
 };
 
-// ---- the action manager
-// --------------------------------------------------------------------------
+// --- the action manager ---
 
 class HostManagerOfActions final : public Published<IActionManager> {
 public:
     int ActivateActionTable(ActionCallback* callback, ActionTableId id) override {
         const int activated = eng_activate_table(callback, id);
-        if (activated != 0) {
-            if (ActionTable* table = static_cast<ActionTable*>(eng_plugin_table(id))) {
-                table->SetCallback(callback);
-                if (callback) callback->SetTable(table);
-            }
+        auto* const table = static_cast<ActionTable*>(activated ? eng_plugin_table(id) : nullptr);
+        if (table) {
+            table->SetCallback(callback);
+            if (callback) callback->SetTable(table);
         }
         return activated;
     }
-    int DeactivateActionTable(ActionCallback* callback, ActionTableId id) override {
-        return eng_deactivate_table(callback, id);
+    int DeactivateActionTable(ActionCallback*, ActionTableId) override {
+        return Unexpected("DeactivateActionTable");
     }
     ActionTable* FindTable(ActionTableId id) override {
         if (void* table = eng_plugin_table(id)) return static_cast<ActionTable*>(table);
-        return ObjectOf<BuiltInActionTable>(eng_find_table(id), id);
+        return ObjectOf<BuiltInActionTable>(eng_find_table(id));
     }
     BOOL RegisterActionContext(ActionContextId id, GivenText name) override {
         return eng_register_context(id, Narrow(name));
@@ -128,17 +118,7 @@ IActionManager* HostActionManager() {
     return &g_actionManager;
 }
 
-// ---- ActionCallback
-// ------------------------------------------------------------------------------
-
-ActionCallback::ActionCallback() : mpTable(nullptr) {}
-ActionCallback::~ActionCallback() = default;
-IMenu* ActionCallback::GetDynamicMenu(int, HWND, IPoint2&) {
-    return nullptr;
-}
-
-// ---- ActionTable
-// ---------------------------------------------------------------------------------
+// --- ActionCallback, ActionTable, icons ---
 
 ActionTable::ActionTable(ActionTableId id, ActionContextId contextId, MSTR& name, HACCEL hDefaults,
                          int numIds, ActionDescription* pOps, HINSTANCE hInst)
@@ -160,104 +140,13 @@ ActionTable::~ActionTable() {
     delete callbacks;
 }
 
-BaseInterface* ActionTable::GetInterface(Interface_ID id) {
-    return id == GetID() ? this : FPMixinInterface::GetInterface(id);
-}
-Interface_ID ActionTable::GetID() {
-    return Interface_ID(mId, mContextId);
-}
-FPInterfaceDesc* ActionTable::GetDesc() {
-    return nullptr;
-}
-FPInterfaceDesc* ActionTable::GetDescByID(Interface_ID) {
-    return nullptr;
-}
-const MCHAR* ActionTable::fpGetContextName() const {
-    return mName.data();
-}
-
-HACCEL ActionTable::GetHAccel() {
-    return mhAccel;
-}
-void ActionTable::SetHAccel(HACCEL accelerators) {
-    mhAccel = accelerators;
-}
-HACCEL ActionTable::GetDefaultHAccel() {
-    return mhDefaultAccels;
-}
-void ActionTable::SetDefaultHAccel(HACCEL accelerators) {
-    mhDefaultAccels = accelerators;
-}
-MSTR& ActionTable::GetName() {
-    return mName;
-}
-ActionTableId ActionTable::GetId() {
-    return mId;
-}
-ActionContextId ActionTable::GetContextId() {
-    return mContextId;
-}
-ActionCallback* ActionTable::GetCallback() {
-    return mpCallback;
-}
-void ActionTable::SetCallback(ActionCallback* callback) {
-    mpCallback = callback;
-}
-
-int ActionTable::Count() {
-    return mOps.Count();
-}
-ActionItem* ActionTable::operator[](int index) {
-    return mOps[index];
-}
 ActionItem* ActionTable::GetAction(int cmdId) {
     for (int index = 0; index < mOps.Count(); ++index) {
         if (mOps[index]->GetId() == cmdId) return mOps[index];
     }
     return nullptr;
 }
-ActionItem* ActionTable::GetActionByIndex(int index) {
-    return index >= 0 && index < mOps.Count() ? mOps[index] : nullptr;
-}
-void ActionTable::AppendOperation(ActionItem* item) {
-    mOps.Append(1, &item);
-}
-BOOL ActionTable::DeleteOperation(ActionItem* item) {
-    for (int index = 0; index < mOps.Count(); ++index) {
-        if (mOps[index] == item) {
-            mOps.Delete(index, 1);
-            return TRUE;
-        }
-    }
-    return FALSE;
-}
-void ActionTable::DeleteThis() {
-    delete this;
-}
 
-BOOL ActionTable::GetButtonText(int cmdId, MSTR& buttonText) {
-    PluginActionItem* item = PluginItem(this, cmdId);
-    if (item != nullptr) AssignText(buttonText, item->Name());
-    return item != nullptr;
-}
-BOOL ActionTable::GetMenuText(int cmdId, MSTR& menuText) {
-    return GetButtonText(cmdId, menuText);
-}
-BOOL ActionTable::GetDescriptionText(int cmdId, MSTR& descText) {
-    PluginActionItem* item = PluginItem(this, cmdId);
-    if (item != nullptr) AssignText(descText, item->Description());
-    return item != nullptr;
-}
-BOOL ActionTable::IsItemVisible(int) {
-    return TRUE;
-}
-BOOL ActionTable::IsEnabled(int) {
-    return TRUE;
-}
-
-void ActionTable::WritePersistentActionId(int cmdId, MSTR& idString) {
-    AssignText(idString, std::to_string(cmdId).c_str());
-}
 int ActionTable::ReadPersistentActionId(MSTR& idString) {
     char* end = nullptr;
     const auto narrow = Narrow(idString.data());
@@ -265,28 +154,55 @@ int ActionTable::ReadPersistentActionId(MSTR& idString) {
     const long id = std::strtol(text, &end, 10);
     return end == text || *end != '\0' ? -1 : static_cast<int>(id);
 }
-MaxIcon* ActionTable::GetIcon(int) {
-    return nullptr;
-}
 
-ActionItem* ActionTable::GetCurrentAssignment(ACCEL) {
-    return nullptr;
-}
-void ActionTable::AssignKey(int, ACCEL) {
-    eng_unexpected("ActionTable::AssignKey");
-}
-void ActionTable::RemoveShortcutFromTable(ACCEL) {
-    eng_unexpected("ActionTable::RemoveShortcutFromTable");
-}
+// clang-format off
+ActionCallback::ActionCallback() : mpTable(nullptr) {}
+ActionCallback::~ActionCallback() = default;
+IMenu* ActionCallback::GetDynamicMenu(int, HWND, IPoint2&) { return nullptr; }
 
-// ---- icons
-// ---------------------------------------------------------------------------------------
+BaseInterface* ActionTable::GetInterface(Interface_ID id) { return id == GetID() ? this : nullptr; }
+Interface_ID ActionTable::GetID() { return Interface_ID(mId, mContextId); }
+FPInterfaceDesc* ActionTable::GetDesc() { return nullptr; }
+FPInterfaceDesc* ActionTable::GetDescByID(Interface_ID) { return nullptr; }
+const MCHAR* ActionTable::fpGetContextName() const { return mName.data(); }
+HACCEL ActionTable::GetHAccel() { return mhAccel; }
+void ActionTable::SetHAccel(HACCEL accelerators) { mhAccel = accelerators; }
+HACCEL ActionTable::GetDefaultHAccel() { return mhDefaultAccels; }
+void ActionTable::SetDefaultHAccel(HACCEL accelerators) { mhDefaultAccels = accelerators; }
+MSTR& ActionTable::GetName() { return mName; }
+ActionTableId ActionTable::GetId() { return mId; }
+ActionContextId ActionTable::GetContextId() { return mContextId; }
+ActionCallback* ActionTable::GetCallback() { return mpCallback; }
+void ActionTable::SetCallback(ActionCallback* callback) { mpCallback = callback; }
+int ActionTable::Count() { return mOps.Count(); }
+ActionItem* ActionTable::operator[](int index) { return mOps[index]; }
+ActionItem* ActionTable::GetActionByIndex(int index) { return EntryAt(mOps, index); }
+void ActionTable::AppendOperation(ActionItem*) { Unexpected("ActionTable::AppendOperation"); }
+BOOL ActionTable::DeleteOperation(ActionItem*) { return Unexpected("ActionTable::DeleteOperation"); }
+void ActionTable::DeleteThis() { delete this; }
+BOOL ActionTable::GetMenuText(int cmdId, MSTR& menuText) { return GetButtonText(cmdId, menuText); }
+BOOL ActionTable::IsItemVisible(int) { return TRUE; }
+BOOL ActionTable::IsEnabled(int) { return TRUE; }
+MaxIcon* ActionTable::GetIcon(int) { return nullptr; }
+ActionItem* ActionTable::GetCurrentAssignment(ACCEL) { return nullptr; }
+void ActionTable::AssignKey(int, ACCEL) { Unexpected("ActionTable::AssignKey"); }
+void ActionTable::RemoveShortcutFromTable(ACCEL) { Unexpected("RemoveShortcutFromTable"); }
+// clang-format on
+
+BOOL ActionTable::GetButtonText(int cmdId, MSTR& buttonText) {
+    return AssignOf(this, cmdId, &PluginActionItem::name, buttonText);
+}
+BOOL ActionTable::GetDescriptionText(int cmdId, MSTR& descText) {
+    return AssignOf(this, cmdId, &PluginActionItem::description, descText);
+}
+void ActionTable::WritePersistentActionId(int cmdId, MSTR& idString) {
+    Assign(idString, std::to_string(cmdId).c_str());
+}
 
 MaxBmpFileIcon::MaxBmpFileIcon(const MCHAR* pFilePrefix, int index)
     : mIndex(index), mFilePrefix(pFilePrefix), mIsStandard(false) {}
 
-// ---- from the host into the plug-in
-// --------------------------------------------------------------
+// --- from the host into the plug-in ---
 
 namespace {
 
@@ -296,44 +212,8 @@ ClassDesc* Descriptor(void* desc) {
 ActionTable* Table(void* table) {
     return static_cast<ActionTable*>(table);
 }
-
-void* Create(void* desc) {
-    return Descriptor(desc)->Create(FALSE);
-}
-const char* ClassNameOf(void* desc) {
-    static char name[64];
-    const MCHAR* answer = Descriptor(desc)->ClassName();
-    if (answer == nullptr) return nullptr;
-    lstrcpynA(name, Narrow(answer), static_cast<int>(sizeof(name)));
-    return name;
-}
-unsigned long SuperClass(void* desc) {
-    return Descriptor(desc)->SuperClassID();
-}
-int TableCount(void* desc) {
-    return Descriptor(desc)->NumActionTables();
-}
-void* TableAt(void* desc, int index) {
-    return Descriptor(desc)->GetActionTable(index);
-}
-
-unsigned long TableIdOf(void* table) {
-    return Table(table)->GetId();
-}
-int ActionCount(void* table) {
-    return Table(table)->Count();
-}
-int ActionIdAt(void* table, int index) {
-    return (*Table(table))[index]->GetId();
-}
-int ActionChecked(void* table, int id) {
-    return Table(table)->IsChecked(id);
-}
-int ActionVisible(void* table, int id) {
-    return Table(table)->IsItemVisible(id);
-}
-int ActionEnabled(void* table, int id) {
-    return Table(table)->IsEnabled(id);
+ActionCallback* Callback(void* callback) {
+    return static_cast<ActionCallback*>(callback);
 }
 
 // Reads what only derived classes may.
@@ -347,66 +227,47 @@ int ActionIcon(void* table, int id) {
     return icon == nullptr ? -1 : IconReader::Index(icon);
 }
 
+BOOL TextOf(ActionTable* table, int id, int what, MSTR& answer) {
+    MaxIcon* const icon = what == 4 ? table->GetIcon(id) : nullptr;
+    switch (what) {
+        case 0: return table->GetButtonText(id, answer);
+        case 1: return table->GetMenuText(id, answer);
+        case 2: return table->GetDescriptionText(id, answer);
+        case 3: return AssignOf(table, id, &PluginActionItem::category, answer);
+        default: return icon && Assign(answer, Narrow(IconReader::File(icon).data()));
+    }
+}
 int ActionText(void* table, int id, int what, char* text, int size) {
     MSTR answer(_M(""));
-    BOOL known = FALSE;
-    switch (what) {
-        case 0: known = Table(table)->GetButtonText(id, answer); break;
-        case 1: known = Table(table)->GetMenuText(id, answer); break;
-        case 2: known = Table(table)->GetDescriptionText(id, answer); break;
-        case 3:
-            if (const PluginActionItem* item = PluginItem(Table(table), id)) {
-                AssignText(answer, item->Category());
-                known = TRUE;
-            }
-            break;
-        case 4:
-            if (MaxIcon* icon = Table(table)->GetIcon(id)) {
-                AssignText(answer, Narrow(IconReader::File(icon).data()));
-                known = TRUE;
-            }
-            break;
-        default: break;
-    }
-    if (!known || size <= 0) return 0;
+    if (!TextOf(Table(table), id, what, answer)) return 0;
     lstrcpynA(text, Narrow(answer.data()), size);
     return 1;
 }
 
-unsigned long Start(void* gup) {
-    return static_cast<GUP*>(gup)->Start();
-}
-void Stop(void* gup) {
-    static_cast<GUP*>(gup)->Stop();
-}
-
-int ExecuteAction(void* callback, int id) {
-    return static_cast<ActionCallback*>(callback)->ExecuteAction(id);
-}
 void ModeChanged(void* callback, eng_mode* oldMode, eng_mode* newMode) {
     static_cast<CommandModeChangedCallback*>(callback)->ModeChanged(ModeObject(oldMode),
                                                                     ModeObject(newMode));
 }
 
+// clang-format off
 const eng_plugin_calls kPluginCalls = {
-    .create = Create,
-    .class_name = ClassNameOf,
-    .super_class_id = SuperClass,
-    .table_count = TableCount,
-    .table = TableAt,
-    .gup_start = Start,
-    .gup_stop = Stop,
-    .action_table_id = TableIdOf,
-    .action_count = ActionCount,
-    .action_id = ActionIdAt,
-    .action_checked = ActionChecked,
-    .action_visible = ActionVisible,
-    .action_enabled = ActionEnabled,
+    .create = [](void* desc) { return Descriptor(desc)->Create(FALSE); },
+    .super_class_id = [](void* desc) -> unsigned long { return Descriptor(desc)->SuperClassID(); },
+    .table_count = [](void* desc) { return Descriptor(desc)->NumActionTables(); },
+    .table = [](void* desc, int index) -> void* { return Descriptor(desc)->GetActionTable(index); },
+    .gup_start = [](void* gup) -> unsigned long { return static_cast<GUP*>(gup)->Start(); },
+    .action_table_id = [](void* table) -> unsigned long { return Table(table)->GetId(); },
+    .action_count = [](void* table) { return Table(table)->Count(); },
+    .action_id = [](void* table, int index) { return (*Table(table))[index]->GetId(); },
+    .action_checked = [](void* table, int id) -> int { return Table(table)->IsChecked(id); },
+    .action_visible = [](void* table, int id) -> int { return Table(table)->IsItemVisible(id); },
+    .action_enabled = [](void* table, int id) -> int { return Table(table)->IsEnabled(id); },
     .action_icon = ActionIcon,
     .action_text = ActionText,
-    .execute_action = ExecuteAction,
+    .execute_action = [](void* back, int id) -> int { return Callback(back)->ExecuteAction(id); },
     .mode_changed = ModeChanged,
 };
+// clang-format on
 const bool g_registered = (eng_register_plugin_calls(&kPluginCalls), true);
 
 }  // namespace

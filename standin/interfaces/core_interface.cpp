@@ -11,72 +11,51 @@
 
 #include <vector>
 
-// ---- nodes
-// ---------------------------------------------------------------------------------------
+// --- nodes ---
 
 namespace {
 
-class HostNode final : public Published<INode> {
+class HostNode final : public StandsFor<Published<INode>, eng_node> {
 public:
-    explicit HostNode(eng_node* handle) : m_handle(handle) {}
-    eng_node* Handle() const { return m_handle; }
-
-    AnsweredText GetName() override { return Kept(eng_node_name(m_handle)); }
+    using StandsFor::StandsFor;
+    AnsweredText GetName() override { return Unexpected("INode::GetName"); }
     void Hide(BOOL onOff) override { eng_node_hide(m_handle, onOff); }
     int IsHidden(DWORD, BOOL) override { return eng_node_is_hidden(m_handle); }
-    RefResult NotifyDependents(Interval, PartID part, RefMessage message, SClass_ID, BOOL,
+    RefResult NotifyDependents(Interval, PartID, RefMessage, SClass_ID, BOOL,
                                RefTargetHandle) override {
-        eng_node_notify(m_handle, static_cast<unsigned long>(part), message);
+        eng_node_notify(m_handle);
         return REF_SUCCEED;
     }
-
-private:
-    eng_node* m_handle;
 };
 
 INode* NodeObject(eng_node* handle) {
     return ObjectOf<HostNode>(handle);
 }
-eng_node* HandleOf(INode* node) {
-    return node == nullptr ? nullptr : static_cast<HostNode*>(node)->Handle();
-}
 
-// ---- viewports
-// -----------------------------------------------------------------------------------
+// --- viewports ---
 
-class HostView final : public ViewObject {
+class HostView final : public StandsFor<ViewObject, eng_view> {
 public:
-    explicit HostView(eng_view* handle) : m_handle(handle) {}
-    eng_view* Handle() const { return m_handle; }
-
+    using StandsFor::StandsFor;
     int GetViewType() override { return eng_view_type(m_handle); }
     BOOL IsPerspView() override { return eng_view_is_perspective(m_handle); }
-    INode* GetViewCamera() override { return NodeObject(eng_view_camera(m_handle)); }
+    INode* GetViewCamera() override { return Unexpected("ViewExp::GetViewCamera"); }
     INode* GetViewSpot() override { return NodeObject(eng_view_spot(m_handle)); }
     HWND GetHWnd() override { return eng_view_window(m_handle); }
-    BOOL IsActive() override { return eng_view_is_active(m_handle); }
-    BOOL IsEnabled() override { return eng_view_is_enabled(m_handle); }
-
-private:
-    eng_view* m_handle;
+    BOOL IsActive() override { return Unexpected("ViewExp::IsActive"); }
+    BOOL IsEnabled() override { return Unexpected("ViewExp::IsEnabled"); }
 };
 
-// ---- command modes
-// -------------------------------------------------------------------------------
+// --- command modes ---
 
-class HostMode final : public CommandMode {
+class HostMode final : public StandsFor<CommandMode, eng_mode> {
 public:
-    explicit HostMode(eng_mode* handle) : m_handle(handle) {}
-
+    using StandsFor::StandsFor;
     int Class() override { return eng_mode_class(m_handle); }
     int ID() override { return eng_mode_id(m_handle); }
-
-private:
-    eng_mode* m_handle;
 };
 
-// ---- macro recorder, named selection sets
-// --------------------------------------------------------
+// --- macro recorder, named selection sets ---
 
 class HostRecorder final : public MacroRecorder {
 public:
@@ -98,8 +77,7 @@ public:
 };
 HostSelectionSets g_selectionSets;
 
-// ---- the main interface
-// --------------------------------------------------------------------------
+// --- the main interface ---
 
 class HostInterface final : public WithViewports<HostView> {
 public:
@@ -112,53 +90,46 @@ public:
     }
     IMenuManager* GetMenuManager() override { return Given("GetMenuManager", HostMenuManager()); }
     MacroRecorder* GetMacroRecorder() override {
-        return Given("GetMacroRecorder", HostMacroRecorder());
+        return Given<MacroRecorder>("GetMacroRecorder", &g_recorder);
     }
 
     BOOL SetActiveViewport(HWND window) override { return eng_set_active_viewport(window); }
 
     CommandMode* GetCommandMode() override { return ModeObject(eng_current_mode()); }
-    void SetCommandMode(CommandMode*) override { eng_unexpected("SetCommandMode"); }
-    void PushCommandMode(CommandMode*) override { eng_unexpected("PushCommandMode"); }
+    void SetCommandMode(CommandMode*) override { Unexpected("SetCommandMode"); }
+    void PushCommandMode(CommandMode*) override { Unexpected("PushCommandMode"); }
     void PopCommandMode() override { eng_pop_mode(); }
-    void SetStdCommandMode(int id) override { eng_set_standard_mode(id); }
+    void SetStdCommandMode(int) override { Unexpected("SetStdCommandMode"); }
     void PushStdCommandMode(int id) override { eng_push_standard_mode(id); }
     int GetCommandStackSize() override { return eng_mode_stack_size(); }
-    CommandMode* GetCommandStackEntry(int entry) override {
-        return ModeObject(eng_mode_stack_entry(entry));
-    }
+    CommandMode* GetCommandStackEntry(int) override { return Unexpected("GetCommandStackEntry"); }
     void RegisterCommandModeChangedCallback(CommandModeChangedCallback* callback) override {
         eng_register_mode_callback(callback);
     }
 
     int GetSelNodeCount() override { return eng_selected_count(); }
     INode* GetSelNode(int index) override { return NodeObject(eng_selected(index)); }
-    void SelectNode(INode* node, int clear) override { eng_select_node(HandleOf(node), clear); }
+    void SelectNode(INode*, int) override { Unexpected("SelectNode"); }
     void SelectNodeTab(INodeTab& nodes, BOOL select, BOOL redraw) override {
         std::vector<eng_node*> handles;
-        handles.reserve(static_cast<std::size_t>(nodes.Count()));
-        for (int index = 0; index < nodes.Count(); ++index) {
-            handles.push_back(HandleOf(nodes[index]));
-        }
+        for (int index = 0; index < nodes.Count(); ++index)
+            handles.push_back(HandleOf<HostNode>(nodes[index]));
         eng_select_nodes(handles.data(), nodes.Count(), select, redraw);
     }
     void ClearNodeSelection(BOOL redraw) override { eng_clear_selection(redraw); }
     int GetSubObjectLevel() override { return eng_subobject_level(); }
-    BOOL SelectionFrozen() override {
-        eng_unexpected("SelectionFrozen");
-        return FALSE;
-    }
-    void FreezeSelection() override { eng_unexpected("FreezeSelection"); }
-    void ThawSelection() override { eng_unexpected("ThawSelection"); }
+    BOOL SelectionFrozen() override { return Unexpected("SelectionFrozen"); }
+    void FreezeSelection() override { Unexpected("FreezeSelection"); }
+    void ThawSelection() override { Unexpected("ThawSelection"); }
 
     BOOL GetSnapState() override { return eng_snap_state(); }
     int GetAxisConstraints() override { return eng_axis_constraints(); }
     void SetAxisConstraints(int constraint) override { eng_set_axis_constraints(constraint); }
-    void PushAxisConstraints(int) override { eng_unexpected("PushAxisConstraints"); }
-    void PopAxisConstraints() override { eng_unexpected("PopAxisConstraints"); }
+    void PushAxisConstraints(int) override { Unexpected("PushAxisConstraints"); }
+    void PopAxisConstraints() override { Unexpected("PopAxisConstraints"); }
     int GetRefCoordSys() override { return eng_coordinate_system(); }
     void SetRefCoordSys(int system) override { eng_set_coordinate_system(system); }
-    void EnableUndo(BOOL) override { eng_unexpected("EnableUndo"); }
+    void EnableUndo(BOOL) override { Unexpected("EnableUndo"); }
 
     TimeValue GetTime() override { return eng_time(); }
     void DisableSceneRedraw() override { eng_disable_redraw(); }
@@ -175,39 +146,19 @@ HostInterface g_interface;
 
 }  // namespace
 
-CommandMode* ModeObject(eng_mode* handle) {
-    return ObjectOf<HostMode>(handle);
-}
-MacroRecorder* HostMacroRecorder() {
-    return &g_recorder;
-}
-
-Interface* GetCOREInterface() {
-    return Given<Interface>("GetCOREInterface", &g_interface);
-}
+// clang-format off
+CommandMode* ModeObject(eng_mode* handle) { return ObjectOf<HostMode>(handle); }
+Interface* GetCOREInterface() { return Given<Interface>("GetCOREInterface", &g_interface); }
 FPInterface* GetCOREInterface(Interface_ID id) {
-    if (id == IID_NAMED_SELECTION_SET_MANAGER && eng_has_set_manager() != 0) {
-        return &g_selectionSets;
-    }
-    return nullptr;
+    const bool known = id == IID_NAMED_SELECTION_SET_MANAGER && eng_has_set_manager() != 0;
+    return known ? &g_selectionSets : nullptr;
 }
-DWORD Get3DSMAXVersion() {
-    return eng_version();
-}
-
-// ---- undo
-// ----------------------------------------------------------------------------------------
+DWORD Get3DSMAXVersion() { return eng_version(); }
 
 Hold theHold;
-
-void Hold::Begin() {
-    eng_hold_begin();
-}
-void Hold::Accept(GivenText name) {
-    eng_hold_accept(Narrow(name));
-}
-void Hold::Cancel() {
-    eng_hold_cancel();
-}
+void Hold::Begin() { eng_hold_begin(); }
+void Hold::Accept(GivenText name) { eng_hold_accept(Narrow(name)); }
+void Hold::Cancel() { eng_hold_cancel(); }
 
 Interval::Interval(TimeValue first, TimeValue last) : start(first), end(last) {}
+// clang-format on

@@ -11,6 +11,5 @@
 
 IActionManager* HostActionManager();
 IMenuManager* HostMenuManager();
-MacroRecorder* HostMacroRecorder();
 
 CommandMode* ModeObject(eng_mode* handle);

@@ -9,30 +9,17 @@ FPStatus FPInterface::Invoke(FunctionID function, TimeValue time, FPValue& resul
     return _dispatch_fn(function, time, result, parameters);
 }
 FPStatus FPInterface::Invoke(FunctionID, TimeValue, FPParams*) {
-    eng_unexpected("FPInterface::Invoke");
-    return FPS_FAIL;
+    return Unexpected("FPInterface::Invoke");
 }
-FunctionID FPInterface::FindFn(MCHAR*) {
-    return -1;
-}
-BOOL FPInterface::IsEnabled(FunctionID) {
-    return TRUE;
-}
-BOOL FPInterface::IsChecked(FunctionID) {
-    return FALSE;
-}
-BOOL FPInterface::IsVisible(FunctionID) {
-    return TRUE;
-}
-FunctionID FPInterface::GetIsEnabled(FunctionID) {
-    return 0;
-}
-FunctionID FPInterface::GetIsChecked(FunctionID) {
-    return 0;
-}
-FunctionID FPInterface::GetIsVisible(FunctionID) {
-    return 0;
-}
+// clang-format off
+FunctionID FPInterface::FindFn(MCHAR*) { return -1; }
+BOOL FPInterface::IsEnabled(FunctionID) { return TRUE; }
+BOOL FPInterface::IsChecked(FunctionID) { return FALSE; }
+BOOL FPInterface::IsVisible(FunctionID) { return TRUE; }
+FunctionID FPInterface::GetIsEnabled(FunctionID) { return 0; }
+FunctionID FPInterface::GetIsChecked(FunctionID) { return 0; }
+FunctionID FPInterface::GetIsVisible(FunctionID) { return 0; }
+// clang-format on
 
 bool FPMixinInterface::RegisterNotifyCallback(InterfaceNotifyCallback* callback) {
     if (callbacks == nullptr) callbacks = new Tab<InterfaceNotifyCallback*>;
@@ -53,25 +40,13 @@ char* FPValue::Loadva(int valueType, char* arguments, bool) {
     return arguments + kPlace;
 }
 
-MCHAR* ClassDesc::GetRsrcString(INT_PTR) {
-    eng_unexpected("ClassDesc::GetRsrcString");
-    return nullptr;
-}
 FPInterface* ClassDesc::GetInterface(Interface_ID id) {
-    for (int index = 0; index < interfaces.Count(); ++index) {
-        if (interfaces[index]->GetID() == id) return interfaces[index];
-    }
-    return nullptr;
+    return EntryWithId(interfaces, id);
 }
-FPInterface* ClassDesc::GetInterface(MCHAR*) {
-    return nullptr;
-}
-void ClassDesc::AddInterface(FPInterface* publisher) {
-    interfaces.Append(1, &publisher);
-}
+// clang-format off
+MCHAR* ClassDesc::GetRsrcString(INT_PTR) { return Unexpected("ClassDesc::GetRsrcString"); }
+FPInterface* ClassDesc::GetInterface(MCHAR*) { return nullptr; }
+void ClassDesc::AddInterface(FPInterface* publisher) { interfaces.Append(1, &publisher); }
+// clang-format on
 
-#ifndef _MSC_VER
-// Under the GNU rules a class has one table, beside its first member that is not inline, and
-// objects of derived classes made in other modules need it; dllexport does not export it.
-__asm__(".section .drectve\n\t.ascii \" -export:_ZTV9ClassDesc,data\"\n\t.text");
-#endif
+EXPORT_TABLE_OF("9ClassDesc")

@@ -5,20 +5,15 @@
 
 namespace {
 
-class HostButton final : public ICustButton {
+class HostButton final : public StandsFor<ICustButton, eng_button> {
 public:
-    explicit HostButton(eng_button* handle) : m_handle(handle) {}
-    eng_button* Handle() const { return m_handle; }
-
+    using StandsFor::StandsFor;
     BOOL IsEnabled() override { return eng_button_is_enabled(m_handle); }
     BOOL IsChecked() override { return eng_button_is_checked(m_handle); }
     int GetCurFlyOff() override { return eng_button_flyout(m_handle); }
     void SetCurFlyOff(int entry, BOOL notify) override {
         eng_button_set_flyout(m_handle, entry, notify);
     }
-
-private:
-    eng_button* m_handle;
 };
 
 class HostToolbars final : public CUIFrameMgr {};
@@ -27,7 +22,7 @@ HostToolbars g_toolbars;
 class HostManagerOfMenus final : public Published<IMenuManager> {
 public:
     bool RegisterMenu(IMenu* menu, DWORD flags) override {
-        return eng_register_menu(static_cast<HostMenu*>(menu)->Handle(), flags) != 0;
+        return eng_register_menu(HandleOf<HostMenu>(menu), flags) != 0;
     }
     bool RegisterMenuBarContext(MenuContextId id, const MCHAR* name) override {
         return eng_register_menu_context(id, Narrow(name)) != 0;
@@ -39,23 +34,13 @@ HostManagerOfMenus g_menuManager;
 
 }  // namespace
 
-IMenuManager* HostMenuManager() {
-    return &g_menuManager;
-}
-
-CUIFrameMgr* GetCUIFrameMgr() {
-    return Given<CUIFrameMgr>("GetCUIFrameMgr", &g_toolbars);
-}
-void CUIFrameMgr::SetMacroButtonStates(BOOL force) {
-    eng_set_macro_button_states(force);
-}
+// clang-format off
+IMenuManager* HostMenuManager() { return &g_menuManager; }
+CUIFrameMgr* GetCUIFrameMgr() { return Given<CUIFrameMgr>("GetCUIFrameMgr", &g_toolbars); }
+void CUIFrameMgr::SetMacroButtonStates(BOOL force) { eng_set_macro_button_states(force); }
 ICustButton* CUIFrameMgr::GetICustButton(int id) {
     return ObjectOf<HostButton>(eng_toolbar_button(id));
 }
-
-ICustButton* GetICustButton(HWND window) {
-    return ObjectOf<HostButton>(eng_button_of(window));
-}
-void ReleaseICustButton(ICustButton* button) {
-    eng_release_button(button == nullptr ? nullptr : static_cast<HostButton*>(button)->Handle());
-}
+ICustButton* GetICustButton(HWND window) { return ObjectOf<HostButton>(eng_button_of(window)); }
+void ReleaseICustButton(ICustButton* button) { eng_release_button(HandleOf<HostButton>(button)); }
+// clang-format on

@@ -12,8 +12,7 @@
 #include <maxscript/foundation/functions.h>
 #include <maxscript/util/listener.h>
 
-// ---- values
-// --------------------------------------------------------------------------------------
+// --- values ---
 
 Boolean true_value;
 Boolean false_value;
@@ -48,8 +47,7 @@ private:
     eng_value m_value;
 };
 
-// ---- primitives
-// ----------------------------------------------------------------------------------
+// --- primitives ---
 
 Function::~Function() = default;
 
@@ -100,8 +98,7 @@ static void CallPrimitive(void* function, const eng_value* args, int count, eng_
     *result = ContentOf(answer, arguments, count);
 }
 
-// ---- listener and macro recorder
-// -----------------------------------------------------------------
+// --- listener and macro recorder ---
 
 class ListenerStream final : public WindowStream {
 public:

@@ -80,20 +80,13 @@ BaseInterface* InterfaceServer::GetInterface(Interface_ID) {
 }
 
 BaseInterface* BaseInterfaceServer::GetInterface(Interface_ID id) {
-    for (int index = 0; index < interfaces.Count(); ++index) {
-        if (interfaces[index]->GetID() == id) return interfaces[index];
-    }
-    return InterfaceServer::GetInterface(id);
+    return EntryWithId(interfaces, id);
 }
 int BaseInterfaceServer::NumInterfaces() const {
     return interfaces.Count();
 }
 BaseInterface* BaseInterfaceServer::GetInterfaceAt(int index) const {
-    return index >= 0 && index < interfaces.Count() ? interfaces[index] : nullptr;
+    return EntryAt(interfaces, index);
 }
 
-#ifndef _MSC_VER
-// Under the GNU rules a class has one table, beside its first member that is not inline, and
-// objects of derived classes made in other modules need it; dllexport does not export it.
-__asm__(".section .drectve\n\t.ascii \" -export:_ZTV19BaseInterfaceServer,data\"\n\t.text");
-#endif
+EXPORT_TABLE_OF("19BaseInterfaceServer")

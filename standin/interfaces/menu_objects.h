@@ -8,24 +8,17 @@
 
 #include <imenus.h>
 
-class HostMenu : public Published<IMenu> {
+class HostMenu : public StandsFor<Published<IMenu>, eng_menu> {
 public:
-    explicit HostMenu(eng_menu* handle) : m_handle(handle) {}
-    eng_menu* Handle() const { return m_handle; }
-
+    using StandsFor::StandsFor;
     void SetTitle(const MCHAR* title) override { eng_menu_set_title(m_handle, Narrow(title)); }
     int NumItems() const override { return eng_menu_count(m_handle); }
     inline void AddItem(IMenuItem* item, int position) override;
-
-private:
-    eng_menu* m_handle;
 };
 
-class HostMenuItem : public Published<IMenuItem> {
+class HostMenuItem : public StandsFor<Published<IMenuItem>, eng_item> {
 public:
-    explicit HostMenuItem(eng_item* handle) : m_handle(handle) {}
-    eng_item* Handle() const { return m_handle; }
-
+    using StandsFor::StandsFor;
     void SetTitle(const MCHAR* title) override { eng_item_set_title(m_handle, Narrow(title)); }
     void ActAsSeparator() override { eng_item_separator(m_handle); }
     void SetActionItem(ActionItem* item) override {
@@ -33,13 +26,10 @@ public:
         eng_item_set_action(m_handle, action->TableId(), action->GetId());
     }
     void SetSubMenu(IMenu* menu) override {
-        eng_item_set_submenu(m_handle, static_cast<HostMenu*>(menu)->Handle());
+        eng_item_set_submenu(m_handle, HandleOf<HostMenu>(menu));
     }
-
-private:
-    eng_item* m_handle;
 };
 
 void HostMenu::AddItem(IMenuItem* item, int position) {
-    eng_menu_add(m_handle, static_cast<HostMenuItem*>(item)->Handle(), position);
+    eng_menu_add(m_handle, HandleOf<HostMenuItem>(item), position);
 }

@@ -2,23 +2,18 @@
 
 #include "standin/interfaces/menu_objects.h"
 
-IMenu* GetIMenu() {
-    return ObjectOf<HostMenu>(eng_new_menu());
-}
-IMenuItem* GetIMenuItem() {
-    return ObjectOf<HostMenuItem>(eng_new_item());
-}
-
-void ReleaseIMenu(IMenu* menu) {
-    if (menu == nullptr) return;
-    eng_menu* handle = static_cast<HostMenu*>(menu)->Handle();
-    ForgetObjectOf<HostMenu>(handle);
-    eng_release_menu(handle);
+template <class Object, class Base, class Engine>
+static void Release(Base* object, void (*release)(Engine*)) {
+    if (object == nullptr) return;
+    Engine* handle = HandleOf<Object>(object);
+    *eng_slot(handle) = nullptr;
+    ::delete static_cast<Object*>(object);
+    release(handle);
 }
 
-void ReleaseIMenuItem(IMenuItem* item) {
-    if (item == nullptr) return;
-    eng_item* handle = static_cast<HostMenuItem*>(item)->Handle();
-    ForgetObjectOf<HostMenuItem>(handle);
-    eng_release_item(handle);
-}
+// clang-format off
+IMenu* GetIMenu() { return ObjectOf<HostMenu>(eng_new_menu()); }
+IMenuItem* GetIMenuItem() { return ObjectOf<HostMenuItem>(eng_new_item()); }
+void ReleaseIMenu(IMenu* menu) { Release<HostMenu>(menu, eng_release_menu); }
+void ReleaseIMenuItem(IMenuItem* item) { Release<HostMenuItem>(item, eng_release_item); }
+// clang-format on

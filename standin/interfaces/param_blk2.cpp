@@ -5,42 +5,30 @@
 
 #include <iparamb2.h>
 
+// clang-format off
 ClassDesc2::ClassDesc2() = default;
 ClassDesc2::~ClassDesc2() = default;
-
+int ClassDesc2::NumParamBlockDescs() { return pbDescs.Count(); }
+ParamBlockDesc2* ClassDesc2::GetParamBlockDesc(int index) { return EntryAt(pbDescs, index); }
+void ClassDesc2::AddParamBlockDesc(ParamBlockDesc2* block) { pbDescs.Append(1, &block); }
+int ClassDesc2::NumParamMaps() { return paramMaps.Count(); }
+IParamMap2* ClassDesc2::GetParamMap(int index) { return EntryAt(paramMaps, index); }
 void ClassDesc2::ResetClassParams(BOOL) {}
+void ClassDesc2::InvalidateUI(ParamBlockDesc2*) {}
+// clang-format on
 
-int ClassDesc2::NumParamBlockDescs() {
-    return pbDescs.Count();
-}
-ParamBlockDesc2* ClassDesc2::GetParamBlockDesc(int index) {
-    return index >= 0 && index < pbDescs.Count() ? pbDescs[index] : nullptr;
-}
 ParamBlockDesc2* ClassDesc2::GetParamBlockDescByID(BlockID) {
-    eng_unexpected("ClassDesc2::GetParamBlockDescByID");
-    return nullptr;
+    return Unexpected("ClassDesc2::GetParamBlockDescByID");
 }
-void ClassDesc2::AddParamBlockDesc(ParamBlockDesc2* description) {
-    pbDescs.Append(1, &description);
-}
-
 void ClassDesc2::BeginEditParams(IObjParam*, ReferenceMaker*, ULONG, Animatable*) {
-    eng_unexpected("ClassDesc2::BeginEditParams");
+    Unexpected("ClassDesc2::BeginEditParams");
 }
 void ClassDesc2::EndEditParams(IObjParam*, ReferenceMaker*, ULONG, Animatable*) {
-    eng_unexpected("ClassDesc2::EndEditParams");
+    Unexpected("ClassDesc2::EndEditParams");
 }
-void ClassDesc2::InvalidateUI(ParamBlockDesc2*) {}
 void ClassDesc2::MakeAutoParamBlocks(ReferenceMaker*) {
-    eng_unexpected("ClassDesc2::MakeAutoParamBlocks");
-}
-
-int ClassDesc2::NumParamMaps() {
-    return paramMaps.Count();
-}
-IParamMap2* ClassDesc2::GetParamMap(int index) {
-    return index >= 0 && index < paramMaps.Count() ? paramMaps[index] : nullptr;
+    Unexpected("ClassDesc2::MakeAutoParamBlocks");
 }
 void ClassDesc2::SetUserDlgProc(ParamBlockDesc2*, MapID, ParamMap2UserDlgProc*) {
-    eng_unexpected("ClassDesc2::SetUserDlgProc");
+    Unexpected("ClassDesc2::SetUserDlgProc");
 }

@@ -10,8 +10,7 @@ class Published : public Base {
 public:
     Interface_ID GetID() override { return Interface_ID(0, 0); }
     FPStatus _dispatch_fn(FunctionID, TimeValue, FPValue&, FPParams*) override {
-        eng_unexpected("_dispatch_fn");
-        return FPS_FAIL;
+        return Unexpected("_dispatch_fn");
     }
     FPInterfaceDesc* GetDesc() override { return nullptr; }
 };

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <optional>
 
+#include "standin/engine/intercept/faults.h"
 #include "standin/player/player.h"
 #include "standin/player/plays.h"
 #include "standin/player/tour.h"
@@ -306,7 +307,7 @@ DWORD WINAPI PlayOneInThread(void* arguments) {
 }
 
 int ListFaults() {
-    for (const std::string& name : player::FaultNames())
+    for (const std::string& name : faults::Names())
         std::printf("%s\n", name.c_str());
     return player::kGood;
 }

@@ -9,7 +9,7 @@
 #include <cstring>
 
 #include "standin/engine/input/input.h"
-#include "standin/engine/intercept/intercept.h"
+#include "standin/engine/intercept/faults.h"
 #include "standin/engine/trace/trace.h"
 #include "standin/engine/trace/control.h"
 #include "standin/engine/world/world.h"
@@ -350,23 +350,14 @@ scenario::Vocabulary KnownWords() {
     known.is_window = [](std::string_view name) { return world::IsName(name); };
     known.is_object = [](std::string_view name) { return world::IsObject(name); };
     known.is_action = [](unsigned long table, int id) { return world::IsAction(table, id); };
-    known.is_fault = [](std::string_view name) {
-        return intercept::KnowsFault(name) || world::KnowsFault(name);
-    };
+    known.is_fault = faults::IsName;
     known.is_global = [](std::string_view name) { return plugin::IsGlobal(name); };
     known.names = [](scenario::Check check) {
         return check == scenario::Check::kWindow  ? world::WindowNames()
-               : check == scenario::Check::kFault ? FaultNames()
+               : check == scenario::Check::kFault ? faults::Names()
                                                   : std::vector<std::string>();
     };
     return known;
-}
-
-std::vector<std::string> FaultNames() {
-    std::vector<std::string> names = intercept::FaultNames();
-    const std::vector<std::string> more = world::FaultNames();
-    names.insert(names.end(), more.begin(), more.end());
-    return names;
 }
 
 // Every hotkey of the plug-in is the user's own choice. These are Maya's where it has one, and none

@@ -53,8 +53,6 @@ struct Options {
 
 // What the world, the fault lists and the link map know, for the parser.
 scenario::Vocabulary KnownWords();
-// The calls that `fail` knows.
-std::vector<std::string> FaultNames();
 
 // The trace goes to standard output, messages to standard error, with `file` before them.
 int Play(const Options& options, const std::string& file, const scenario::Scenario& scenario);

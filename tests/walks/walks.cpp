@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "standin/engine/intercept/faults.h"
 #include "standin/player/command_line.h"
 #include "tests/walks/fuzz.h"
 #include "tests/walks/invariants.h"
@@ -69,7 +70,7 @@ int walks_main(int count, char** arguments) {
         std::fprintf(stderr, "walks: %s\n", problem.c_str());
         return player::kUnreadable;
     }
-    options.faults = player::FaultNames();
+    options.faults = faults::Names();
     // After the start only the host itself takes from its heap, and does not outlive its end.
     std::erase(options.faults, "MAX_new");
     return player::WithPlays(static_cast<int>(list.size()), list.data(),

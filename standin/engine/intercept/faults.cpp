@@ -5,23 +5,38 @@
 namespace faults {
 namespace {
 
-using Names = std::set<std::string, std::less<>>;
+using NameSet = std::set<std::string, std::less<>>;
 
-Names g_on;
-Names g_calls;
+NameSet g_on;
+NameSet g_calls;
 bool g_noting = false;
 bool g_watching = false;  // some call fails, or calls are noted
 
+// Made by the first table that adds to it, which may be loaded before this file's globals.
+NameSet& KnownNames() {
+    static NameSet names;
+    return names;
+}
+
 }  // namespace
+
+bool AddNames(std::initializer_list<const char*> names) {
+    KnownNames().insert(names.begin(), names.end());
+    return true;
+}
+
+std::vector<std::string> Names() {
+    return {KnownNames().begin(), KnownNames().end()};
+}
+
+bool IsName(std::string_view name) {
+    return KnownNames().contains(name);
+}
 
 bool IsOn(std::string_view call) {
     if (!g_watching) return false;
     if (g_noting && !g_calls.contains(call)) g_calls.emplace(call);
     return g_on.contains(call);
-}
-
-bool IsSet(std::string_view name) {
-    return g_watching && g_on.contains(name);
 }
 
 bool IsAnybodyWatching() {

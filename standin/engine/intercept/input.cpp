@@ -1,5 +1,5 @@
 // Keyboard, mouse, clock and hooks as the plug-in calls them.
-#include <cstring>
+#include <utility>
 
 #include "standin/engine/input/input.h"
 #include "standin/engine/input/control.h"
@@ -21,7 +21,7 @@ std::string KeyName(int key) {
         case VK_RCONTROL: return "rctrl";
         case VK_LMENU: return "lalt";
         case VK_RMENU: return "ralt";
-        default: return Number(key);
+        default: return Text(key);
     }
 }
 
@@ -55,181 +55,93 @@ std::string RecordText(const INPUT& record) {
     return text;
 }
 
-UINT WINAPI OnSendInput(UINT count, INPUT* records, int) {
-    std::string text = "SendInput";
+std::string RecordTexts(const INPUT* records, UINT count) {
+    std::string texts;
     for (UINT i = 0; i < count; ++i)
-        text += ' ' + RecordText(records[i]);
-    trace::Win(text);
-    if (Fails("SendInput")) return 0;
-    return input::SendInputRecords(records, count);
+        texts += (i > 0 ? " " : "") + RecordText(records[i]);
+    return texts;
 }
 
-HCURSOR g_shape = nullptr;
-
-HCURSOR WINAPI OnSetCursor(HCURSOR cursor) {
-    trace::Win("SetCursor " + ResourceText(cursor));
-    if (Fails("SetCursor")) return nullptr;
-    if (!input::IsVirtual()) return ::SetCursor(cursor);
-    const HCURSOR before = g_shape;
-    g_shape = cursor;
-    return before;
-}
-
-BOOL WINAPI OnSetCursorPos(int x, int y) {
-    trace::Win("SetCursorPos " + PointText(x, y));
-    if (Fails("SetCursorPos")) return FALSE;
-    return input::MoveCursor({x, y});
-}
-
-BOOL WINAPI OnGetCursorPos(POINT* point) {
-    const bool fails = Fails("GetCursorPos");
-    if (!fails) *point = input::Cursor();
-    if (trace::AsksWanted())
-        trace::Ask("GetCursorPos", fails ? "0" : PointText(point->x, point->y));
-    return !fails;
-}
-
-SHORT WINAPI OnGetAsyncKeyState(int key) {
-    const SHORT state = Fails("GetAsyncKeyState") ? SHORT{0} : input::AsyncKeyState(key);
-    if (trace::AsksWanted()) trace::Ask("GetAsyncKeyState " + Number(key), Number(state));
-    return state;
-}
-
-SHORT WINAPI OnGetKeyState(int key) {
-    const SHORT state = Fails("GetKeyState") ? SHORT{0} : input::ThreadKeyState(key);
-    if (trace::AsksWanted()) trace::Ask("GetKeyState " + Number(key), Number(state));
-    return state;
+// KEY=STATE of the entries that are listed.
+template <typename Choice>
+std::string KeyStates(const BYTE state[256], Choice is_listed) {
+    std::string text;
+    for (int key = 0; key < 256; ++key) {
+        if (!is_listed(key)) continue;
+        text += (text.empty() ? "" : " ") + Text(key) + "=" + Text(state[key]);
+    }
+    return text;
 }
 
 std::string KeysDown(const BYTE state[256]) {
-    std::string text;
-    for (int key = 0; key < 256; ++key) {
-        if ((state[key] & 0x80) == 0) continue;
-        if (!text.empty()) text += ' ';
-        text += Number(key) + "=" + Number(state[key]);
-    }
+    const std::string text = KeyStates(state, [=](int key) { return (state[key] & 0x80) != 0; });
     return text.empty() ? "none" : text;
 }
 
-BOOL WINAPI OnGetKeyboardState(BYTE* state) {
-    const bool fails = Fails("GetKeyboardState");
-    if (!fails) input::ReadKeyboard(state);
-    if (trace::AsksWanted()) trace::Ask("GetKeyboardState", fails ? "0" : KeysDown(state));
-    return !fails;
-}
-
-BOOL WINAPI OnSetKeyboardState(BYTE* state) {
+std::string KeyChanges(const BYTE state[256]) {
     BYTE before[256];
     input::ReadKeyboard(before);
-    std::string text = "SetKeyboardState";
-    for (int key = 0; key < 256; ++key)
-        if (before[key] != state[key]) text += ' ' + Number(key) + "=" + Number(state[key]);
-    trace::Win(text);
-    if (Fails("SetKeyboardState")) return FALSE;
-    input::WriteKeyboard(state);
-    return TRUE;
+    return KeyStates(state, [&](int key) { return before[key] != state[key]; });
 }
 
-int WINAPI OnGetSystemMetrics(int index) {
-    int value = 0;
-    if (!Fails("GetSystemMetrics")) {
-        const SIZE screen = input::ScreenSize();
-        const RECT all = input::WholeScreen();
-        switch (index) {
-            case SM_CXSCREEN: value = screen.cx; break;
-            case SM_CYSCREEN: value = screen.cy; break;
-            case SM_XVIRTUALSCREEN: value = all.left; break;
-            case SM_YVIRTUALSCREEN: value = all.top; break;
-            case SM_CXVIRTUALSCREEN: value = all.right - all.left; break;
-            case SM_CYVIRTUALSCREEN: value = all.bottom - all.top; break;
-            case SM_SWAPBUTTON: value = input::ButtonsAreSwapped(); break;
-            default: value = ::GetSystemMetrics(index);
-        }
+int SystemMetric(int index) {
+    const SIZE screen = input::ScreenSize();
+    const RECT all = input::WholeScreen();
+    switch (index) {
+        case SM_CXSCREEN: return screen.cx;
+        case SM_CYSCREEN: return screen.cy;
+        case SM_XVIRTUALSCREEN: return all.left;
+        case SM_YVIRTUALSCREEN: return all.top;
+        case SM_CXVIRTUALSCREEN: return all.right - all.left;
+        case SM_CYVIRTUALSCREEN: return all.bottom - all.top;
+        case SM_SWAPBUTTON: return input::ButtonsAreSwapped();
+        default: return ::GetSystemMetrics(index);
     }
-    if (trace::AsksWanted()) trace::Ask("GetSystemMetrics " + Number(index), Number(value));
-    return value;
-}
-
-DWORD WINAPI OnGetTickCount() {
-    const DWORD ticks = Fails("GetTickCount") ? 0 : input::Ticks();
-    if (trace::AsksWanted()) trace::Ask("GetTickCount", Number(ticks));
-    return ticks;
 }
 
 // Time only passes where a scenario says so, here and with `clock`.
-void WINAPI OnSleep(DWORD milliseconds) {
-    trace::Win("Sleep " + Number(milliseconds));
-    if (Fails("Sleep")) return;
+void PassTime(DWORD milliseconds) {
     input::AdvanceClock(milliseconds);
     if (!input::IsVirtual()) ::Sleep(milliseconds ? 1 : 0);  // what waits gets its turn
-}
-
-LPARAM WINAPI OnGetMessageExtraInfo() {
-    const LPARAM extra =
-        Fails("GetMessageExtraInfo") || input::IsVirtual() ? 0 : ::GetMessageExtraInfo();
-    if (trace::AsksWanted()) trace::Ask("GetMessageExtraInfo", Number(extra));
-    return extra;
-}
-
-HWND WINAPI OnGetForegroundWindow() {
-    const HWND window = Fails("GetForegroundWindow") ? nullptr : world::ForegroundWindow();
-    if (trace::AsksWanted()) trace::Ask("GetForegroundWindow", world::Of(window));
-    return window;
-}
-
-HWND WINAPI OnWindowFromPoint(POINT point) {
-    const HWND window = Fails("WindowFromPoint") ? nullptr : input::WindowAt(point);
-    if (trace::AsksWanted())
-        trace::Ask("WindowFromPoint " + PointText(point.x, point.y), world::Of(window));
-    return window;
 }
 
 std::string ThreadText(DWORD thread) {
     return thread == 0 ? "all" : thread == GetCurrentThreadId() ? "ui" : "other";
 }
 
-HHOOK WINAPI OnSetWindowsHookExA(int type, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
-    trace::Win("SetWindowsHookExA " + Number(type) + " module=" + ModuleText(module) +
-               " thread=" + ThreadText(thread));
-    if (Fails("SetWindowsHookExA")) return nullptr;
-    return input::InstallHook(type, procedure);
-}
+HCURSOR g_shape = nullptr;
 
-LRESULT WINAPI OnCallNextHookEx(HHOOK, int code, WPARAM wparam, LPARAM lparam) {
+// clang-format off
+EFFECT(UINT, SendInput, (UINT count, INPUT* records, int), (RecordTexts(records, count)),
+    input::SendInputRecords(records, count))
+EFFECT(HCURSOR, SetCursor, (HCURSOR cursor), (ResourceText(cursor)),
+    input::IsVirtual() ? std::exchange(g_shape, cursor) : ::SetCursor(cursor))
+EFFECT(BOOL, SetCursorPos, (int x, int y), (POINT{x, y}), input::MoveCursor({x, y}))
+READER_AS(BOOL, GetCursorPos, (POINT* point), (), answer ? Text(*point) : "0",
+    (*point = input::Cursor(), TRUE))
+READER(SHORT, GetAsyncKeyState, (int key), (key), input::AsyncKeyState(key))
+READER(SHORT, GetKeyState, (int key), (key), input::ThreadKeyState(key))
+READER_AS(BOOL, GetKeyboardState, (BYTE* state), (), answer ? KeysDown(state) : "0",
+    (input::ReadKeyboard(state), TRUE))
+EFFECT(BOOL, SetKeyboardState, (BYTE* state), (KeyChanges(state)),
+    (input::WriteKeyboard(state), TRUE))
+READER(int, GetSystemMetrics, (int index), (index), SystemMetric(index))
+READER(DWORD, GetTickCount, (), (), input::Ticks())
+EFFECT(void, Sleep, (DWORD milliseconds), (milliseconds), PassTime(milliseconds))
+READER(LPARAM, GetMessageExtraInfo, (), (), input::IsVirtual() ? 0 : ::GetMessageExtraInfo())
+READER(HWND, GetForegroundWindow, (), (), world::ForegroundWindow())
+READER(HWND, WindowFromPoint, (POINT point), (point), input::WindowAt(point))
+EFFECT(HHOOK, SetWindowsHookExA, (int type, HOOKPROC procedure, HINSTANCE module, DWORD thread),
+    (type, "module=" + ModuleText(module), "thread=" + ThreadText(thread)),
+    input::InstallHook(type, procedure))
+EFFECT(HWND, SetFocus, (HWND window), (window), ::SetFocus(window))
+// clang-format on
+
+// What comes next is not the plug-in's: no line, and it goes on in any case.
+WRAPPER(LRESULT, CallNextHookEx, (HHOOK, int code, WPARAM wparam, LPARAM lparam)) {
     Fails("CallNextHookEx");
     return input::PassOn(code, wparam, lparam);
 }
 
-HWND WINAPI OnSetFocus(HWND window) {
-    trace::Win("SetFocus " + world::Of(window));
-    if (Fails("SetFocus")) return nullptr;
-    return ::SetFocus(window);
-}
-
-const Row kRows[] = {
-    {"SendInput", Address(OnSendInput)},
-    {"SetCursor", Address(OnSetCursor)},
-    {"SetCursorPos", Address(OnSetCursorPos)},
-    {"GetCursorPos", Address(OnGetCursorPos)},
-    {"GetAsyncKeyState", Address(OnGetAsyncKeyState)},
-    {"GetKeyState", Address(OnGetKeyState)},
-    {"GetKeyboardState", Address(OnGetKeyboardState)},
-    {"SetKeyboardState", Address(OnSetKeyboardState)},
-    {"GetSystemMetrics", Address(OnGetSystemMetrics)},
-    {"GetTickCount", Address(OnGetTickCount)},
-    {"Sleep", Address(OnSleep)},
-    {"GetMessageExtraInfo", Address(OnGetMessageExtraInfo)},
-    {"GetForegroundWindow", Address(OnGetForegroundWindow)},
-    {"WindowFromPoint", Address(OnWindowFromPoint)},
-    {"SetWindowsHookExA", Address(OnSetWindowsHookExA)},
-    {"CallNextHookEx", Address(OnCallNextHookEx)},
-    {"SetFocus", Address(OnSetFocus)},
-};
-
 }  // namespace
-
-std::span<const Row> InputCalls() {
-    return kRows;
-}
-
 }  // namespace intercept

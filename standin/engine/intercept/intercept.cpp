@@ -1,7 +1,6 @@
 #include "standin/engine/intercept/intercept.h"
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 
 #include "standin/engine/intercept/faults.h"
@@ -16,94 +15,53 @@ unsigned long long g_calls = 0;
 unsigned long long g_allocations = 0;
 std::map<const void*, std::string> g_resources;
 
+struct Target {
+    void* wrapper = nullptr;
+    void** original = nullptr;  // where the wrapper wants to know what the import pointed to
+};
+std::map<std::string_view, Target>& Targets() {
+    static std::map<std::string_view, Target> targets;
+    return targets;
+}
+
 // --- heap: the count is all that is wanted, the call goes on to where the import pointed ---
 
-using Malloc = void* (*)(size_t);
-using Calloc = void* (*)(size_t, size_t);
-using Realloc = void* (*)(void*, size_t);
-using HeapAllocation = void*(WINAPI*)(HANDLE, DWORD, size_t);
-using HandleAllocation = void*(WINAPI*)(UINT, size_t);
-
-Malloc g_malloc = nullptr;
-Calloc g_calloc = nullptr;
-Realloc g_realloc = nullptr;
-Malloc g_operator_new = nullptr;
-Malloc g_operator_new_array = nullptr;
-HeapAllocation g_heap_alloc = nullptr;
-HandleAllocation g_local_alloc = nullptr;
-HandleAllocation g_global_alloc = nullptr;
-
-void* OnMalloc(size_t bytes) {
-    if (faults::IsOn("malloc")) return nullptr;
-    ++g_allocations;
-    return g_malloc(bytes);
-}
-
-void* OnCalloc(size_t count, size_t bytes) {
-    ++g_allocations;
-    return g_calloc(count, bytes);
-}
-
-void* OnRealloc(void* memory, size_t bytes) {
-    if (faults::IsOn("realloc")) return nullptr;
-    ++g_allocations;
-    return g_realloc(memory, bytes);
-}
-
-void* OnNew(size_t bytes) {
-    ++g_allocations;
-    return g_operator_new(bytes);
-}
-
-void* OnNewArray(size_t bytes) {
-    ++g_allocations;
-    return g_operator_new_array(bytes);
-}
-
-void* WINAPI OnHeapAlloc(HANDLE heap, DWORD flags, size_t bytes) {
-    ++g_allocations;
-    return g_heap_alloc(heap, flags, bytes);
-}
-
-void* WINAPI OnLocalAlloc(UINT flags, size_t bytes) {
-    ++g_allocations;
-    return g_local_alloc(flags, bytes);
-}
-
-void* WINAPI OnGlobalAlloc(UINT flags, size_t bytes) {
-    ++g_allocations;
-    return g_global_alloc(flags, bytes);
-}
-
-struct HeapRow {
-    const char* name;
-    void* wrapper;
-    void** original;
+template <size_t size>
+struct Name {
+    char text[size];
+    constexpr Name(const char (&name)[size]) { std::copy_n(name, size, text); }
 };
 
-const HeapRow kHeapCalls[] = {
-    {"malloc", Address(OnMalloc), reinterpret_cast<void**>(&g_malloc)},
-    {"calloc", Address(OnCalloc), reinterpret_cast<void**>(&g_calloc)},
-    {"realloc", Address(OnRealloc), reinterpret_cast<void**>(&g_realloc)},
-    {"??2@YAPEAX_K@Z", Address(OnNew), reinterpret_cast<void**>(&g_operator_new)},
-    {"??_U@YAPEAX_K@Z", Address(OnNewArray), reinterpret_cast<void**>(&g_operator_new_array)},
-    {"_Znwy", Address(OnNew), reinterpret_cast<void**>(&g_operator_new)},
-    {"_Znay", Address(OnNewArray), reinterpret_cast<void**>(&g_operator_new_array)},
-    {"HeapAlloc", Address(OnHeapAlloc), reinterpret_cast<void**>(&g_heap_alloc)},
-    {"LocalAlloc", Address(OnLocalAlloc), reinterpret_cast<void**>(&g_local_alloc)},
-    {"GlobalAlloc", Address(OnGlobalAlloc), reinterpret_cast<void**>(&g_global_alloc)},
-};
+template <Name name>
+void* g_original = nullptr;
+
+template <Name name, typename... Arguments>
+void* Counted(Arguments... arguments) {
+    if (faults::IsOn(name.text)) return nullptr;
+    ++g_allocations;
+    return reinterpret_cast<void* (*)(Arguments...)>(g_original<name>)(arguments...);
+}
+
+template <Name name, typename... Arguments>
+bool Count() {
+    Targets()[name.text] = {Address(Counted<name, Arguments...>), &g_original<name>};
+    return true;
+}
+
+const bool g_heap_is_counted =
+    Count<"malloc", size_t>() && Count<"calloc", size_t, size_t>() &&
+    Count<"realloc", void*, size_t>() && Count<"HeapAlloc", HANDLE, DWORD, size_t>() &&
+    Count<"LocalAlloc", UINT, size_t>() && Count<"GlobalAlloc", UINT, size_t>() &&
+    // operator new of both compilers
+    Count<"??2@YAPEAX_K@Z", size_t>() && Count<"??_U@YAPEAX_K@Z", size_t>() &&
+    Count<"_Znwy", size_t>() && Count<"_Znay", size_t>();
+const bool g_faults_known = faults::AddNames({"malloc", "realloc"});
 
 void* WrapperOf(const char* name, void* original) {
-    for (const std::span<const Row> rows : {InputCalls(), WindowCalls(), ResourceCalls()})
-        for (const Row& row : rows)
-            if (std::strcmp(row.name, name) == 0) return row.wrapper;
-    for (const HeapRow& row : kHeapCalls) {
-        if (std::strcmp(row.name, name) != 0) continue;
-        *row.original = original;
-        return row.wrapper;
-    }
-    return nullptr;
+    const auto found = Targets().find(name);
+    if (found == Targets().end()) return nullptr;
+    if (found->second.original) *found->second.original = original;
+    return found->second.wrapper;
 }
 
 void PatchEntry(ULONGLONG* entry, void* wrapper) {
@@ -138,17 +96,9 @@ void PatchImports(HMODULE module) {
     }
 }
 
-bool KnowsFault(std::string_view name) {
-    const std::vector<std::string> names = FaultNames();
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
-std::vector<std::string> FaultNames() {
-    std::vector<std::string> names = {std::string(kSettingsFolder), "malloc", "realloc"};
-    for (const std::span<const Row> rows : {InputCalls(), WindowCalls(), ResourceCalls()})
-        for (const Row& row : rows)
-            if (row.can_fail) names.emplace_back(row.name);
-    return names;
+Wrapper::Wrapper(const char* name, void* wrapper, bool can_fail) {
+    Targets()[name] = {wrapper};
+    if (can_fail) faults::AddNames({name});
 }
 
 unsigned long long Allocations() {
@@ -170,14 +120,6 @@ bool Fails(std::string_view name) {
     return faults::IsOn(name);
 }
 
-std::string Number(long long value) {
-    return std::to_string(value);
-}
-
-std::string PointText(LONG x, LONG y) {
-    return Number(x) + "," + Number(y);
-}
-
 std::string ArgumentText(LONG_PTR value) {
     // Handles lie above the first 64 K, which flags and control numbers do not leave.
     constexpr LONG_PTR kLowestHandle = 0x10000;
@@ -187,7 +129,7 @@ std::string ArgumentText(LONG_PTR value) {
         const auto resource = g_resources.find(reinterpret_cast<const void*>(value));
         if (resource != g_resources.end()) return resource->second;
     }
-    return Number(value);
+    return Text(value);
 }
 
 std::string ModuleText(HMODULE module) {

@@ -4,18 +4,10 @@
 
 #include <windows.h>
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 namespace intercept {
 
 // Patches the imports of a freshly mapped module; entries of other modules stay untouched.
 void PatchImports(HMODULE module);
-
-// `fail NAME` for Win32 calls and the heap of the C runtime.
-bool KnowsFault(std::string_view name);
-std::vector<std::string> FaultNames();
 
 // Calls of the C runtime's and the system's heap so far.
 unsigned long long Allocations();

@@ -3,26 +3,20 @@
 
 #include <windows.h>
 
-#include <span>
 #include <string>
 #include <string_view>
 
+#include "standin/engine/calls.h"
+
 namespace intercept {
 
-struct Row {
-    const char* name;
-    void* wrapper;
-    bool can_fail = true;
+// A call that the plug-in's import of this name is led to. Each adds itself to the list that the
+// imports are looked up in.
+struct Wrapper {
+    Wrapper(const char* name, void* wrapper, bool can_fail = true);
 };
 
-std::span<const Row> InputCalls();
-std::span<const Row> WindowCalls();
-std::span<const Row> ResourceCalls();
-
-// No call, but the folder of the settings file, which can vanish.
-inline constexpr std::string_view kSettingsFolder = "settings-folder";
-
-// True while `fail NAME` is in force; every wrapper asks first, so that this also counts.
+// True while `fail NAME` is in force; every wrapper asks, so that this also counts.
 bool Fails(std::string_view name);
 
 template <typename Function>
@@ -30,8 +24,7 @@ void* Address(Function* function) {
     return reinterpret_cast<void*>(function);
 }
 
-std::string Number(long long value);
-std::string PointText(LONG x, LONG y);
+using calls::Text;
 // A message's argument: the name of a window or resource that it is a handle of, else the number.
 std::string ArgumentText(LONG_PTR value);
 // "none", "plugin", or the name of another module's file.
@@ -44,3 +37,16 @@ void ForgetResources();
 void ForgetSubclasses();
 
 }  // namespace intercept
+
+// A row for each function, as in host_calls.inc, with the system's name in place of the member's.
+#define WRAPPER(result, name, parameters)             \
+    result WINAPI On##name parameters;                \
+    const Wrapper g_##name{#name, Address(On##name)}; \
+    result WINAPI On##name parameters
+#define EFFECT(result, name, parameters, traced, ...) \
+    WRAPPER(result, name, parameters) TRACE_FAIL_ACT(trace::Win, result, #name, traced, __VA_ARGS__)
+#define READER_AS(result, name, parameters, traced, shown, ...) \
+    WRAPPER(result, name, parameters)                           \
+    FAIL_READ_TRACE(result, "", #name, traced, shown, __VA_ARGS__)
+#define READER(result, name, parameters, traced, ...) \
+    READER_AS(result, name, parameters, traced, Text(answer), __VA_ARGS__)

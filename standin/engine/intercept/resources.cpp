@@ -1,59 +1,19 @@
 // Resources and the settings file as the plug-in calls them.
 #include "standin/engine/intercept/internal.h"
-#include "standin/engine/trace/trace.h"
-#include "standin/engine/world/internal.h"
 
 namespace intercept {
 namespace {
 
-std::string NameOrNumber(const char* name) {
-    if (!name) return "none";
-    return IS_INTRESOURCE(name) ? Number(LOWORD(reinterpret_cast<ULONG_PTR>(name)))
-                                : trace::Quoted(name);
-}
-
-// The line of a reader that loads something, and the name by which later lines know it.
+// Later lines know what was loaded by the name that it was loaded by.
 template <typename Handle>
-Handle Loaded(const char* function, const char* name, Handle handle) {
-    NoteResource(handle, NameOrNumber(name));
-    if (trace::AsksWanted())
-        trace::Ask(std::string(function) + ' ' + NameOrNumber(name), handle ? "1" : "0");
+Handle Named(const std::string& name, Handle handle) {
+    NoteResource(handle, name);
     return handle;
 }
 
-HCURSOR WINAPI OnLoadCursorA(HINSTANCE module, const char* name) {
-    const HCURSOR cursor = Fails("LoadCursorA") ? nullptr : ::LoadCursorA(module, name);
-    Loaded("LoadCursorA", name, cursor);
-    if (!module && name == IDC_ARROW) NoteResource(cursor, "arrow");
-    return cursor;
-}
-
-HICON WINAPI OnLoadIconA(HINSTANCE module, const char* name) {
-    return Loaded("LoadIconA", name, Fails("LoadIconA") ? nullptr : ::LoadIconA(module, name));
-}
-
-HANDLE WINAPI OnLoadImageA(HINSTANCE module, const char* name, UINT type, int width, int height,
-                           UINT flags) {
-    return Loaded(
-        "LoadImageA", name,
-        Fails("LoadImageA") ? nullptr : ::LoadImageA(module, name, type, width, height, flags));
-}
-
-HMENU WINAPI OnLoadMenuA(HINSTANCE module, const char* name) {
-    return Loaded("LoadMenuA", name, Fails("LoadMenuA") ? nullptr : ::LoadMenuA(module, name));
-}
-
-HACCEL WINAPI OnLoadAcceleratorsA(HINSTANCE module, const char* name) {
-    return Loaded("LoadAcceleratorsA", name,
-                  Fails("LoadAcceleratorsA") ? nullptr : ::LoadAcceleratorsA(module, name));
-}
-
-int WINAPI OnLoadStringA(HINSTANCE module, UINT id, char* text, int size) {
-    const int length = Fails("LoadStringA") ? 0 : ::LoadStringA(module, id, text, size);
-    if (trace::AsksWanted())
-        trace::Ask("LoadStringA " + Number(id), trace::Quoted(length > 0 ? text : ""));
-    return length;
-}
+// No call, but the folder of the settings file, which can vanish.
+constexpr const char* kSettingsFolder = "settings-folder";
+const bool g_fault_known = faults::AddNames({kSettingsFolder});
 
 // The settings file, or where it would be if its folder had not vanished.
 std::string PlaceOf(const char* file) {
@@ -65,9 +25,36 @@ std::string PlaceOf(const char* file) {
     return world::g_world.options.config_dir + "\\system-folder-" + path;
 }
 
-DWORD WINAPI OnGetPrivateProfileStringA(const char* section, const char* key,
-                                        const char* default_text, char* text, DWORD size,
-                                        const char* file) {
+// The folder differs from play to play.
+std::string FileOf(const char* path) {
+    const std::string text = path ? path : "";
+    return text.substr(text.find_last_of("\\/") + 1);
+}
+
+// clang-format off
+#define LOADER(result, name, parameters, ...) \
+    READER_AS(result, name, parameters, (resource), answer ? "1" : "0", __VA_ARGS__)
+LOADER(HCURSOR, LoadCursorA, (HINSTANCE module, const char* resource),
+    Named(!module && resource == IDC_ARROW ? "arrow" : Text(resource),
+          ::LoadCursorA(module, resource)))
+LOADER(HICON, LoadIconA, (HINSTANCE module, const char* resource),
+    Named(Text(resource), ::LoadIconA(module, resource)))
+LOADER(HANDLE, LoadImageA,
+    (HINSTANCE module, const char* resource, UINT type, int width, int height, UINT flags),
+    Named(Text(resource), ::LoadImageA(module, resource, type, width, height, flags)))
+LOADER(HMENU, LoadMenuA, (HINSTANCE module, const char* resource),
+    Named(Text(resource), ::LoadMenuA(module, resource)))
+LOADER(HACCEL, LoadAcceleratorsA, (HINSTANCE module, const char* resource),
+    Named(Text(resource), ::LoadAcceleratorsA(module, resource)))
+READER_AS(int, LoadStringA, (HINSTANCE module, UINT id, char* text, int size), (id),
+    trace::Quoted(answer > 0 ? text : ""), ::LoadStringA(module, id, text, size))
+READER_AS(DWORD, GetFileAttributesA, (const char* file), (FileOf(file)),
+    Text(static_cast<int>(answer)), ::GetFileAttributesA(PlaceOf(file).c_str()))
+// clang-format on
+
+WRAPPER(DWORD, GetPrivateProfileStringA,
+        (const char* section, const char* key, const char* default_text, char* text, DWORD size,
+         const char* file)) {
     // A file that can not be read gives the default, as a missing one does.
     const std::string source =
         Fails("GetPrivateProfileStringA") ? "Z:\\nowhere.ini" : PlaceOf(file);
@@ -80,41 +67,12 @@ DWORD WINAPI OnGetPrivateProfileStringA(const char* section, const char* key,
     return length;
 }
 
-BOOL WINAPI OnWritePrivateProfileStringA(const char* section, const char* key, const char* text,
-                                         const char* file) {
+WRAPPER(BOOL, WritePrivateProfileStringA,
+        (const char* section, const char* key, const char* text, const char* file)) {
     trace::Ini(std::string(key ? key : "") + (text ? "=" : "") + (text ? text : ""));
     if (Fails("WritePrivateProfileStringA")) return FALSE;
     return ::WritePrivateProfileStringA(section, key, text, PlaceOf(file).c_str());
 }
 
-DWORD WINAPI OnGetFileAttributesA(const char* file) {
-    const DWORD attributes =
-        Fails("GetFileAttributesA") ? 0 : ::GetFileAttributesA(PlaceOf(file).c_str());
-    if (trace::AsksWanted()) {
-        // The folder differs from play to play.
-        const std::string path = file ? file : "";
-        trace::Ask("GetFileAttributesA " + path.substr(path.find_last_of("\\/") + 1),
-                   Number(static_cast<int>(attributes)));
-    }
-    return attributes;
-}
-
-const Row kRows[] = {
-    {"LoadCursorA", Address(OnLoadCursorA)},
-    {"LoadIconA", Address(OnLoadIconA)},
-    {"LoadImageA", Address(OnLoadImageA)},
-    {"LoadMenuA", Address(OnLoadMenuA)},
-    {"LoadAcceleratorsA", Address(OnLoadAcceleratorsA)},
-    {"LoadStringA", Address(OnLoadStringA)},
-    {"GetPrivateProfileStringA", Address(OnGetPrivateProfileStringA)},
-    {"WritePrivateProfileStringA", Address(OnWritePrivateProfileStringA)},
-    {"GetFileAttributesA", Address(OnGetFileAttributesA)},
-};
-
 }  // namespace
-
-std::span<const Row> ResourceCalls() {
-    return kRows;
-}
-
 }  // namespace intercept

@@ -14,9 +14,7 @@
 #include "standin/engine/input/control.h"
 #include "standin/engine/intercept/internal.h"
 #include "standin/engine/trace/message_names.h"
-#include "standin/engine/trace/trace.h"
 #include "standin/engine/trace/control.h"
-#include "standin/engine/world/world.h"
 
 namespace intercept {
 namespace {
@@ -38,46 +36,30 @@ std::string MessageText(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
     text += ArgumentText(static_cast<LONG_PTR>(wparam)) + ' ';
     if (IsMouseMessage(message))
         return text +
-               PointText(static_cast<short>(LOWORD(lparam)), static_cast<short>(HIWORD(lparam)));
+               Text(POINT{static_cast<short>(LOWORD(lparam)), static_cast<short>(HIWORD(lparam))});
     if (TakesText(window, message) && lparam)
         return text + trace::Quoted(reinterpret_cast<const char*>(lparam));
     return text + ArgumentText(lparam);
 }
 
-LRESULT WINAPI OnSendMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    trace::Win("SendMessageA " + MessageText(window, message, wparam, lparam));
-    if (Fails("SendMessageA")) return 0;
+LRESULT SendAndPump(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     const LRESULT answer = ::SendMessageA(window, message, wparam, lparam);
     input::NoteSent(message);
     input::PumpWithin(window, message);
     return answer;
 }
 
-BOOL WINAPI OnPostMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    trace::Win("PostMessageA " + MessageText(window, message, wparam, lparam));
-    if (Fails("PostMessageA")) return FALSE;
-    input::NotePosted();
-    return ::PostMessageA(window, message, wparam, lparam);
-}
-
-std::string HexText(UINT value) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%X", value);
-    return text;
-}
-
-std::string ControlText(HWND dialog, int id) {
-    const HWND control = ::GetDlgItem(dialog, id);
-    return control ? world::Of(control) : world::Of(dialog) + "." + Number(id);
-}
-
-LRESULT WINAPI OnSendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wparam,
-                                     LPARAM lparam) {
-    trace::Win("SendDlgItemMessageA " +
-               MessageText(::GetDlgItem(dialog, id), message, wparam, lparam));
-    if (Fails("SendDlgItemMessageA")) return 0;
-    return ::SendDlgItemMessageA(dialog, id, message, wparam, lparam);
-}
+// clang-format off
+EFFECT(LRESULT, SendMessageA, (HWND window, UINT message, WPARAM wparam, LPARAM lparam),
+    (MessageText(window, message, wparam, lparam)), SendAndPump(window, message, wparam, lparam))
+EFFECT(BOOL, PostMessageA, (HWND window, UINT message, WPARAM wparam, LPARAM lparam),
+    (MessageText(window, message, wparam, lparam)),
+    (input::NotePosted(), ::PostMessageA(window, message, wparam, lparam)))
+EFFECT(LRESULT, SendDlgItemMessageA,
+    (HWND dialog, int id, UINT message, WPARAM wparam, LPARAM lparam),
+    (MessageText(::GetDlgItem(dialog, id), message, wparam, lparam)),
+    ::SendDlgItemMessageA(dialog, id, message, wparam, lparam))
+// clang-format on
 
 // --- subclassed windows ---
 
@@ -98,13 +80,13 @@ LRESULT CALLBACK SubclassProcedure(HWND window, UINT message, WPARAM wparam, LPA
     const WNDPROC procedure = found->second;
     if (!IsListed(window, message, wparam)) return procedure(window, message, wparam, lparam);
     trace::SetEventWindow(window);
-    trace::In("message " + world::Of(window) + ' ' + names::Message(message) + ' ' +
-              Number(static_cast<long long>(wparam)) + ' ' + ArgumentText(lparam));
+    trace::In("message " + world::Of(window) + ' ' + names::Message(message) + ' ' + Text(wparam) +
+              ' ' + ArgumentText(lparam));
     const bool outer = std::exchange(g_went_on, false);
     const LRESULT answer = procedure(window, message, wparam, lparam);
     // What a filter of keys drops and what it lets through have the same answer.
     const bool filtered = message != WM_COMMAND;
-    trace::Out(Number(answer) + (!filtered ? "" : g_went_on ? " passed=yes" : " passed=no"));
+    trace::Out(Text(answer) + (!filtered ? "" : g_went_on ? " passed=yes" : " passed=no"));
     g_went_on = outer;
     return answer;
 }
@@ -114,18 +96,13 @@ LRESULT WINAPI OnCallWindowProcA(WNDPROC procedure, HWND window, UINT message, W
     g_went_on = true;
     return ::CallWindowProcA(procedure, window, message, wparam, lparam);
 }
+const Wrapper g_CallWindowProcA{"CallWindowProcA", Address(OnCallWindowProcA), false};
 
-LONG_PTR WINAPI OnSetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
-    trace::Win("SetWindowLongPtrA " + world::Of(window) + ' ' + Number(index));
-    if (Fails("SetWindowLongPtrA")) return 0;
+LONG_PTR SetLong(HWND window, int index, LONG_PTR value) {
     if (index != GWLP_WNDPROC) return ::SetWindowLongPtrA(window, index, value);
-    const auto [place, is_first] =
-        g_subclassed.try_emplace(window, reinterpret_cast<WNDPROC>(value));
-    if (!is_first) {
-        const WNDPROC earlier = place->second;
-        place->second = reinterpret_cast<WNDPROC>(value);
-        return reinterpret_cast<LONG_PTR>(earlier);
-    }
+    const WNDPROC procedure = reinterpret_cast<WNDPROC>(value);
+    const auto [place, is_first] = g_subclassed.try_emplace(window, procedure);
+    if (!is_first) return reinterpret_cast<LONG_PTR>(std::exchange(place->second, procedure));
     return ::SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SubclassProcedure));
 }
 
@@ -173,14 +150,13 @@ std::string NotificationText(const NMHDR& header) {
     };
     for (const Name& name : kNames)
         if (name.code == header.code) return name.text;
-    return Number(static_cast<int>(header.code));
+    return Text(static_cast<int>(header.code));
 }
 
 // Addresses are nobody's business: they differ from play to play.
 std::string DialogMessageText(UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NOTIFY)
-        return Number(static_cast<long long>(wparam)) + ' ' +
-               NotificationText(*reinterpret_cast<const NMHDR*>(lparam));
+        return Text(wparam) + ' ' + NotificationText(*reinterpret_cast<const NMHDR*>(lparam));
     return ArgumentText(static_cast<LONG_PTR>(wparam)) + ' ' +
            (message == WM_INITDIALOG ? "0" : ArgumentText(lparam));
 }
@@ -194,7 +170,7 @@ INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wparam, LPARA
     trace::InDialogMessage("message " + dialog.name + ' ' + names::Message(message) + ' ' +
                            DialogMessageText(message, wparam, lparam));
     const INT_PTR answer = dialog.procedure(window, message, wparam, lparam);
-    trace::OutDialogMessage(Number(answer));
+    trace::OutDialogMessage(Text(answer));
     return answer;
 }
 
@@ -207,21 +183,23 @@ INT_PTR CALLBACK FirstMessage(HWND dialog, UINT message, WPARAM wparam, LPARAM l
     return DialogProcedure(dialog, message, wparam, lparam);
 }
 
-HWND WINAPI OnCreateDialogParamA(HINSTANCE module, const char* name, HWND owner, DLGPROC procedure,
-                                 LPARAM parameter) {
+HWND CreateDialogOf(HINSTANCE module, const char* name, HWND owner, DLGPROC procedure,
+                    LPARAM parameter) {
     constexpr ULONG_PTR kWelcomeDialog = 139;
-    const ULONG_PTR id = reinterpret_cast<ULONG_PTR>(name);
-    trace::Win("CreateDialogParamA " +
-               (IS_INTRESOURCE(name) ? Number(static_cast<long long>(id)) : trace::Quoted(name)));
-    if (Fails("CreateDialogParamA")) return nullptr;
-    g_pending_dialog = {procedure, id == kWelcomeDialog ? "welcome" : nullptr, false};
+    const bool is_welcome = reinterpret_cast<ULONG_PTR>(name) == kWelcomeDialog;
+    g_pending_dialog = {procedure, is_welcome ? "welcome" : nullptr, false};
     return ::CreateDialogParamA(module, name, owner, procedure ? FirstMessage : nullptr, parameter);
 }
 
-INT_PTR WINAPI OnPropertySheetA(const PROPSHEETHEADERA* header) {
+std::string HexText(UINT value) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%X", value);
+    return text;
+}
+
+WRAPPER(INT_PTR, PropertySheetA, (const PROPSHEETHEADERA* header)) {
     trace::Win("PropertySheetA " +
-               (IS_INTRESOURCE(header->pszCaption) ? std::string("none")
-                                                   : trace::Quoted(header->pszCaption)) +
+               (IS_INTRESOURCE(header->pszCaption) ? "none" : trace::Quoted(header->pszCaption)) +
                " flags=" + HexText(header->dwFlags));
     if (Fails("PropertySheetA")) return -1;
     if ((header->dwFlags & PSH_PROPSHEETPAGE) == 0 || header->nPages != 1)
@@ -238,28 +216,19 @@ INT_PTR WINAPI OnPropertySheetA(const PROPSHEETHEADERA* header) {
     return ::PropertySheetA(copy);
 }
 
-int WINAPI OnMessageBoxA(HWND owner, const char* text, const char* caption, UINT type) {
-    trace::Win("MessageBoxA " + trace::Quoted(caption ? caption : "") + ' ' +
-               trace::Quoted(text ? text : "") + " owner=" + world::Of(owner) +
-               " type=" + HexText(type));
-    if (Fails("MessageBoxA")) return 0;
+int ShowMessageBox(HWND owner, const char* text, const char* caption, UINT type) {
     // It would wait for its answer; a scenario has nobody to give one.
     if (!input::IsInteractive()) return IDOK;
     trace::Flush();
     return ::MessageBoxA(owner, text, caption, type);
 }
 
-std::string TextOrNone(const char* text) {
-    if (!text) return "none";
-    return IS_INTRESOURCE(text) ? Number(LOWORD(reinterpret_cast<ULONG_PTR>(text)))
-                                : trace::Quoted(text);
-}
-
-HINSTANCE WINAPI OnShellExecuteA(HWND owner, const char* verb, const char* file,
-                                 const char* parameters, const char* directory, int show) {
+WRAPPER(HINSTANCE, ShellExecuteA,
+        (HWND owner, const char* verb, const char* file, const char* parameters,
+         const char* directory, int show)) {
     trace::Win(std::string("ShellExecuteA ") + (verb ? verb : "none") + ' ' + (file ? file : "") +
-               " owner=" + world::Of(owner) + " parameters=" + TextOrNone(parameters) +
-               " directory=" + TextOrNone(directory) + " show=" + Number(show));
+               " owner=" + Text(owner) + " parameters=" + Text(parameters) +
+               " directory=" + Text(directory) + " show=" + Text(show));
     constexpr LONG_PTR kDone = 33;
     constexpr LONG_PTR kNoFile = 2;
     return reinterpret_cast<HINSTANCE>(Fails("ShellExecuteA") ? kNoFile : kDone);
@@ -267,192 +236,81 @@ HINSTANCE WINAPI OnShellExecuteA(HWND owner, const char* verb, const char* file,
 
 // --- windows ---
 
-BOOL WINAPI OnSetWindowPos(HWND window, HWND after, int x, int y, int width, int height,
-                           UINT flags) {
-    trace::Win("SetWindowPos " + world::Of(window) + ' ' + PointText(x, y) + ' ' + Number(width) +
-               "x" + Number(height) + ' ' + Number(flags));
-    if (Fails("SetWindowPos")) return FALSE;
-    return ::SetWindowPos(window, after, x, y, width, height, flags);
+std::string ControlText(HWND dialog, int id) {
+    const HWND control = ::GetDlgItem(dialog, id);
+    return control ? Text(control) : Text(dialog) + "." + Text(id);
 }
 
-BOOL WINAPI OnShowWindow(HWND window, int how) {
-    trace::Win("ShowWindow " + world::Of(window) + ' ' + Number(how));
-    if (Fails("ShowWindow")) return FALSE;
-    return ::ShowWindow(window, how);
+std::string CornersText(const RECT& rect) {
+    return Text(POINT{rect.left, rect.top}) + ' ' + Text(POINT{rect.right, rect.bottom});
 }
 
-BOOL WINAPI OnDestroyWindow(HWND window) {
-    trace::Win("DestroyWindow " + world::Of(window));
-    if (Fails("DestroyWindow")) return FALSE;
-    return ::DestroyWindow(window);
-}
-
-BOOL WINAPI OnEnableWindow(HWND window, BOOL enable) {
-    trace::Win("EnableWindow " + world::Of(window) + ' ' + Number(enable));
-    if (Fails("EnableWindow")) return FALSE;
-    return ::EnableWindow(window, enable);
-}
-
-BOOL WINAPI OnCheckDlgButton(HWND dialog, int id, UINT check) {
-    trace::Win("CheckDlgButton " + ControlText(dialog, id) + ' ' + Number(check));
-    if (Fails("CheckDlgButton")) return FALSE;
-    return ::CheckDlgButton(dialog, id, check);
-}
-
-BOOL WINAPI OnSetMenu(HWND window, HMENU menu) {
-    trace::Win("SetMenu " + world::Of(window) + ' ' + ResourceText(menu));
-    if (Fails("SetMenu")) return FALSE;
-    return ::SetMenu(window, menu);
-}
-
-BOOL WINAPI OnSetDlgItemTextA(HWND dialog, int id, const char* text) {
-    trace::Win("SetDlgItemTextA " + ControlText(dialog, id) + ' ' + trace::Quoted(text));
-    if (Fails("SetDlgItemTextA")) return FALSE;
-    return ::SetDlgItemTextA(dialog, id, text);
-}
-
-BOOL WINAPI OnSetWindowTextA(HWND window, const char* text) {
-    trace::Win("SetWindowTextA " + world::Of(window) + ' ' + trace::Quoted(text));
-    if (Fails("SetWindowTextA")) return FALSE;
-    return ::SetWindowTextA(window, text);
-}
-
-// --- readers ---
-
-int WINAPI OnGetWindowTextA(HWND window, char* text, int size) {
-    int length = 0;
-    if (Fails("GetWindowTextA")) {
-        if (size > 0) text[0] = 0;
-    } else {
-        length = ::GetWindowTextA(window, text, size);
-    }
+// What the system does to a point, with the line that tells both points.
+BOOL MapPoint(const char* name, BOOL(WINAPI* map)(HWND, POINT*), HWND window, POINT* point) {
+    const POINT before = *point;
+    const BOOL done = Fails(name) ? FALSE : map(window, point);
     if (trace::AsksWanted())
-        trace::Ask("GetWindowTextA " + world::Of(window), trace::Quoted(size > 0 ? text : ""));
+        trace::Ask(name + calls::Listed(window, before), done ? Text(*point) : "0");
+    return done;
+}
+WRAPPER(BOOL, ScreenToClient, (HWND window, POINT* point)) {
+    return MapPoint("ScreenToClient", ::ScreenToClient, window, point);
+}
+WRAPPER(BOOL, ClientToScreen, (HWND window, POINT* point)) {
+    return MapPoint("ClientToScreen", ::ClientToScreen, window, point);
+}
+
+WRAPPER(int, GetWindowTextA, (HWND window, char* text, int size)) {
+    if (size > 0) text[0] = 0;
+    const int length = Fails("GetWindowTextA") ? 0 : ::GetWindowTextA(window, text, size);
+    if (trace::AsksWanted())
+        trace::Ask("GetWindowTextA " + Text(window), trace::Quoted(size > 0 ? text : ""));
     return length;
 }
 
-int WINAPI OnGetClassNameA(HWND window, char* text, int size) {
-    int length = 0;
-    if (!Fails("GetClassNameA")) length = ::GetClassNameA(window, text, size);
-    if (trace::AsksWanted())
-        trace::Ask("GetClassNameA " + world::Of(window), trace::Quoted(length > 0 ? text : ""));
-    return length;
-}
-
-HWND WINAPI OnGetParent(HWND window) {
-    const HWND parent = Fails("GetParent") ? nullptr : ::GetParent(window);
-    if (trace::AsksWanted()) trace::Ask("GetParent " + world::Of(window), world::Of(parent));
-    return parent;
-}
-
-BOOL WINAPI OnGetWindowRect(HWND window, RECT* rect) {
-    const BOOL done = Fails("GetWindowRect") ? FALSE : ::GetWindowRect(window, rect);
-    if (trace::AsksWanted())
-        trace::Ask(
-            "GetWindowRect " + world::Of(window),
-            done ? PointText(rect->left, rect->top) + ' ' + PointText(rect->right, rect->bottom)
-                 : "0");
-    return done;
-}
-
-BOOL WINAPI OnScreenToClient(HWND window, POINT* point) {
-    const POINT before = *point;
-    const BOOL done = Fails("ScreenToClient") ? FALSE : ::ScreenToClient(window, point);
-    if (trace::AsksWanted())
-        trace::Ask("ScreenToClient " + world::Of(window) + ' ' + PointText(before.x, before.y),
-                   done ? PointText(point->x, point->y) : "0");
-    return done;
-}
-
-BOOL WINAPI OnClientToScreen(HWND window, POINT* point) {
-    const POINT before = *point;
-    const BOOL done = Fails("ClientToScreen") ? FALSE : ::ClientToScreen(window, point);
-    if (trace::AsksWanted())
-        trace::Ask("ClientToScreen " + world::Of(window) + ' ' + PointText(before.x, before.y),
-                   done ? PointText(point->x, point->y) : "0");
-    return done;
-}
-
-HWND WINAPI OnFindWindowExA(HWND parent, HWND after, const char* class_name, const char* title) {
-    const HWND window =
-        Fails("FindWindowExA") ? nullptr : ::FindWindowExA(parent, after, class_name, title);
-    if (trace::AsksWanted())
-        trace::Ask("FindWindowExA " + world::Of(parent) + ' ' + world::Of(after) + ' ' +
-                       TextOrNone(class_name) + ' ' + TextOrNone(title),
-                   world::Of(window));
-    return window;
-}
-
-BOOL WINAPI OnEnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
-    const BOOL done =
-        Fails("EnumChildWindows") ? FALSE : ::EnumChildWindows(parent, procedure, parameter);
-    if (trace::AsksWanted()) trace::Ask("EnumChildWindows " + world::Of(parent), Number(done));
-    return done;
-}
-
-HWND WINAPI OnGetDlgItem(HWND dialog, int id) {
-    const HWND item = Fails("GetDlgItem") ? nullptr : ::GetDlgItem(dialog, id);
-    if (trace::AsksWanted())
-        trace::Ask("GetDlgItem " + world::Of(dialog) + ' ' + Number(id), world::Of(item));
-    return item;
-}
-
-int WINAPI OnGetDlgCtrlID(HWND window) {
-    const int id = Fails("GetDlgCtrlID") ? 0 : ::GetDlgCtrlID(window);
-    if (trace::AsksWanted()) trace::Ask("GetDlgCtrlID " + world::Of(window), Number(id));
-    return id;
-}
-
-BOOL WINAPI OnIsWindow(HWND window) {
-    const BOOL there = Fails("IsWindow") ? FALSE : ::IsWindow(window);
-    if (trace::AsksWanted()) trace::Ask("IsWindow " + world::Of(window), Number(there));
-    return there;
-}
-
-UINT WINAPI OnIsDlgButtonChecked(HWND dialog, int id) {
-    const UINT check = Fails("IsDlgButtonChecked") ? 0 : ::IsDlgButtonChecked(dialog, id);
-    if (trace::AsksWanted())
-        trace::Ask("IsDlgButtonChecked " + ControlText(dialog, id), Number(check));
-    return check;
-}
-
-const Row kRows[] = {
-    {"SendMessageA", Address(OnSendMessageA)},
-    {"PostMessageA", Address(OnPostMessageA)},
-    {"SendDlgItemMessageA", Address(OnSendDlgItemMessageA)},
-    {"CallWindowProcA", Address(OnCallWindowProcA), false},
-    {"SetWindowLongPtrA", Address(OnSetWindowLongPtrA)},
-    {"CreateDialogParamA", Address(OnCreateDialogParamA)},
-    {"PropertySheetA", Address(OnPropertySheetA)},
-    {"MessageBoxA", Address(OnMessageBoxA)},
-    {"ShellExecuteA", Address(OnShellExecuteA)},
-    {"SetWindowPos", Address(OnSetWindowPos)},
-    {"ShowWindow", Address(OnShowWindow)},
-    {"DestroyWindow", Address(OnDestroyWindow)},
-    {"EnableWindow", Address(OnEnableWindow)},
-    {"CheckDlgButton", Address(OnCheckDlgButton)},
-    {"SetMenu", Address(OnSetMenu)},
-    {"SetDlgItemTextA", Address(OnSetDlgItemTextA)},
-    {"SetWindowTextA", Address(OnSetWindowTextA)},
-    {"GetWindowTextA", Address(OnGetWindowTextA)},
-    {"GetClassNameA", Address(OnGetClassNameA)},
-    {"GetParent", Address(OnGetParent)},
-    {"GetWindowRect", Address(OnGetWindowRect)},
-    {"ScreenToClient", Address(OnScreenToClient)},
-    {"ClientToScreen", Address(OnClientToScreen)},
-    {"FindWindowExA", Address(OnFindWindowExA)},
-    {"EnumChildWindows", Address(OnEnumChildWindows)},
-    {"GetDlgItem", Address(OnGetDlgItem)},
-    {"GetDlgCtrlID", Address(OnGetDlgCtrlID)},
-    {"IsWindow", Address(OnIsWindow)},
-    {"IsDlgButtonChecked", Address(OnIsDlgButtonChecked)},
-};
+// clang-format off
+EFFECT(LONG_PTR, SetWindowLongPtrA, (HWND window, int index, LONG_PTR value), (window, index),
+    SetLong(window, index, value))
+EFFECT(HWND, CreateDialogParamA,
+    (HINSTANCE module, const char* name, HWND owner, DLGPROC procedure, LPARAM parameter), (name),
+    CreateDialogOf(module, name, owner, procedure, parameter))
+EFFECT(int, MessageBoxA, (HWND owner, const char* text, const char* caption, UINT type),
+    (caption, text, "owner=" + Text(owner), "type=" + HexText(type)),
+    ShowMessageBox(owner, text, caption, type))
+EFFECT(BOOL, SetWindowPos,
+    (HWND window, HWND after, int x, int y, int width, int height, UINT flags),
+    (window, POINT{x, y}, Text(width) + "x" + Text(height), flags),
+    ::SetWindowPos(window, after, x, y, width, height, flags))
+EFFECT(BOOL, ShowWindow, (HWND window, int how), (window, how), ::ShowWindow(window, how))
+EFFECT(BOOL, DestroyWindow, (HWND window), (window), ::DestroyWindow(window))
+EFFECT(BOOL, EnableWindow, (HWND window, BOOL enable), (window, enable),
+    ::EnableWindow(window, enable))
+EFFECT(BOOL, CheckDlgButton, (HWND dialog, int id, UINT check), (ControlText(dialog, id), check),
+    ::CheckDlgButton(dialog, id, check))
+EFFECT(BOOL, SetMenu, (HWND window, HMENU menu), (window, ResourceText(menu)),
+    ::SetMenu(window, menu))
+EFFECT(BOOL, SetDlgItemTextA, (HWND dialog, int id, const char* text),
+    (ControlText(dialog, id), text), ::SetDlgItemTextA(dialog, id, text))
+EFFECT(BOOL, SetWindowTextA, (HWND window, const char* text), (window, text),
+    ::SetWindowTextA(window, text))
+READER_AS(int, GetClassNameA, (HWND window, char* text, int size), (window),
+    trace::Quoted(answer > 0 ? text : ""), ::GetClassNameA(window, text, size))
+READER(HWND, GetParent, (HWND window), (window), ::GetParent(window))
+READER_AS(BOOL, GetWindowRect, (HWND window, RECT* rect), (window),
+    answer ? CornersText(*rect) : "0",
+    ::GetWindowRect(window, rect))
+READER(HWND, FindWindowExA, (HWND parent, HWND after, const char* class_name, const char* title),
+    (parent, after, class_name, title), ::FindWindowExA(parent, after, class_name, title))
+READER(BOOL, EnumChildWindows, (HWND parent, WNDENUMPROC procedure, LPARAM parameter), (parent),
+    ::EnumChildWindows(parent, procedure, parameter))
+READER(HWND, GetDlgItem, (HWND dialog, int id), (dialog, id), ::GetDlgItem(dialog, id))
+READER(int, GetDlgCtrlID, (HWND window), (window), ::GetDlgCtrlID(window))
+READER(BOOL, IsWindow, (HWND window), (window), ::IsWindow(window))
+READER(UINT, IsDlgButtonChecked, (HWND dialog, int id), (ControlText(dialog, id)),
+    ::IsDlgButtonChecked(dialog, id))
+// clang-format on
 
 }  // namespace
-
-std::span<const Row> WindowCalls() {
-    return kRows;
-}
 
 void ForgetSubclasses() {
     g_subclassed.clear();

@@ -282,9 +282,6 @@ extern State g_world;
 extern const eng_plugin_calls* g_plugin_calls;
 extern const eng_script_calls* g_script_calls;
 
-// True when `fail NAME` is in force for this host call.
-bool Fails(std::string_view call);
-
 // --- scene (scene.cpp) ---
 void CreateScene();
 eng_node* FindNode(std::string_view name);
@@ -312,7 +309,6 @@ void RestoreScene(const SceneState& scene);
 
 // --- command modes (modes.cpp) ---
 eng_mode* CurrentMode();
-void SetTopMode(int id);
 int ClassOfMode(int id);
 bool IsTransformMode(int id);
 bool IsSelectMode(int id);

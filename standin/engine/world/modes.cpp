@@ -134,14 +134,6 @@ void ReplaceMode(int id, int class_id) {
     ChangeModes({ModeOf(id, class_id)});
 }
 
-// The top mode gives way, the others stay.
-void SetTopMode(int id) {
-    std::vector<eng_mode*> modes = g_world.modes;
-    if (!modes.empty()) modes.pop_back();
-    modes.push_back(ModeOf(id, -1));
-    ChangeModes(std::move(modes));
-}
-
 void ClearModes() {
     ChangeModes({});
 }

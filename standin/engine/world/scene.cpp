@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "standin/engine/intercept/faults.h"
 #include "standin/engine/input/input.h"
 #include "standin/engine/world/internal.h"
 
@@ -55,10 +54,6 @@ Vector KeyOffset(const eng_node& node) {
 }
 
 }  // namespace
-
-bool Fails(std::string_view call) {
-    return faults::IsOn(call);
-}
 
 void CreateScene() {
     AddNode("Box001", Shape::kBox, 30, RGB(90, 170, 90), {0, 0, 0}, {0, 0, 15}, {0, 20, 60});

@@ -1,5 +1,4 @@
-// What `show` prints, the balance at the end of a play, and the host calls that can be made to
-// fail.
+// What `show` prints, and the balance at the end of a play.
 #include <algorithm>
 
 #include "standin/engine/intercept/faults.h"
@@ -10,93 +9,6 @@
 namespace world {
 
 namespace {
-
-// Host calls that can be made to answer null, false or nothing, or to do nothing.
-constexpr std::string_view kFaults[] = {
-    "GetCOREInterface",
-    "GetActiveViewport",
-    "GetViewport",
-    "SetActiveViewport",
-    "GetCommandMode",
-    "GetCommandStackSize",
-    "GetDir",
-    "FindTable",
-    "GetAction",
-    "ExecuteAction",
-    "GetICustButton",
-    "GetSelNode",
-    "GetNumNamedSelSets",
-    "RegisterActionContext",
-    "ActivateActionTable",
-    "RegisterMenuBarContext",
-    "RegisterMenu",
-    "GetIMenu",
-    "GetIMenuItem",
-    "GetMainMenuBar",
-    "GetNamedSelectionSets",
-    "the_listener",
-    "ExecuteStringScript",
-    "MAX_new",
-    "GetActionManager",
-    "GetMenuManager",
-    "GetMacroRecorder",
-    "GetCUIFrameMgr",
-    "GetMAXHWnd",
-    "Get3DSMAXVersion",
-    "GetHWnd",
-    "GetViewSpot",
-    "IsPerspView",
-    "GetViewType",
-    "CommandMode.ID",
-    "CommandMode.Class",
-    "GetSelNodeCount",
-    "GetSubObjectLevel",
-    "GetSnapState",
-    "GetAxisConstraints",
-    "GetRefCoordSys",
-    "GetTime",
-    "IsHidden",
-    "GetNamedSelSetItemCount",
-    "GetNamedSelSetName",
-    "GetNamedSelSetItem",
-    "ActionItem.IsChecked",
-    "ICustButton.IsChecked",
-    "IsChecked",
-    "ICustButton.IsEnabled",
-    "IsEnabled",
-    "GetCurFlyOff",
-    "MacroRecorder.Enabled",
-    "Enabled",
-    "NumItems",
-    "RegisterDlgWnd",
-    "UnRegisterDlgWnd",
-    "puts",
-    "SetMacroButtonStates",
-    "MacroRecorder.Enable",
-    "MacroRecorder.Disable",
-    "PushStdCommandMode",
-    "PopCommandMode",
-    "RegisterCommandModeChangedCallback",
-    "ClearNodeSelection",
-    "SelectNodeTab",
-    "SetAxisConstraints",
-    "SetRefCoordSys",
-    "RedrawViews",
-    "ForceCompleteRedraw",
-    "ViewportZoomExtents",
-    "Hide",
-    "NotifyDependents",
-    "theHold.Begin",
-    "theHold.Accept",
-    "theHold.Cancel",
-    "SetTitle",
-    "AddItem",
-    "ActAsSeparator",
-    "SetActionItem",
-    "SetSubMenu",
-    "UpdateMenuBar",
-    "SetCurFlyOff",
-};
 
 std::string JoinedNames(const std::vector<eng_node*>& nodes) {
     std::string text;
@@ -222,14 +134,6 @@ void ShowControls(const char* name, std::vector<std::string>& lines) {
 }
 
 }  // namespace
-
-bool KnowsFault(std::string_view name) {
-    return std::find(std::begin(kFaults), std::end(kFaults), name) != std::end(kFaults);
-}
-
-std::vector<std::string> FaultNames() {
-    return {std::begin(kFaults), std::end(kFaults)};
-}
 
 void SetFault(std::string_view name, bool on) {
     faults::Set(name, on);

@@ -104,10 +104,7 @@ bool AnyDialogOpen();
 bool IsDialog(HWND window);              // one of the plug-in's that is known by a name
 bool HandleDialogMessage(MSG* message);  // IsDialogMessage over the registered dialogs
 
-// Faults: `fail NAME` of the scenario language for host calls (intercept.h has the Win32 ones).
-bool KnowsFault(std::string_view name);
-std::vector<std::string> FaultNames();
-void SetFault(std::string_view name, bool on);  // of either kind
+void SetFault(std::string_view name, bool on);  // `fail NAME`, for any name that faults.h knows
 
 // `show WHAT`: the lines without the word `state`. what: camera (argument: viewport), points (where
 // the objects stand in a viewport's client pixels; argument: viewport), objects, selection, modes,

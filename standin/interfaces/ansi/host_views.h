@@ -12,7 +12,5 @@ class WithViewports : public Published<Interface> {
 public:
     ViewExp* GetActiveViewport() override { return ObjectOf<View>(eng_active_viewport()); }
     ViewExp* GetViewport(HWND window) override { return ObjectOf<View>(eng_viewport_of(window)); }
-    void ReleaseViewport(ViewExp* view) override {
-        eng_release_viewport(view == nullptr ? nullptr : static_cast<View*>(view)->Handle());
-    }
+    void ReleaseViewport(ViewExp* view) override { eng_release_viewport(HandleOf<View>(view)); }
 };

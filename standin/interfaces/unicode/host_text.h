@@ -12,36 +12,30 @@
 using GivenText = const MCHAR*;
 using AnsweredText = const MCHAR*;
 
+inline int Convert(const wchar_t* from, char* to, int size) {
+    return WideCharToMultiByte(CP_ACP, 0, from, -1, to, size, nullptr, nullptr);
+}
+inline int Convert(const char* from, wchar_t* to, int size) {
+    return MultiByteToWideChar(CP_ACP, 0, from, -1, to, size);
+}
+
 // A converted text, for the length of a call; null stays null.
-class Narrow {
+template <class From, class To>
+class Converted {
 public:
-    explicit Narrow(const wchar_t* text) : m_null(text == nullptr) {
+    explicit Converted(const From* text) : m_null(text == nullptr) {
         if (m_null) return;
-        const int size = WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
-        m_text.resize(static_cast<std::size_t>(size));
-        WideCharToMultiByte(CP_ACP, 0, text, -1, m_text.data(), size, nullptr, nullptr);
+        m_text.resize(static_cast<std::size_t>(Convert(text, static_cast<To*>(nullptr), 0)));
+        Convert(text, m_text.data(), static_cast<int>(m_text.size()));
     }
-    operator const char*() const { return m_null ? nullptr : m_text.c_str(); }
+    operator const To*() const { return m_null ? nullptr : m_text.c_str(); }
 
 private:
     bool m_null;
-    std::string m_text;
+    std::basic_string<To> m_text;
 };
-
-class Wide {
-public:
-    explicit Wide(const char* text) : m_null(text == nullptr) {
-        if (m_null) return;
-        const int size = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
-        m_text.resize(static_cast<std::size_t>(size));
-        MultiByteToWideChar(CP_ACP, 0, text, -1, m_text.data(), size);
-    }
-    operator const wchar_t*() const { return m_null ? nullptr : m_text.c_str(); }
-
-private:
-    bool m_null;
-    std::wstring m_text;
-};
+using Narrow = Converted<wchar_t, char>;
+using Wide = Converted<char, wchar_t>;
 
 // An answer that stays the host's: each text is converted once and kept.
 inline AnsweredText Kept(const char* text) {

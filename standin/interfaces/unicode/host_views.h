@@ -15,21 +15,14 @@ public:
 class NoView final : public ViewExp {
 public:
     bool IsAlive() override { return false; }
-    ViewExp* ToPointer() override { return Asked("ToPointer", nullptr); }
-    int GetViewType() override { return Asked("GetViewType", 0); }
-    BOOL IsPerspView() override { return Asked("IsPerspView", FALSE); }
-    INode* GetViewCamera() override { return Asked("GetViewCamera", nullptr); }
-    INode* GetViewSpot() override { return Asked("GetViewSpot", nullptr); }
-    HWND GetHWnd() override { return Asked("GetHWnd", nullptr); }
-    BOOL IsActive() override { return Asked("IsActive", FALSE); }
-    BOOL IsEnabled() override { return Asked("IsEnabled", FALSE); }
-
-private:
-    template <class Answer>
-    static Answer Asked(const char* what, Answer answer) {
-        eng_unexpected(what);
-        return answer;
-    }
+    ViewExp* ToPointer() override { return Unexpected("ToPointer"); }
+    int GetViewType() override { return Unexpected("GetViewType"); }
+    BOOL IsPerspView() override { return Unexpected("IsPerspView"); }
+    INode* GetViewCamera() override { return Unexpected("GetViewCamera"); }
+    INode* GetViewSpot() override { return Unexpected("GetViewSpot"); }
+    HWND GetHWnd() override { return Unexpected("GetHWnd"); }
+    BOOL IsActive() override { return Unexpected("IsActive"); }
+    BOOL IsEnabled() override { return Unexpected("IsEnabled"); }
 };
 
 template <class View>

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "standin/engine/engine_api.h"
+#include "standin/engine/intercept/faults.h"
 #include "standin/engine/input/input.h"
 #include "standin/engine/input/control.h"
 #include "standin/engine/world/world.h"
@@ -813,10 +814,10 @@ TEST_F(WorldTest, KeySteppingFollowsKeyMode) {
 TEST_F(WorldTest, FailingCallsAnswerAsAHostThatHasNothing) {
     for (const char* name : {"GetActiveViewport", "GetViewport", "FindTable", "GetCommandMode",
                              "GetICustButton", "GetMainMenuBar"}) {
-        ASSERT_TRUE(world::KnowsFault(name)) << name;
+        ASSERT_TRUE(faults::IsName(name)) << name;
         world::SetFault(name, true);
     }
-    EXPECT_FALSE(world::KnowsFault("GetNothing"));
+    EXPECT_FALSE(faults::IsName("GetNothing"));
     EXPECT_EQ(eng_active_viewport(), nullptr);
     EXPECT_EQ(eng_viewport_of(world::Find("viewport.top")), nullptr);
     EXPECT_EQ(eng_find_table(0), nullptr);
