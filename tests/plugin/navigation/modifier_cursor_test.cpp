@@ -1,12 +1,16 @@
 // Which of the plug-in's cursors is shown, for every state of the keys, of the gestures and of the
-// click that is being replayed; and what the questions about the keys keep for each other.
+// click that is being replayed; in which modes it announces a selection; and what the questions
+// about the keys keep for each other.
 
 #include "navigation/modifier_cursor.h"
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <set>
 #include <string>
 
+#include "host/selecting_mode.h"
 #include "input/keys.h"
 #include "navigation/gesture_state.h"
 #include "navigation/selection_clicks.h"
@@ -20,6 +24,9 @@ namespace {
 
 constexpr SHORT kDown = static_cast<SHORT>(0x8000);
 constexpr SHORT kPressedBefore = 1;
+
+bool g_edits_sub_objects = false;
+std::optional<bool> g_button_enabled;
 
 SHORT g_alt = 0;
 SHORT g_ctrl = 0;
@@ -47,6 +54,18 @@ int NumberOf(HCURSOR cursor) {
 extern "C" {
 void* __imp_GetAsyncKeyState = reinterpret_cast<void*>(PlayedKeyState);
 }
+
+namespace host {
+
+bool IsSubObjectEditing() {
+    return g_edits_sub_objects;
+}
+std::optional<bool> IsToolbarButtonEnabled(int id) {
+    EXPECT_EQ(id, 50027);
+    return g_button_enabled;
+}
+
+}  // namespace host
 
 // Before any test has run.
 const bool g_was_still = !IsGestureActive() && g_navKind == kWindowOther && g_heldButtons == 0;
@@ -144,6 +163,26 @@ TEST_F(ModifierCursor, AQuestionThatIsNoneLeavesAPressToTheNext) {
         EXPECT_FALSE(key.look());
         EXPECT_EQ(key.question(), 0);
     }
+}
+
+TEST_F(ModifierCursor, ObjectModesSelectAndOthersWhileSubObjectsAreEdited) {
+    const std::set<int> never = {0x103CE, 0x11000, 0x11001};
+    for (const int mode : {-1, 0, 1, 2, 6, 11, 12, 13, 200, 300, 9247, 65743, 66509, 66511, 69631,
+                           69634, 0x103CE, 0x11000, 0x11001}) {
+        g_edits_sub_objects = false;
+        EXPECT_EQ(IsSelectingMode(mode), mode >= 1 && mode <= 12) << mode;
+        g_edits_sub_objects = true;
+        EXPECT_EQ(IsSelectingMode(mode), !never.contains(mode)) << mode;
+    }
+}
+
+TEST_F(ModifierCursor, AButtonThatIsNotThereDoesNotSpeakAgainstTheSelectTool) {
+    for (const std::optional<bool> enabled : {std::optional<bool>(), std::optional<bool>(true)}) {
+        g_button_enabled = enabled;
+        EXPECT_TRUE(IsSelectToolAvailable());
+    }
+    g_button_enabled = false;
+    EXPECT_FALSE(IsSelectToolAvailable());
 }
 
 TEST_F(ModifierCursor, AltAndTheOthersAreAskedForInOrder) {
