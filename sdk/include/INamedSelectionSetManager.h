@@ -9,7 +9,7 @@ class INode;
 class INamedSelectionSetManager : public FPStaticInterface {
 public:
     virtual int GetNumNamedSelSets() const = 0;
-    virtual MCHAR* GetNamedSelSetName(int setNum) const = 0;
+    virtual SDK_CONST_FROM_2013 MCHAR* GetNamedSelSetName(int setNum) const = 0;
     SDK_SLOTS_5(INamedSelectionSetManager, 30, 31, 32, 33, 34)
     virtual int GetNamedSelSetItemCount(int setNum) const = 0;
     virtual INode* GetNamedSelSetItem(int setNum, int i) const = 0;

@@ -161,7 +161,8 @@ public:
     virtual int DeactivateActionTable(ActionCallback* pCallback, ActionTableId id) = 0;
     virtual ActionTable* FindTable(ActionTableId id) = 0;
     SDK_SLOTS_2(IActionManager, 34, 35)
-    virtual BOOL RegisterActionContext(ActionContextId contextId, MCHAR* pName) = 0;
+    virtual BOOL RegisterActionContext(ActionContextId contextId,
+                                       SDK_CONST_FROM_2013 MCHAR* pName) = 0;
     SDK_SLOTS_3(IActionManager, 37, 38, 39)
     SDK_TEN_SLOTS(IActionManager, 4)
     SDK_SLOTS_2(IActionManager, 50, 51)

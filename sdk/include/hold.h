@@ -7,7 +7,7 @@
 class Hold {
 public:
     SDK_CORE_API void Begin();
-    SDK_CORE_API void Accept(MCHAR* name);
+    SDK_CORE_API void Accept(SDK_CONST_FROM_2013 MCHAR* name);
     SDK_CORE_API void Cancel();
 
 private:

@@ -8,7 +8,7 @@
 class INode : public ReferenceTarget, public FPMixinInterface {
 public:
     SDK_SLOTS_2(INode, 165, 166)
-    virtual MCHAR* GetName() = 0;
+    virtual SDK_CONST_FROM_2013 MCHAR* GetName() = 0;
     SDK_SLOTS_2(INode, 168, 169)
     SDK_TEN_SLOTS(INode, 17)
     SDK_SLOTS_5(INode, 180, 181, 182, 183, 184)

@@ -64,7 +64,9 @@ enum ViewType {
     VIEW_OTHER = 17,
 };
 
-// One viewport. Whoever was handed one gives it back with Interface::ReleaseViewport.
+// One viewport. Whoever was handed one gives it back with Interface::ReleaseViewport. Hosts from
+// 2013 on hand out references, which nobody gives back; where there is no viewport, one leads to an
+// object that is not alive.
 class ViewExp : public InterfaceServer {
 public:
     SDK_SLOTS_8(ViewExp, 2, 3, 4, 5, 6, 7, 8, 9)
@@ -82,6 +84,10 @@ public:
     virtual BOOL IsActive() = 0;
     virtual BOOL IsEnabled() = 0;
     SDK_SLOTS_5(ViewExp, 53, 54, 55, 56, 57)
+#ifdef UNICODE
+    virtual bool IsAlive() = 0;
+    virtual ViewExp* ToPointer() = 0;
+#endif
 };
 
 // Hears of every change of the command mode. The host keeps the pointer and never ends the object.
@@ -98,7 +104,11 @@ public:
     virtual void RedrawViews(TimeValue t, DWORD vpFlags = REDRAW_NORMAL,
                              ReferenceTarget* change = nullptr) = 0;
     virtual BOOL SetActiveViewport(HWND hwnd) = 0;
+#ifdef UNICODE
+    virtual ViewExp& GetActiveViewExp() = 0;
+#else
     virtual ViewExp* GetActiveViewport() = 0;
+#endif
     SDK_SLOTS_2(Interface, 32, 33)
     virtual HWND GetMAXHWnd() = 0;
     virtual void ForceCompleteRedraw(BOOL doDisabled = TRUE) = 0;
@@ -131,8 +141,12 @@ public:
     SDK_SLOTS_7(Interface, 124, 125, 126, 127, 128, 129, 130)
     virtual void EnableUndo(BOOL onOff) = 0;
     SDK_SLOTS_2(Interface, 132, 133)
+#ifdef UNICODE
+    virtual ViewExp& GetViewExp(HWND hwnd) = 0;
+#else
     virtual ViewExp* GetViewport(HWND hwnd) = 0;
     virtual void ReleaseViewport(ViewExp* vpt) = 0;
+#endif
     SDK_SLOTS_8(Interface, 136, 137, 138, 139, 140, 141, 142, 143)
     virtual int GetAxisConstraints() = 0;
     virtual void SetAxisConstraints(int c) = 0;

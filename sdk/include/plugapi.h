@@ -11,15 +11,22 @@
 #define MAX_RELEASE_R13 13000
 #define MAX_RELEASE_R14_ALPHA 13900
 #define MAX_RELEASE_R14 14000
+#define MAX_RELEASE_R18 18000
 #define MAX_API_NUM_R120 33
 #define MAX_API_NUM_R130 35
 #define MAX_API_NUM_R140_ALPHA1 36
 #define MAX_API_NUM_R140_BETA2 37
 #define MAX_API_NUM_R140 38
+#define MAX_API_NUM_R180 42
 
+#ifdef UNICODE
+#define MAX_RELEASE MAX_RELEASE_R18
+#define MAX_API_NUM MAX_API_NUM_R180
+#else
 // The second beta of release 2012: every build from then on accepts this word.
 #define MAX_RELEASE MAX_RELEASE_R14_ALPHA
 #define MAX_API_NUM MAX_API_NUM_R140_BETA2
+#endif
 #define MAX_SDK_REV 0
 #define VERSION_3DSMAX ((MAX_RELEASE << 16) + (MAX_API_NUM << 8) + MAX_SDK_REV)
 

@@ -4,9 +4,10 @@
 // nothing outside this directory includes it.
 //
 // These headers declare the part of the 3ds Max 2012 SDK that the plug-in uses, under the names of
-// the real headers, so that a build can take either. What binds them to the running host is the
-// binary layout: which slot of a class's function table a member has, how large an object is, under
-// which name a function is imported. tests/abi/ holds the numbers and compares.
+// the real headers, so that a build can take either; with UNICODE that of 2014 to 2016, but for the
+// slots, which stay those of 2012. What binds them to the running host is the binary layout: which
+// slot of a class's function table a member has, how large an object is, under which name a
+// function is imported. tests/abi/ holds the numbers and compares.
 
 // The host's libraries define the imported members. The stand-in's libraries are built from the
 // same declarations and define SDK_BUILDING_<LIBRARY>.

@@ -109,8 +109,7 @@ class Declarations(Copies):
             "found FPInterface *ClassDesc::GetInterface(Interface_ID)")
 
     def test_parameter_of_another_type(self):
-        self.change("actiontable.h", "RegisterActionContext(ActionContextId contextId, MCHAR* ",
-                    "RegisterActionContext(ActionContextId contextId, const MCHAR* ")
+        self.change("actiontable.h", "SDK_CONST_FROM_2013 MCHAR* pName", "const MCHAR* pName")
         self.assert_difference(
             "IActionManager: slot 36: expected BOOL IActionManager::RegisterActionContext("
             "ActionContextId, char *), found BOOL IActionManager::RegisterActionContext("

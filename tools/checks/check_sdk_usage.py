@@ -158,7 +158,7 @@ class Declarations:
 
 def tidy(text):
     """A declaration without body, initialisers, linkage and default arguments."""
-    text = re.sub(r"\bSDK_\w+_API\b ?", "", text)
+    text = re.sub(r"\bSDK_(\w+_API|CONST_FROM_2013)\b ?", "", text)
     text = re.sub(r"\s+", " ", text).strip()
     depth = 0
     for index, character in enumerate(text):

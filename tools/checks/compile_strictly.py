@@ -30,16 +30,15 @@ STRICT = ["-Wmicrosoft", "-Wgnu", "-Wlanguage-extension-token",
 
 
 def command_for(mode):
-    unicode_headers = ["-isystem", str(ROOT / "sdk/unicode/include"),
-                       "-isystem", str(ROOT / "sdk/include"), "-DUNICODE", "-D_UNICODE"]
+    unicode = ["-DUNICODE", "-D_UNICODE"]
     if mode == "gnu-unicode":
         return ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-fno-exceptions",
-                *unicode_headers, "-I", str(ROOT), "-I", str(sdk_usage.generated_folder()),
+                *unicode, "-isystem", str(ROOT / "sdk/include"), "-I", str(ROOT), "-I", str(sdk_usage.generated_folder()),
                 "-DWINVER=0x0601", "-D_WIN32_WINNT=0x0601", "-DWIN32_LEAN_AND_MEAN", "-DNOMINMAX",
                 *WARNINGS, "-fsyntax-only", "-x", "c++", "-"]
     flags = sdk_usage.compiler_flags(ROOT / "sdk/include")
     if mode == "msvc-unicode":
-        flags = [*unicode_headers, *flags]
+        flags = [*unicode, *flags]
     return [sdk_usage.CLANG, *flags, *WARNINGS, *STRICT, "-fsyntax-only", "-x", "c++", "-"]
 
 

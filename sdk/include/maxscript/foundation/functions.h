@@ -19,7 +19,7 @@ protected:
 // plug-in is loaded.
 class Primitive : public Function {
 public:
-    SDK_MAXSCRIPT_API Primitive(MCHAR* name, value_cf fn, short init_flags = 0);
+    SDK_MAXSCRIPT_API Primitive(SDK_CONST_FROM_2013 MCHAR* name, value_cf fn, short init_flags = 0);
 #ifndef _MSC_VER
     // The GNU rules would otherwise repeat this class's table in every module that ends one. Under
     // the Microsoft rules the destructor is written by the compiler and ends in Function's.
