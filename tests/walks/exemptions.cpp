@@ -176,7 +176,7 @@ void NoteUnseen(Ledger& ledger, const State& now) {
 
 void NoteKey(Ledger& ledger, const State& before, const hook_model::KeyFacts& facts) {
     if (!facts.up) return;
-    if (facts.navigation) {
+    if (facts.options.navigation) {
         if (before.scrub && before.snap) ledger.Note(Exemption::kTwoHeld, {Check::kSticky});
         return;
     }

@@ -199,7 +199,8 @@ int Run(const Options& options, const PlayTexts& play) {
             if (!Fails(verdicts[i])) return verdicts[i].status;
             const Lines shortest = Shrinker(walks[i], verdicts[i], play).Go();
             Say("the shortest scenario that shows it:\n\n" + walk::Text(shortest) + "\n");
-            Say("What is right is said by tests/walks/hook_model.cpp and invariants.cpp: what "
+            Say("What is right is said by hook_model.cpp, chords.cpp and invariants.cpp of "
+                "tests/walks: what "
                 "the plug-in is meant to do in another way from now on changes there too.\n");
             return 1;
         }

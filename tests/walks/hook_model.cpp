@@ -90,11 +90,18 @@ constexpr PointField kPoints[] = {
     {"g_zoomLast", &State::zoom_last},
     {"g_zoomVirtual", &State::zoom_virtual},
 };
+constexpr OptionField kOptions[] = {
+    {"useMayaStyle", &Options::navigation}, {"altLeftArcRotate", &Options::left_orbit},
+    {"altRightZoom", &Options::right_zoom}, {"mClickXForms", &Options::quick},
+    {"useShiftClone", &Options::clone},     {"customSelectionCursors", &Options::cursors},
+    {"slowZooming", &Options::slow_zoom},
+};
 
 }  // namespace
 
 const std::span<const Field> kFields = kNumbers;
 const std::span<const PointField> kPointFields = kPoints;
+const std::span<const OptionField> kOptionFields = kOptions;
 
 std::string_view NameOf(Place place) {
     return kPlaceNames[static_cast<size_t>(place)];
@@ -803,7 +810,7 @@ int Model::ModifierCursor(const KeyFacts& facts) {
 
 Outcome Model::Key(const KeyFacts& facts) {
     Outcome outcome;
-    if (!facts.navigation) {
+    if (!facts.options.navigation) {
         Visit(kKeyOff);
         return outcome;
     }
@@ -836,7 +843,7 @@ Outcome Model::Key(const KeyFacts& facts) {
         outcome.swallowed = true;
         return outcome;
     }
-    if (facts.key != KeyFacts::Key::kOther && !state_.quick && facts.cursors) {
+    if (facts.key != KeyFacts::Key::kOther && !state_.quick && facts.options.cursors) {
         if (facts.any_button)
             Visit(kKeyCursorButton);
         else

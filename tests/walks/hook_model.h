@@ -63,24 +63,27 @@ struct Point {
     friend bool operator==(const Point&, const Point&) = default;
 };
 
-// The world just before a mouse event, as the host and the system would answer the plug-in.
-struct MouseFacts {
-    Message message = Message::kOther;
-    int kind = kOtherWindow;
+// The world just before an event, as the host and the system would answer the plug-in.
+struct Facts {
     Options options;
+    int kind = kOtherWindow;  // of the window under the mouse
     bool alt = false;
     bool ctrl = false;
     bool shift = false;
+    std::optional<int> mode;
+    bool subobject = false;
+    std::optional<bool> select_button;  // enabled; nothing: it is not there
+};
+
+struct MouseFacts : Facts {
+    Message message = Message::kOther;
     bool right_down = false;
     bool on_menu = false;
     Point at;      // of the event
     Point cursor;  // where the mouse is by now
     Point screen;  // its size
     bool thumb = false;
-    std::optional<int> mode;
     int selected = 0;
-    bool subobject = false;
-    std::optional<bool> select_button;  // enabled; nothing: it is not there
     bool orbit_allowed = false;
     bool brush = false;      // a sculpt or paint tool of the PolyTools is in use
     bool edit_mode = false;  // the editor under the mouse is in a mode for quick transforms
@@ -94,21 +97,11 @@ struct MouseFacts {
     bool border_release = false;  // a button came up over a caption, border or menu bar
 };
 
-struct KeyFacts {
+struct KeyFacts : Facts {
     enum class Key { kOther, kAlt, kCtrl, kShift };
     Key key = Key::kOther;
     bool up = false;
-    bool navigation = false;
     bool any_button = false;
-    bool cursors = false;
-    // Where the cursor of a modifier key is a question.
-    int kind = kOtherWindow;  // of the window under the mouse
-    bool alt = false;
-    bool ctrl = false;
-    bool shift = false;
-    std::optional<int> mode;
-    bool subobject = false;
-    std::optional<bool> select_button;
 };
 
 struct State {
@@ -141,8 +134,13 @@ struct PointField {
     std::string_view global;
     Point State::* value;
 };
+struct OptionField {
+    std::string_view key;
+    bool Options::* value;
+};
 extern const std::span<const Field> kFields;
 extern const std::span<const PointField> kPointFields;
+extern const std::span<const OptionField> kOptionFields;
 
 // The first difference of two states as a text for a reader; empty when there is none.
 std::string Difference(const State& expected, const State& got);

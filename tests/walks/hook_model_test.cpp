@@ -172,7 +172,7 @@ TEST(HookModel, AltComingUpDuringAGestureIsOwed) {
     KeyFacts alt;
     alt.key = KeyFacts::Key::kAlt;
     alt.up = true;
-    alt.navigation = true;
+    alt.options.navigation = true;
     EXPECT_TRUE(hand.model.Key(alt).swallowed);
     EXPECT_EQ(hand.Now().alt_owed, 1);
     hand.Do(Message::kRightUp);

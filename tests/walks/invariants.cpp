@@ -1,6 +1,7 @@
 #include "tests/walks/invariants.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <iterator>
 #include <utility>
@@ -22,32 +23,6 @@ using hook_model::MouseFacts;
 using hook_model::State;
 using scenario::Command;
 using scenario::Verb;
-
-// What is asked of the plug-in beside its state.
-enum Global {
-    kSculptTool,
-    kPaintTool,
-    kPolyShift,
-    kRelease,
-    kNavigation,
-    kLeftOrbit,
-    kRightZoom,
-    kQuickOption,
-    kCloneOption,
-    kCursors,
-    kLockOrtho,
-    kLockUser,
-    kSlowZooming,
-    kGizmoWasOn,
-};
-
-constexpr std::string_view kNames[] = {
-    "g_graphiteSculptTool", "g_graphitePdTool",       "g_polyShiftActive",  "g_hostRelease",
-    "useMayaStyle",         "altLeftArcRotate",       "altRightZoom",       "mClickXForms",
-    "useShiftClone",        "customSelectionCursors", "lockArcRotateOrtho", "lockArcRotateUser",
-    "slowZooming",          "g_gizmoWasOn",
-};
-static_assert(std::size(kNames) == kGizmoWasOn + 1);
 
 bool IsInput(Verb verb) {
     switch (verb) {
@@ -168,13 +143,12 @@ Checker::~Checker() {
 
 // --- what is so ---
 
-int Checker::Value(int index) const {
-    const int* const place = globals_[static_cast<size_t>(index)];
-    return place ? *place : 0;
-}
-
-bool Checker::Option(int index) const {
-    return Value(index) != 0;
+int Checker::Value(std::string_view global, int index) const {
+    const auto [found, is_new] = globals_.try_emplace(global, nullptr);
+    if (is_new) found->second = plugin::Find(global);
+    if (!found->second)
+        trace::Die(player::kUnreadable, "the plug-in has no global " + std::string(global));
+    return found->second[index];
 }
 
 bool Checker::Fails(std::string_view call) const {
@@ -182,15 +156,11 @@ bool Checker::Fails(std::string_view call) const {
 }
 
 State Checker::PluginState() const {
-    const auto at = [](const int* place, int index) { return place ? place[index] : 0; };
     State now;
-    size_t i = std::size(kNames);
-    for (const hook_model::Field& field : hook_model::kFields)
-        now.*field.value = at(globals_[i++], 0);
-    for (const hook_model::PointField& field : hook_model::kPointFields) {
-        now.*field.value = {at(globals_[i], 0), at(globals_[i], 1)};
-        ++i;
-    }
+    for (const auto& [global, value, at_rest] : hook_model::kFields)
+        now.*value = Value(global);
+    for (const auto& [global, value] : hook_model::kPointFields)
+        now.*value = {Value(global), Value(global, 1)};
     return now;
 }
 
@@ -216,8 +186,8 @@ int Checker::KindOf(HWND window) const {
 bool Checker::OrbitAllowed(HWND window) const {
     const eng_view* const view = ViewFails() ? nullptr : world::ViewOf(window);
     if (view && view->kind == world::ViewKind::kPerspective && !Fails("IsPerspView")) return true;
-    if (!Option(kLockOrtho)) return true;
-    return !Option(kLockUser) && view && view->kind == world::ViewKind::kUser &&
+    if (!Value("lockArcRotateOrtho")) return true;
+    return !Value("lockArcRotateUser") && view && view->kind == world::ViewKind::kUser &&
            !Fails("GetViewType");
 }
 
@@ -229,11 +199,12 @@ bool Checker::ThumbFound() const {
 // What the plug-in knows after it has had the host's script asked, or goes on believing.
 bool Checker::BrushInUse() const {
     constexpr int kFirstReleaseWithPolyTools = 12000;
-    if (Value(kRelease) >= kFirstReleaseWithPolyTools && !Fails("ExecuteStringScript") &&
+    if (Value("g_hostRelease") >= kFirstReleaseWithPolyTools && !Fails("ExecuteStringScript") &&
         world::g_world.polytools_loaded)
         return world::g_world.sculpt_tool || world::g_world.paint_deform_tool ||
                world::g_world.poly_shift;
-    return Value(kSculptTool) || Value(kPaintTool) || (Value(kPolyShift) & 0xFF);
+    return Value("g_graphiteSculptTool") || Value("g_graphitePdTool") ||
+           (Value("g_polyShiftActive") & 0xFF);
 }
 
 bool Checker::EditMode(int kind) const {
@@ -253,23 +224,26 @@ bool Checker::EditMode(int kind) const {
                        [&](int id) { return checked(2077580866, id); });
 }
 
+void Checker::SeeFacts(HWND window, hook_model::Facts* facts) const {
+    for (const auto& [key, value] : hook_model::kOptionFields)
+        facts->options.*value = Value(key) != 0;
+    facts->kind = KindOf(window);
+    const bool keys = !Fails("GetAsyncKeyState");
+    facts->alt = keys && input::AsyncDown(VK_MENU);
+    facts->ctrl = keys && input::AsyncDown(VK_CONTROL);
+    facts->shift = keys && input::AsyncDown(VK_SHIFT);
+    facts->mode = Mode();
+    facts->subobject = Subobject();
+    facts->select_button = SelectButton();
+}
+
 MouseFacts Checker::MouseFactsOf(const input::HookCall& call) const {
     MouseFacts facts;
     facts.message = MessageOf(call.message);
     facts.border_release = call.message == WM_NCLBUTTONUP || call.message == WM_NCRBUTTONUP ||
                            call.message == WM_NCMBUTTONUP;
-    facts.options.navigation = Option(kNavigation);
-    facts.options.left_orbit = Option(kLeftOrbit);
-    facts.options.right_zoom = Option(kRightZoom);
-    facts.options.quick = Option(kQuickOption);
-    facts.options.clone = Option(kCloneOption);
-    facts.options.cursors = Option(kCursors);
-    facts.options.slow_zoom = Option(kSlowZooming);
-    facts.kind = KindOf(call.window);
+    SeeFacts(call.window, &facts);
     const bool keys = !Fails("GetAsyncKeyState");
-    facts.alt = keys && input::AsyncDown(VK_MENU);
-    facts.ctrl = keys && input::AsyncDown(VK_CONTROL);
-    facts.shift = keys && input::AsyncDown(VK_SHIFT);
     facts.right_down = keys && input::AsyncDown(VK_RBUTTON);
     facts.left_ctrl = keys && input::AsyncDown(VK_LCONTROL);
     facts.right_ctrl = keys && input::AsyncDown(VK_RCONTROL);
@@ -285,11 +259,8 @@ MouseFacts Checker::MouseFactsOf(const input::HookCall& call) const {
         facts.swapped = input::ButtonsAreSwapped();
     }
     facts.thumb = PluginState().scrub && ThumbFound();
-    facts.mode = Mode();
     const bool core = !Fails("GetCOREInterface");
     facts.selected = core && !Fails("GetSelNodeCount") ? world::SelectedCount() : 0;
-    facts.subobject = Subobject();
-    facts.select_button = SelectButton();
     facts.orbit_allowed = OrbitAllowed(call.window);
     facts.brush = BrushInUse();
     if ((facts.message == hook_model::Message::kMiddleDown ||
@@ -325,18 +296,8 @@ hook_model::KeyFacts Checker::KeyFactsOf(const input::HookCall& call) const {
                 : call.key == VK_SHIFT   ? Key::kShift
                                          : Key::kOther;
     facts.up = call.up;
-    facts.navigation = Option(kNavigation);
-    facts.cursors = Option(kCursors);
-    const bool keys = !Fails("GetAsyncKeyState");
-    facts.any_button = keys && ButtonsDown() != 0;
-    if (facts.key == Key::kOther || facts.any_button || !facts.cursors) return facts;
-    facts.kind = KindOf(input::WindowAt(input::CursorSoFar()));
-    facts.alt = keys && input::AsyncDown(VK_MENU);
-    facts.ctrl = keys && input::AsyncDown(VK_CONTROL);
-    facts.shift = keys && input::AsyncDown(VK_SHIFT);
-    facts.mode = Mode();
-    facts.subobject = Subobject();
-    facts.select_button = SelectButton();
+    facts.any_button = !Fails("GetAsyncKeyState") && ButtonsDown() != 0;
+    SeeFacts(input::WindowAt(input::CursorSoFar()), &facts);
     return facts;
 }
 
@@ -387,16 +348,6 @@ bool Checker::IsLockOff() const {
 
 void Checker::Begin() {
     began_ = true;
-    const auto find = [this](std::string_view name) {
-        globals_.push_back(plugin::Find(std::string(name)));
-        if (!globals_.back()) broken_ = "the plug-in has no global " + std::string(name);
-    };
-    for (const std::string_view name : kNames)
-        find(name);
-    for (const hook_model::Field& field : hook_model::kFields)
-        find(field.global);
-    for (const hook_model::PointField& field : hook_model::kPointFields)
-        find(field.global);
     model_.Set(PluginState());
     depth_ = depth_seen_ = world::ModeDepth();
     lock_ = lock_seen_ = IsLockOn();
@@ -525,7 +476,7 @@ std::string Checker::CompareEffects(const Call& call, const hook_model::Outcome&
 
 std::string Checker::Compare(const Call& call, const hook_model::Outcome& outcome) const {
     const bool navigation =
-        call.mouse ? call.mouse_facts.options.navigation : call.key_facts.navigation;
+        (call.mouse ? call.mouse_facts.options : call.key_facts.options).navigation;
     if (!navigation && !call.effects.empty()) return std::string(exemptions::TextOf(Check::kOff));
     if (call.swallowed != outcome.swallowed)
         return call.event + (call.swallowed ? " was swallowed, by the rules it passes"
@@ -585,7 +536,7 @@ void Checker::Before(const Command& command) {
     depth_seen_ = world::ModeDepth();
     lock_seen_ = IsLockOn();
     gizmo_seen_ = IsGizmoOn();
-    gizmo_saved_seen_ = Value(kGizmoWasOn) != 0;
+    gizmo_saved_seen_ = Value("g_gizmoWasOn") != 0;
     if (!busy_) down_ = ButtonsDown();
     before_command_ = PluginState();
     arms_ = !IsInput(command.verb);
@@ -612,14 +563,14 @@ void Checker::NoteHost() {
         lock_ = IsLockOn();
     if (IsGizmoOn() != gizmo_seen_ && !HasEffect("sdk ExecuteAction 0 40105", from)) {
         gizmo_ = IsGizmoOn();
-        if (Value(kGizmoWasOn)) ledger_.Note(Exemption::kGizmoOption, {Check::kGizmo});
+        if (Value("g_gizmoWasOn")) ledger_.Note(Exemption::kGizmoOption, {Check::kGizmo});
     }
-    if (gizmo_saved_seen_ && !Value(kGizmoWasOn) && !IsGizmoOn())
+    if (gizmo_saved_seen_ && !Value("g_gizmoWasOn") && !IsGizmoOn())
         ledger_.Note(Exemption::kHiddenTwice, {Check::kGizmo});
     depth_seen_ = depth;
     lock_seen_ = IsLockOn();
     gizmo_seen_ = IsGizmoOn();
-    gizmo_saved_seen_ = Value(kGizmoWasOn) != 0;
+    gizmo_saved_seen_ = Value("g_gizmoWasOn") != 0;
 }
 
 // A call that fails leaves undone what it was made for; which of them matter at rest.
@@ -728,7 +679,7 @@ void Checker::ForgetWhatIsClean() {
     if (rests && !now.alt_owed && !NobodyHoldsWhatIsDown()) ledger_.Clean(Check::kKeysDown);
     if (rests && world::ModeDepth() == depth_) ledger_.Clean(Check::kDepth);
     if (rests && IsLockOff()) ledger_.Clean(Check::kLock);
-    if (rests && !now.requests && !Value(kGizmoWasOn) && IsGizmoAsBefore())
+    if (rests && !now.requests && !Value("g_gizmoWasOn") && IsGizmoAsBefore())
         ledger_.Clean(Check::kGizmo);
     if (rests && !now.scrub && !input::Capture()) ledger_.Clean(Check::kCapture);
 }

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include <array>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -63,9 +63,10 @@ private:
     std::string AtRest();
     void NoteCommand(const scenario::Command& command);
     hook_model::State PluginState() const;
-    int Value(int index) const;
+    // Of a number of the plug-in, or the number behind it.
+    int Value(std::string_view global, int index = 0) const;
     bool Fails(std::string_view call) const;
-    bool Option(int index) const;
+    void SeeFacts(HWND window, hook_model::Facts* facts) const;
     hook_model::MouseFacts MouseFactsOf(const input::HookCall& call) const;
     hook_model::KeyFacts KeyFactsOf(const input::HookCall& call) const;
     bool ViewFails() const;
@@ -85,7 +86,7 @@ private:
     void NotePasses(const Call& call);
     void ForgetWhatIsClean();
 
-    std::vector<const int*> globals_;  // of kNames, then those of a state
+    mutable std::map<std::string_view, const int*> globals_;
     bool began_ = false;
     hook_model::Model model_;
     std::vector<Call> calls_;  // from the outermost one to the innermost one
