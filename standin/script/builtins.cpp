@@ -1,374 +1,317 @@
 #include "standin/script/builtins.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-
-#include "standin/script/operators.h"
-#include "standin/script/properties.h"
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace script {
 
 namespace {
 
+// `$*` stands for all objects, `$Box*` for those whose names begin so.
+std::vector<NodeId> NodesOf(const ObjectSet& set, Host& host) {
+    if (set.path.empty()) return host.Selection();
+    const std::size_t length = set.path.size() - 1;
+    std::vector<NodeId> nodes = host.Nodes();
+    std::erase_if(nodes, [&](NodeId node) {
+        return !EqualNames(host.NodeName(node).substr(0, length), set.path.substr(0, length));
+    });
+    return nodes;
+}
+
+bool IsCollection(const Value& value) {
+    return std::holds_alternative<Array*>(value) || std::holds_alternative<ObjectSet>(value);
+}
+
+// ---- functions
+
 TrackId ToTrack(const Value& value, Interpreter& interpreter) {
-    if (const TrackReference* track = value.If<TrackReference>()) return track->id;
-    throw MakeConversionError(value, "SubAnim", &interpreter.host());
+    return Expect<TrackId>(value, "SubAnim", interpreter.host());
 }
 
 Value Append(Interpreter& interpreter, const Arguments& arguments) {
-    const ArrayReference* array = arguments[0].If<ArrayReference>();
-    if (!array) throw MakeConversionError(arguments[0], "Array", &interpreter.host());
-    interpreter.CheckSize((*array)->items.size() + 1);
-    interpreter.NoteNestedArray(*array, arguments[1]);
-    (*array)->items.push_back(arguments[1]);
+    Expect<Array*>(arguments[0], "Array", interpreter.host())->items.push_back(arguments[1]);
     return arguments[0];
 }
 
-// `amin #(3, 1)` and `amin 3 1` are the same; of nothing it is undefined.
-Value FindExtreme(Interpreter& interpreter, const Arguments& arguments, int sign) {
-    const bool is_collection = arguments.size() == 1 &&
-                               (arguments[0].Is<ArrayReference>() || arguments[0].Is<ObjectSet>());
-    const Arguments items = is_collection ? ItemsOf(arguments[0], interpreter) : arguments;
-    Value best;
-    bool has_best = false;
+// Of nothing it is undefined.
+Value FindExtreme(Interpreter& interpreter, const Value& collection, std::string_view symbol) {
+    const std::vector<Value> items = ItemsOf(collection, interpreter);
+    if (items.empty()) return Undefined{};
+    Value best = items.front();
     for (const Value& item : items) {
-        if (!has_best || CompareOrder(item, best, sign < 0 ? "<" : ">", interpreter) == sign)
-            best = item;
-        has_best = true;
+        if (ApplyOperator(symbol, item, best, interpreter.host()) == Value(true)) best = item;
     }
     return best;
 }
 
 Value FindMinimum(Interpreter& interpreter, const Arguments& arguments) {
-    return FindExtreme(interpreter, arguments, -1);
+    return FindExtreme(interpreter, arguments[0], "<");
 }
 
 Value FindMaximum(Interpreter& interpreter, const Arguments& arguments) {
-    return FindExtreme(interpreter, arguments, 1);
+    return FindExtreme(interpreter, arguments[0], ">");
 }
 
-Value Absolute(Interpreter& interpreter, const Arguments& arguments) {
-    const Value zero = arguments[0].Is<Time>() ? Value::Ticks(0) : Value::Integer(0);
-    const bool is_negative = CompareOrder(arguments[0], zero, "abs", interpreter) < 0;
-    return is_negative ? Negate(arguments[0], interpreter) : arguments[0];
+// Called with a time, the class counts frames: scripts hand the result on as a plain number where a
+// time is wanted (`interval a b`), and there a plain number means frames. In ticks a range of keys
+// would come out 160 times too long, and widening it by 1 would not be widening it by a frame.
+Value MakeInteger(Interpreter& interpreter, const Arguments& arguments) {
+    if (const Time* time = std::get_if<Time>(&arguments[0])) return time->ticks / kTicksPerFrame;
+    return ToInteger(arguments[0], interpreter.host());
 }
 
-Value FindClass(Interpreter&, const Arguments& arguments) {
-    return Value::Of(ClassOf(arguments[0]));
-}
-
-Value GetNodeByName(Interpreter& interpreter, const Arguments& arguments) {
-    const std::string wanted = ToString(arguments[0], &interpreter.host());
-    for (const NodeId node : interpreter.host().Nodes()) {
-        if (EqualNames(interpreter.host().NodeName(node), wanted)) return Value::Node(node);
-    }
-    return Value();
+Value MakeInterval(Interpreter& interpreter, const Arguments& arguments) {
+    Host& host = interpreter.host();
+    return Interval{ToTime(arguments[0], host), ToTime(arguments[1], host)};
 }
 
 Value Select(Interpreter& interpreter, const Arguments& arguments) {
-    interpreter.host().SetSelection(NodesOf(arguments[0], interpreter));
-    return Value::MakeOk();
-}
-
-Value SelectMore(Interpreter& interpreter, const Arguments& arguments) {
-    std::vector<NodeId> selection = interpreter.host().Selection();
-    for (const NodeId node : NodesOf(arguments[0], interpreter)) {
-        if (std::find(selection.begin(), selection.end(), node) == selection.end())
-            selection.push_back(node);
-    }
-    interpreter.host().SetSelection(selection);
-    return Value::MakeOk();
-}
-
-Value Deselect(Interpreter& interpreter, const Arguments& arguments) {
-    std::vector<NodeId> selection = interpreter.host().Selection();
-    const std::vector<NodeId> removed = NodesOf(arguments[0], interpreter);
-    std::erase_if(selection, [&removed](NodeId node) {
-        return std::find(removed.begin(), removed.end(), node) != removed.end();
-    });
-    interpreter.host().SetSelection(selection);
-    return Value::MakeOk();
-}
-
-Value ClearSelection(Interpreter& interpreter, const Arguments&) {
-    interpreter.host().SetSelection({});
-    return Value::MakeOk();
-}
-
-Value SetHidden(Interpreter& interpreter, const Value& objects, bool hidden) {
-    for (const NodeId node : NodesOf(objects, interpreter))
-        interpreter.host().SetNodeHidden(node, hidden);
-    return Value::MakeOk();
-}
-
-Value Hide(Interpreter& interpreter, const Arguments& arguments) {
-    return SetHidden(interpreter, arguments[0], true);
-}
-
-Value Unhide(Interpreter& interpreter, const Arguments& arguments) {
-    return SetHidden(interpreter, arguments[0], false);
+    std::vector<Value> objects{arguments[0]};
+    if (!std::holds_alternative<NodeId>(arguments[0])) objects = ItemsOf(arguments[0], interpreter);
+    std::vector<NodeId> nodes;
+    for (const Value& object : objects)
+        nodes.push_back(Expect<NodeId>(object, "Node", interpreter.host()));
+    interpreter.host().SetSelection(nodes);
+    return Ok{};
 }
 
 Value CountKeys(Interpreter& interpreter, const Arguments& arguments) {
-    const TrackId track = ToTrack(arguments[0], interpreter);
-    return Value::Integer(interpreter.host().KeyCount(track));
+    return interpreter.host().KeyCount(ToTrack(arguments[0], interpreter));
 }
 
 Value IsKeySelected(Interpreter& interpreter, const Arguments& arguments) {
     const TrackId track = ToTrack(arguments[0], interpreter);
-    const int key = ToInteger(arguments[1], &interpreter.host());
-    return Value::Boolean(interpreter.host().IsKeySelected(track, key));
+    return interpreter.host().IsKeySelected(track, ToInteger(arguments[1], interpreter.host()));
 }
 
 Value GetKeyTime(Interpreter& interpreter, const Arguments& arguments) {
     const TrackId track = ToTrack(arguments[0], interpreter);
-    const int key = ToInteger(arguments[1], &interpreter.host());
-    return Value::Of(interpreter.host().KeyTime(track, key));
-}
-
-Value CompleteRedraw(Interpreter& interpreter, const Arguments&) {
-    interpreter.host().CompleteRedraw();
-    return Value::MakeOk();
-}
-
-Value Print(Interpreter& interpreter, const Arguments& arguments) {
-    const std::string text = interpreter.ToText(arguments[0]);
-    interpreter.CountSteps(text.size() / 16);
-    interpreter.host().WriteListener(text + "\n");
-    return arguments[0];
-}
-
-// Each `%` of the first argument is replaced by the next of the others; texts without quotes.
-Value Format(Interpreter& interpreter, const Arguments& arguments) {
-    const std::string pattern = ToString(arguments[0], &interpreter.host());
-    std::string output;
-    std::size_t next = 1;
-    for (const char letter : pattern) {
-        if (letter != '%') {
-            output += letter;
-            continue;
-        }
-        if (next == arguments.size()) throw Error("format has more % than values");
-        const Value& value = arguments[next++];
-        const String* text = value.If<String>();
-        output += text ? **text : interpreter.ToText(value);
-        interpreter.CheckSize(output.size());
-    }
-    interpreter.CountSteps(output.size() / 16);
-    interpreter.host().WriteListener(output);
-    return Value::MakeOk();
-}
-
-Value Throw(Interpreter& interpreter, const Arguments& arguments) {
-    if (arguments.empty())
-        throw Error(interpreter.caught_message().empty() ? "throw() outside of catch"
-                                                         : interpreter.caught_message());
-    const String* text = arguments[0].If<String>();
-    throw Error(text ? **text : interpreter.ToText(arguments[0]));
-}
-
-Value GetCurrentException(Interpreter& interpreter, const Arguments&) {
-    return Value::Text(interpreter.caught_message());
-}
-
-constexpr Builtin kFunctions[] = {
-    {"append", Append, 2, 2},
-    {"amin", FindMinimum, 1, -1},
-    {"amax", FindMaximum, 1, -1},
-    {"abs", Absolute, 1, 1},
-    {"classof", FindClass, 1, 1},
-    {"getnodebyname", GetNodeByName, 1, 1},
-    {"select", Select, 1, 1},
-    {"selectmore", SelectMore, 1, 1},
-    {"deselect", Deselect, 1, 1},
-    {"clearselection", ClearSelection, 0, 0},
-    {"hide", Hide, 1, 1},
-    {"unhide", Unhide, 1, 1},
-    {"numkeys", CountKeys, 1, 1},
-    {"iskeyselected", IsKeySelected, 2, 2},
-    {"getkeytime", GetKeyTime, 2, 2},
-    {"completeredraw", CompleteRedraw, 0, 0},
-    {"print", Print, 1, 1},
-    {"format", Format, 1, -1},
-    {"throw", Throw, 0, 1},
-    {"getcurrentexception", GetCurrentException, 0, 0},
-};
-
-// ---- interfaces
-
-Value ExecuteAction(Interpreter& interpreter, const Arguments& arguments) {
-    const int table = ToInteger(arguments[0], &interpreter.host());
-    if (!arguments[1].Is<String>())
-        throw MakeConversionError(arguments[1], "String", &interpreter.host());
-    return Value::Boolean(interpreter.host().ExecuteAction(table, **arguments[1].If<String>()));
-}
-
-Value CountSelectedTracks(Interpreter& interpreter, const Arguments&) {
-    return Value::Integer(interpreter.host().SelectedTrackCount());
+    return interpreter.host().KeyTime(track, ToInteger(arguments[1], interpreter.host()));
 }
 
 Value GetSelectedTrack(Interpreter& interpreter, const Arguments& arguments) {
-    const int index = ToInteger(arguments[0], &interpreter.host());
-    const TrackId track = interpreter.host().SelectedTrack(index);
-    return track == 0 ? Value() : Value::Track(track);
+    Host& host = interpreter.host();
+    const TrackId track = host.SelectedTrack(ToInteger(arguments[0], host));
+    return track == TrackId::kNone ? Value() : track;
 }
 
-Value ResetAllViews(Interpreter& interpreter, const Arguments&) {
-    interpreter.host().ResetAllViews();
-    return Value::MakeOk();
+Value ExecuteAction(Interpreter& interpreter, const Arguments& arguments) {
+    const int table = ToInteger(arguments[0], interpreter.host());
+    const auto& identifier = Expect<std::string>(arguments[1], "String", interpreter.host());
+    return interpreter.host().ExecuteAction(table, identifier);
 }
 
 Value ToggleTool(Interpreter& interpreter, const Arguments& arguments) {
-    Host* host = &interpreter.host();
+    Host& host = interpreter.host();
     const int group = ToInteger(arguments[0], host);
     const int index = ToInteger(arguments[1], host);
-    host->ToggleTool(group, index, ToBoolean(arguments[2], host));
-    return Value::MakeOk();
+    host.ToggleTool(group, index, Expect<bool>(arguments[2], "Boolean", host));
+    return Ok{};
 }
 
-constexpr Builtin kExecuteAction = {"actionMan.executeAction", ExecuteAction, 2, 2};
-constexpr Builtin kCountSelectedTracks = {"trackviews.current.numSelTracks", CountSelectedTracks, 0,
-                                          0};
-constexpr Builtin kGetSelectedTrack = {"trackviews.current.getSelected", GetSelectedTrack, 1, 1};
-constexpr Builtin kResetAllViews = {"viewport.ResetAllViews", ResetAllViews, 0, 0};
-constexpr Builtin kToggleTool = {"PolyBoost.ToolToggle", ToggleTool, 3, 3};
+Value AnimationRange(Interpreter& interpreter, const Arguments& arguments) {
+    Host& host = interpreter.host();
+    if (!arguments.empty())
+        host.SetAnimationRange(Expect<Interval>(arguments[0], "Interval", host));
+    return host.AnimationRange();
+}
 
-struct InterfaceMember {
-    InterfaceId owner;
-    std::string_view name;
-    Value (*get)(Interpreter&);
+// The other functions ask the host or tell it something, and nothing else.
+template <auto kMethod>
+Value Ask(Interpreter& interpreter, const Arguments&) {
+    return (interpreter.host().*kMethod)();
+}
+
+template <auto kMethod>
+Value Tell(Interpreter& interpreter, const Arguments&) {
+    (interpreter.host().*kMethod)();
+    return Ok{};
+}
+
+constexpr std::string_view kSculptButtons = "PolyToolsUI.SculptButtons";
+
+using enum BuiltinKind;
+
+// clang-format off
+constexpr Builtin kBuiltins[] = {
+    {"append", kFunction, Append, 2},
+    {"amin", kFunction, FindMinimum, 1},
+    {"amax", kFunction, FindMaximum, 1},
+    {"integer", kFunction, MakeInteger, 1},
+    {"interval", kFunction, MakeInterval, 2},
+    {"select", kFunction, Select, 1},
+    {"numKeys", kFunction, CountKeys, 1},
+    {"isKeySelected", kFunction, IsKeySelected, 2},
+    {"getKeyTime", kFunction, GetKeyTime, 2},
+    {"completeRedraw", kFunction, Tell<&Host::CompleteRedraw>},
+    {"selection", kVariable, [](Interpreter&, const Arguments&) -> Value { return ObjectSet{}; }},
+    {"animationRange", kVariable, AnimationRange, 1},
+    {"actionMan", kInterface},
+    {"actionMan.executeAction", kFunction, ExecuteAction, 2},
+    {"trackviews", kInterface},
+    {"trackviews.current", kInterface},
+    {"trackviews.current.numSelTracks", kFunction, Ask<&Host::SelectedTrackCount>},
+    {"trackviews.current.getSelected", kFunction, GetSelectedTrack, 1},
+    {"viewport", kInterface},
+    {"viewport.ResetAllViews", kFunction, Tell<&Host::ResetAllViews>},
+    {"PolyToolsUI", kPolyTools},
+    {"PolyToolsUI.SculptTool", kVariable, Ask<&Host::SculptTool>},
+    {"PolyToolsUI.PDTool", kVariable, Ask<&Host::PaintDeformTool>},
+    {"PolyToolsUI.PolyShiftActive", kVariable, Ask<&Host::IsPolyShiftActive>},
+    {kSculptButtons, kInterface},
+    {"PolyBoost", kPolyTools},
+    {"PolyBoost.ToolToggle", kFunction, ToggleTool, 3},
 };
+// clang-format on
 
-template <const Builtin& kMethod>
-Value GetMethod(Interpreter&) {
-    return Value::Of(BuiltinFunction{&kMethod});
+bool IsSculptButtons(const Value& value) {
+    const auto* builtin = std::get_if<const Builtin*>(&value);
+    return builtin && (*builtin)->name == kSculptButtons;
 }
 
-template <InterfaceId kId>
-Value GetInterface(Interpreter&) {
-    return Value::Of(kId);
+// ---- operators
+
+bool IsNumber(const Value& value) {
+    return std::holds_alternative<std::int32_t>(value) || std::holds_alternative<float>(value);
 }
 
-template <InterfaceId kId>
-Value GetPolyTools(Interpreter& interpreter) {
-    return interpreter.host().HasPolyTools() ? Value::Of(kId) : Value();
+double NumberOf(const Value& value) {
+    if (const std::int32_t* number = std::get_if<std::int32_t>(&value)) return *number;
+    return std::get<float>(value);
 }
 
-constexpr InterfaceMember kInterfaceMembers[] = {
-    {InterfaceId::kActionMan, "executeaction", GetMethod<kExecuteAction>},
-    {InterfaceId::kTrackViews, "current", GetInterface<InterfaceId::kCurrentTrackView>},
-    {InterfaceId::kCurrentTrackView, "numseltracks", GetMethod<kCountSelectedTracks>},
-    {InterfaceId::kCurrentTrackView, "getselected", GetMethod<kGetSelectedTrack>},
-    {InterfaceId::kPolyToolsUi, "sculpttool",
-     [](Interpreter& interpreter) { return Value::Integer(interpreter.host().SculptTool()); }},
-    {InterfaceId::kPolyToolsUi, "pdtool",
-     [](Interpreter& interpreter) { return Value::Integer(interpreter.host().PaintDeformTool()); }},
-    {InterfaceId::kPolyToolsUi, "polyshiftactive",
-     [](Interpreter& interpreter) {
-         return Value::Boolean(interpreter.host().IsPolyShiftActive());
-     }},
-    {InterfaceId::kPolyToolsUi, "sculptbuttons", GetInterface<InterfaceId::kSculptButtons>},
-    {InterfaceId::kPolyBoost, "tooltoggle", GetMethod<kToggleTool>},
-    {InterfaceId::kViewport, "resetallviews", GetMethod<kResetAllViews>},
-};
-
-// ---- variables
-
-struct SystemVariable {
-    std::string_view name;
-    Value (*get)(Interpreter&);
-    void (*set)(Interpreter&, const Value&);  // null: read only
-};
-
-template <ObjectSet::Kind kKind>
-Value GetObjectSet(Interpreter&) {
-    return Value::Of(ObjectSet{kKind, {}});
-}
-
-template <ClassId kId>
-Value GetClass(Interpreter&) {
-    return Value::Of(kId);
-}
-
-Value GetCurrentTime(Interpreter& interpreter) {
-    return Value::Of(interpreter.host().CurrentTime());
-}
-
-void SetCurrentTime(Interpreter& interpreter, const Value& value) {
-    interpreter.host().SetCurrentTime(ToTime(value, &interpreter.host()));
-}
-
-constexpr SystemVariable kVariables[] = {
-    {"selection", GetObjectSet<ObjectSet::Kind::kSelection>, nullptr},
-    {"objects", GetObjectSet<ObjectSet::Kind::kObjects>, nullptr},
-    {"animationrange",
-     [](Interpreter& interpreter) { return Value::Of(interpreter.host().AnimationRange()); },
-     [](Interpreter& interpreter, const Value& value) {
-         interpreter.host().SetAnimationRange(ToInterval(value, &interpreter.host()));
-     }},
-    {"slidertime", GetCurrentTime, SetCurrentTime},
-    {"currenttime", GetCurrentTime, nullptr},
-    {"actionman", GetInterface<InterfaceId::kActionMan>, nullptr},
-    {"trackviews", GetInterface<InterfaceId::kTrackViews>, nullptr},
-    {"polytoolsui", GetPolyTools<InterfaceId::kPolyToolsUi>, nullptr},
-    {"polyboost", GetPolyTools<InterfaceId::kPolyBoost>, nullptr},
-    {"viewport", GetInterface<InterfaceId::kViewport>, nullptr},
-    {"integer", GetClass<ClassId::kInteger>, nullptr},
-    {"float", GetClass<ClassId::kFloat>, nullptr},
-    {"string", GetClass<ClassId::kString>, nullptr},
-    {"name", GetClass<ClassId::kName>, nullptr},
-    {"array", GetClass<ClassId::kArray>, nullptr},
-    {"time", GetClass<ClassId::kTime>, nullptr},
-    {"interval", GetClass<ClassId::kInterval>, nullptr},
-    {"point3", GetClass<ClassId::kPoint3>, nullptr},
-    {"booleanclass", GetClass<ClassId::kBooleanClass>, nullptr},
-    {"undefinedclass", GetClass<ClassId::kUndefinedClass>, nullptr},
-};
-
-template <typename Table>
-auto FindEntry(const Table& table, const std::string& name) -> decltype(&table[0]) {
-    for (const auto& entry : table) {
-        if (entry.name == name) return &entry;
-    }
-    return nullptr;
+// What numbers and times are compared by: a number beside a time counts frames.
+std::optional<double> InTicks(const Value& value) {
+    if (const Time* time = std::get_if<Time>(&value)) return time->ticks;
+    if (IsNumber(value)) return NumberOf(value) * kTicksPerFrame;
+    return {};
 }
 
 }  // namespace
 
-bool IsBuiltinName(const std::string& name) {
-    return FindEntry(kFunctions, name) || FindEntry(kVariables, name);
+const Builtin* FindBuiltin(std::string_view name) {
+    for (const Builtin& builtin : kBuiltins) {
+        if (EqualNames(builtin.name, name)) return &builtin;
+    }
+    return nullptr;
 }
 
-bool ReadBuiltin(const std::string& name, Interpreter& interpreter, Value& result) {
-    if (const Builtin* function = FindEntry(kFunctions, name)) {
-        result = Value::Of(BuiltinFunction{function});
-        return true;
-    }
-    if (const SystemVariable* variable = FindEntry(kVariables, name)) {
-        result = variable->get(interpreter);
-        return true;
-    }
-    return false;
+Value ReadBuiltin(const Builtin& builtin, Interpreter& interpreter) {
+    if (builtin.kind == BuiltinKind::kVariable) return builtin.call(interpreter, {});
+    if (builtin.kind == BuiltinKind::kPolyTools && !interpreter.host().HasPolyTools())
+        return Undefined{};
+    return &builtin;
 }
 
-bool WriteBuiltin(const std::string& name, const Value& value, Interpreter& interpreter) {
-    if (!IsBuiltinName(name)) return false;
-    const SystemVariable* variable = FindEntry(kVariables, name);
-    if (!variable || !variable->set) throw Error("Cannot assign to read-only variable: " + name);
-    variable->set(interpreter, value);
-    return true;
+void WriteBuiltin(const Builtin& builtin, const Value& value, Interpreter& interpreter) {
+    if (builtin.kind != BuiltinKind::kVariable || builtin.arguments == 0)
+        throw Error("Cannot assign to read-only variable: " + std::string(builtin.name));
+    builtin.call(interpreter, {value});
 }
 
-bool GetInterfaceMember(InterfaceId owner, const std::string& name, Interpreter& interpreter,
-                        Value& result) {
-    for (const InterfaceMember& member : kInterfaceMembers) {
-        if (member.owner == owner && EqualNames(member.name, name)) {
-            result = member.get(interpreter);
-            return true;
-        }
+Value CallBuiltin(const Builtin& builtin, const Arguments& arguments, Interpreter& interpreter) {
+    CheckArgumentCount(builtin.name, builtin.arguments, arguments.size());
+    return builtin.call(interpreter, arguments);
+}
+
+void CheckArgumentCount(std::string_view name, std::size_t wanted, std::size_t got) {
+    if (wanted == got) return;
+    throw Error("Argument count error: " + std::string(name) + " wanted " + std::to_string(wanted) +
+                ", got " + std::to_string(got));
+}
+
+std::vector<Value> ItemsOf(const Value& collection, Interpreter& interpreter) {
+    std::vector<Value> items;
+    if (const ObjectSet* set = std::get_if<ObjectSet>(&collection)) {
+        for (const NodeId node : NodesOf(*set, interpreter.host()))
+            items.emplace_back(node);
+    } else {
+        items = Expect<Array*>(collection, "Array", interpreter.host())->items;
     }
-    return false;
+    interpreter.CountSteps(items.size());
+    return items;
+}
+
+Value GetProperty(const Value& owner, const std::string& name, Interpreter& interpreter) {
+    Host& host = interpreter.host();
+    if (const NodeId* node = std::get_if<NodeId>(&owner)) {
+        if (EqualNames(name, "name")) return host.NodeName(*node);
+        if (EqualNames(name, "center")) return host.NodeCenter(*node);
+        if (EqualNames(name, "pivot")) return host.NodePivot(*node);
+    }
+    if (const Interval* interval = std::get_if<Interval>(&owner)) {
+        if (EqualNames(name, "start")) return interval->start;
+        if (EqualNames(name, "end")) return interval->end;
+    }
+    if (IsCollection(owner) && EqualNames(name, "count"))
+        return static_cast<std::int32_t>(ItemsOf(owner, interpreter).size());
+    if (const auto* builtin = std::get_if<const Builtin*>(&owner)) {
+        const Builtin* member = FindBuiltin(std::string((*builtin)->name) + "." + name);
+        if (member) return ReadBuiltin(*member, interpreter);
+    }
+    throw Error("Unknown property: \"" + name + "\" in " + interpreter.ToText(owner));
+}
+
+void SetProperty(const Value& owner, const std::string& name, const Value& value,
+                 Interpreter& interpreter) {
+    Host& host = interpreter.host();
+    // Reading it first tells an unknown property from one that cannot be set.
+    GetProperty(owner, name, interpreter);
+    if (!std::holds_alternative<NodeId>(owner) || !EqualNames(name, "pivot"))
+        throw Error("Property cannot be set: \"" + name + "\" in " + interpreter.ToText(owner));
+    host.SetNodePivot(std::get<NodeId>(owner), Expect<Point3>(value, "Point3", host));
+}
+
+Value GetIndexed(const Value& owner, const Value& index, Interpreter& interpreter) {
+    const std::int32_t position = ToInteger(index, interpreter.host());
+    if (IsSculptButtons(owner)) return interpreter.host().IsSculptButtonOn(position);
+    if (!IsCollection(owner)) throw Error("No \"get\" function for " + interpreter.ToText(owner));
+    if (position < 1)
+        throw Error("Index must be a positive number, got: " + std::to_string(position));
+    const std::vector<Value> items = ItemsOf(owner, interpreter);
+    const auto at = static_cast<std::size_t>(position) - 1;
+    return at < items.size() ? items[at] : Undefined{};
+}
+
+void SetIndexed(const Value& owner, const Value& index, const Value& value,
+                Interpreter& interpreter) {
+    Host& host = interpreter.host();
+    if (!IsSculptButtons(owner))
+        throw Error("No \"put\" function for " + interpreter.ToText(owner));
+    host.SetSculptButton(ToInteger(index, host), Expect<bool>(value, "Boolean", host));
+}
+
+Value ApplyOperator(std::string_view symbol, const Value& left, const Value& right, Host& host) {
+    const std::optional<double> first = InTicks(left);
+    const std::optional<double> second = InTicks(right);
+    const bool comparable = first && second;
+    if (symbol == "==" || symbol == "!=") {
+        const bool equal = comparable ? *first == *second : left == right;
+        return equal == (symbol == "==");
+    }
+    if (comparable && symbol == "<") return *first < *second;
+    if (comparable && symbol == "<=") return *first <= *second;
+    if (comparable && symbol == ">") return *first > *second;
+    if (comparable && symbol == ">=") return *first >= *second;
+    const bool subtracts = symbol == "-";
+    const auto* left_integer = std::get_if<std::int32_t>(&left);
+    const auto* right_integer = std::get_if<std::int32_t>(&right);
+    if (left_integer && right_integer) {
+        // Unsigned, because integers wrap around on the host.
+        const auto first_bits = static_cast<std::uint32_t>(*left_integer);
+        const auto second_bits = static_cast<std::uint32_t>(*right_integer);
+        return static_cast<std::int32_t>(subtracts ? first_bits - second_bits
+                                                   : first_bits + second_bits);
+    }
+    if (IsNumber(left) && IsNumber(right)) {
+        const auto augend = static_cast<float>(NumberOf(left));
+        const auto addend = static_cast<float>(NumberOf(right));
+        return subtracts ? augend - addend : augend + addend;
+    }
+    if (IsNumber(left)) throw MakeConversionError(right, left_integer ? "Integer" : "Float", host);
+    throw Error("No \"" + std::string(symbol) + "\" function for " + ToText(left, host));
 }
 
 }  // namespace script

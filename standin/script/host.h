@@ -18,31 +18,23 @@ public:
     // Scene objects, in scene order.
     virtual std::vector<NodeId> Nodes() = 0;
     virtual std::string NodeName(NodeId node) = 0;
-    virtual bool IsNodeHidden(NodeId node) = 0;
-    virtual void SetNodeHidden(NodeId node, bool hidden) = 0;
-    virtual Point3 NodePosition(NodeId node) = 0;
-    virtual void SetNodePosition(NodeId node, Point3 position) = 0;
     virtual Point3 NodePivot(NodeId node) = 0;
     virtual void SetNodePivot(NodeId node, Point3 pivot) = 0;
     virtual Point3 NodeCenter(NodeId node) = 0;
-    virtual void SetNodeCenter(NodeId node, Point3 center) = 0;
 
     // The selection, in selection order; SetSelection replaces it.
     virtual std::vector<NodeId> Selection() = 0;
     virtual void SetSelection(const std::vector<NodeId>& nodes) = 0;
 
-    // The current track view. Tracks and keys count from 1; a track of 0 reads as undefined.
+    // The current track view. Tracks and keys count from 1; none reads as undefined.
     virtual int SelectedTrackCount() = 0;
     virtual TrackId SelectedTrack(int index) = 0;
-    virtual std::string TrackName(TrackId track) = 0;
     virtual int KeyCount(TrackId track) = 0;
     virtual Time KeyTime(TrackId track, int key) = 0;
     virtual bool IsKeySelected(TrackId track, int key) = 0;
 
     virtual Interval AnimationRange() = 0;
     virtual void SetAnimationRange(Interval range) = 0;
-    virtual Time CurrentTime() = 0;
-    virtual void SetCurrentTime(Time time) = 0;
 
     // `actionMan.executeAction`; the identifier is the text as the script gives it. Answers whether
     // the action exists.
@@ -61,8 +53,6 @@ public:
     virtual bool IsSculptButtonOn(int index) = 0;
     virtual void SetSculptButton(int index, bool on) = 0;
     virtual void ToggleTool(int group, int index, bool on) = 0;
-
-    virtual void WriteListener(const std::string& text) = 0;
 
     // Functions registered by plug-ins. Names are given in lower case.
     virtual bool HasPrimitive(const std::string& name) = 0;

@@ -10,9 +10,10 @@ namespace script {
 
 enum class TokenKind {
     kEnd,
-    kLiteral,  // value: a number, a time, a text or a name
+    kLiteral,  // value: a number, a time, a text, a name, or a word that is a value
     kIdentifier,
-    kKeyword,  // a reserved word, in lower case
+    kKeyword,   // in lower case
+    kReserved,  // a keyword of what is not supported here, in lower case
     kObjectPath,
     kSymbol,
 };
@@ -37,25 +38,17 @@ public:
 private:
     char Peek(std::size_t ahead = 0) const;
     char Advance();
-    bool SkipBlanks();
-    void SkipBlockComment();
+    std::string Take(bool (*belongs)(char));
+    void SkipBlanks(Token& token);
     void ReadToken(Token& token);
     void ReadNumber(Token& token);
-    void ReadHexadecimal(Token& token);
     void ReadText(Token& token);
-    char ReadEscape(Position start);
-    void ReadName(Token& token);
-    void ReadObjectPath(Token& token);
     void ReadWord(Token& token);
     void ReadSymbol(Token& token);
-    bool CanBeginFraction() const;
 
     std::string_view text_;
     std::size_t offset_ = 0;
     Position position_{1, 1};
-    bool line_break_seen_ = false;
-    // A point right after an operand selects a member, so it does not begin a number there.
-    bool after_operand_ = false;
 };
 
 }  // namespace script

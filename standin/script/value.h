@@ -1,7 +1,8 @@
-// The values that scripts compute with.
+// The values that scripts compute with, and the error that ends a script.
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,198 +10,137 @@
 #include <variant>
 #include <vector>
 
-#include "standin/script/error.h"
-
 namespace script {
 
 class Host;
-class Interpreter;
-class Value;
-struct FunctionDefinition;
+struct Array;
+struct Builtin;
+struct Function;
 
 // 4800 ticks a second at 30 frames a second.
 constexpr int kTicksPerFrame = 160;
-constexpr int kTicksPerSecond = 4800;
 
-// Handles that the host gives out and understands; 0 is none.
-using NodeId = std::uintptr_t;
-using TrackId = std::uintptr_t;
+// Line and column count from 1; line 0 means that the place is not known (yet).
+struct Position {
+    int line = 0;
+    int column = 0;
+};
 
-struct Undefined {};
-struct Ok {};
+// Thrown for everything that can go wrong while a script is read or run. The host throws it
+// without a position; the interpreter adds the position of the construct that called the host.
+class Error : public std::exception {
+public:
+    explicit Error(std::string text, Position where = {})
+        : message(std::move(text)), position(where) {}
+
+    const char* what() const noexcept override { return message.c_str(); }
+
+    std::string message;
+    Position position;
+};
+
+// Not a condition that a script may catch: scripts that catch each other's endless loops would
+// never come back.
+class LimitError : public Error {
+    using Error::Error;
+};
+
+// Handles that the host gives out and understands.
+enum class NodeId : std::uintptr_t {};
+enum class TrackId : std::uintptr_t { kNone };
+
+using Undefined = std::monostate;
+
+struct Ok {
+    bool operator==(const Ok&) const = default;
+};
 
 struct Time {
     std::int32_t ticks = 0;
+    bool operator==(const Time&) const = default;
 };
 
 struct Interval {
     Time start;
     Time end;
+    bool operator==(const Interval&) const = default;
 };
 
 struct Point3 {
     float x = 0;
     float y = 0;
     float z = 0;
+    bool operator==(const Point3&) const = default;
 };
 
 // `#selected`; keeps its spelling, compares without regard to case.
 struct Name {
     std::string text;
-};
-
-using String = std::shared_ptr<const std::string>;
-
-struct Array;
-using ArrayReference = std::shared_ptr<Array>;
-
-struct NodeReference {
-    NodeId id = 0;
-};
-
-struct TrackReference {
-    TrackId id = 0;
+    bool operator==(const Name& other) const;
 };
 
 // A live view of scene objects: it is looked up again whenever it is used.
 struct ObjectSet {
-    enum class Kind { kSelection, kObjects, kPattern };
-    Kind kind = Kind::kSelection;
-    std::string pattern;  // for kPattern, without the leading `$`
+    std::string path;  // what follows `$`; empty: the selection
+    bool operator==(const ObjectSet&) const = default;
 };
 
 struct UserFunction {
-    std::shared_ptr<const FunctionDefinition> definition;
-};
-
-using Arguments = std::vector<Value>;
-
-// A function of the language itself or a method of one of its interfaces.
-struct Builtin {
-    std::string_view name;
-    Value (*call)(Interpreter&, const Arguments&);
-    int minimum;  // number of arguments
-    int maximum;  // -1: any number
-};
-
-struct BuiltinFunction {
-    const Builtin* entry = nullptr;
+    std::shared_ptr<const Function> function;
+    bool operator==(const UserFunction&) const = default;
 };
 
 // A function that a plug-in registered with the host.
 struct PrimitiveFunction {
     std::string name;
+    bool operator==(const PrimitiveFunction&) const = default;
 };
 
-enum class ClassId {
-    kUndefinedClass,
-    kOkClass,
-    kBooleanClass,
-    kInteger,
-    kFloat,
-    kString,
-    kName,
-    kArray,
-    kPoint3,
-    kTime,
-    kInterval,
-    kFunction,
-    kNode,
-    kSubAnim,
-    kObjectSet,
-    kInterface,
-    kClass,
-};
+using Value = std::variant<Undefined, Ok, bool, std::int32_t, float, Time, Interval, Point3, Name,
+                           std::string, Array*, NodeId, TrackId, ObjectSet, UserFunction,
+                           PrimitiveFunction, const Builtin*>;
+using Arguments = std::vector<Value>;
 
-enum class InterfaceId {
-    kActionMan,
-    kTrackViews,
-    kCurrentTrackView,
-    kPolyToolsUi,
-    kSculptButtons,
-    kPolyBoost,
-    kViewport,
-};
-
-class Value {
-public:
-    using Data =
-        std::variant<Undefined, Ok, bool, std::int32_t, float, Time, Interval, Point3, Name, String,
-                     ArrayReference, NodeReference, TrackReference, ObjectSet, UserFunction,
-                     BuiltinFunction, PrimitiveFunction, ClassId, InterfaceId>;
-
-    Value() = default;
-    // Explicit makers instead of converting constructors: a text must never become a boolean, nor
-    // a boolean a number, by accident.
-    static Value MakeOk() { return Value(Data(Ok{})); }
-    static Value Boolean(bool value) { return Value(Data(std::in_place_type<bool>, value)); }
-    static Value Integer(std::int32_t value) {
-        return Value(Data(std::in_place_type<std::int32_t>, value));
-    }
-    static Value Float(float value) { return Value(Data(std::in_place_type<float>, value)); }
-    static Value Ticks(std::int32_t ticks) { return Value(Data(Time{ticks})); }
-    static Value Text(std::string text);
-    static Value MakeName(std::string text) { return Value(Data(Name{std::move(text)})); }
-    static Value MakeArray(std::vector<Value> items);
-    static Value Node(NodeId id) { return Value(Data(NodeReference{id})); }
-    static Value Track(TrackId id) { return Value(Data(TrackReference{id})); }
-    template <typename T>
-    static Value Of(T value) {
-        return Value(Data(std::in_place_type<T>, std::move(value)));
-    }
-
-    template <typename T>
-    bool Is() const {
-        return std::holds_alternative<T>(data_);
-    }
-    template <typename T>
-    const T* If() const {
-        return std::get_if<T>(&data_);
-    }
-    const Data& data() const { return data_; }
-
-private:
-    explicit Value(Data data) : data_(std::move(data)) {}
-
-    Data data_;
-};
-
+// Owned by the interpreter that made it, because an array may hold itself; two names can share one.
 struct Array {
-    Array() = default;
-    explicit Array(std::vector<Value> initial) : items(std::move(initial)) {}
-    ~Array();
-    Array(const Array&) = delete;
-    Array& operator=(const Array&) = delete;
-
     std::vector<Value> items;
 };
 
-// Lower-case copy (ASCII): the language's identifiers and names do not regard case.
+// One counted step deeper, for its lifetime.
+class CountGuard {
+public:
+    explicit CountGuard(int& count) : count_(count) { ++count_; }
+    ~CountGuard() { --count_; }
+    CountGuard(const CountGuard&) = delete;
+    CountGuard& operator=(const CountGuard&) = delete;
+
+private:
+    int& count_;
+};
+
+// The language's identifiers and names do not regard case (ASCII).
 std::string LowerCase(std::string_view text);
 bool EqualNames(std::string_view left, std::string_view right);
 
-ClassId ClassOf(const Value& value);
-std::string_view ClassText(ClassId id);
-std::string_view InterfaceText(InterfaceId id);
-
-// As the listener prints a value. Objects are printed with the names that the host has for them;
-// without a host, with their handles.
-std::string ToText(const Value& value, Host* host = nullptr);
+// As the listener prints a value; long arrays end in `...`.
+std::string ToText(const Value& value, Host& host);
 
 // Conversions that functions apply to their arguments; they throw Error where MAXScript does.
 // Booleans, texts and undefined are not numbers, and a number is not a boolean.
-std::int32_t ToInteger(const Value& value, Host* host = nullptr);
-float ToFloat(const Value& value, Host* host = nullptr);
-bool ToBoolean(const Value& value, Host* host = nullptr);
-std::string ToString(const Value& value, Host* host = nullptr);
-Point3 ToPoint(const Value& value, Host* host = nullptr);
+std::int32_t ToInteger(const Value& value, Host& host);
 // A plain number stands for frames wherever a time is expected.
-Time ToTime(const Value& value, Host* host = nullptr);
-Interval ToInterval(const Value& value, Host* host = nullptr);
+Time ToTime(const Value& value, Host& host);
 
 // Truncates like a C cast, but answers the nearest integer for what does not fit.
 std::int32_t TruncateToInteger(double value);
 
-Error MakeConversionError(const Value& value, std::string_view type, Host* host);
+Error MakeConversionError(const Value& value, std::string_view type, Host& host);
+
+// The value, which has to be of this type; the name of the type is for the error.
+template <typename T>
+const T& Expect(const Value& value, std::string_view type, Host& host) {
+    if (const T* expected = std::get_if<T>(&value)) return *expected;
+    throw MakeConversionError(value, type, host);
+}
 
 }  // namespace script

@@ -287,9 +287,7 @@ void CreateScene();
 eng_node* FindNode(std::string_view name);
 std::vector<eng_node*> LiveNodes();
 Vector NodePosition(const eng_node& node);  // of the pivot, at the current time
-void PlaceNode(eng_node& node, Vector position);
 Vector NodeCenter(const eng_node& node);
-void PlaceNodeCenter(eng_node& node, Vector center);
 void PlaceNodePivot(eng_node& node, Vector pivot);  // the body stays where it is
 bool IsSelected(const eng_node* node);
 void SetSelection(const std::vector<eng_node*>& nodes);

@@ -88,17 +88,9 @@ Vector NodePosition(const eng_node& node) {
     return node.state.position + KeyOffset(node);
 }
 
-void PlaceNode(eng_node& node, Vector position) {
-    node.state.position = position - KeyOffset(node);
-}
-
 Vector NodeCenter(const eng_node& node) {
     return NodePosition(node) +
            Rotated(node.state.rotation, Scaled(node.state.center, node.state.scale));
-}
-
-void PlaceNodeCenter(eng_node& node, Vector center) {
-    node.state.position = node.state.position + (center - NodeCenter(node));
 }
 
 void PlaceNodePivot(eng_node& node, Vector pivot) {
@@ -107,7 +99,7 @@ void PlaceNodePivot(eng_node& node, Vector pivot) {
     const Vector local{Dot(r.x, offset), Dot(r.y, offset), Dot(r.z, offset)};
     node.state.center = {local.x / node.state.scale.x, local.y / node.state.scale.y,
                          local.z / node.state.scale.z};
-    PlaceNode(node, pivot);
+    node.state.position = pivot - KeyOffset(node);
 }
 
 int PositionInSelection(const eng_node* node) {

@@ -45,46 +45,44 @@ __attribute__((noinline)) bool CallGuarded(void* function, const eng_value* argu
     return false;
 }
 
-eng_value ToEngine(const script::Value& value, std::string& text) {
-    eng_value result{ENG_OTHER, 0, 0, nullptr};
-    if (value.Is<script::Undefined>()) {
-        result.kind = ENG_UNDEFINED;
-    } else if (value.Is<script::Ok>()) {
-        result.kind = ENG_OK;
-    } else if (const bool* boolean = value.If<bool>()) {
-        result.kind = ENG_BOOLEAN;
-        result.integer = *boolean ? 1 : 0;
-    } else if (const std::int32_t* integer = value.If<std::int32_t>()) {
-        result.kind = ENG_INTEGER;
-        result.integer = *integer;
-        result.number = *integer;
-    } else if (const float* number = value.If<float>()) {
-        result.kind = ENG_FLOAT;
-        result.integer = script::TruncateToInteger(*number);
-        result.number = *number;
-    } else if (const script::Time* time = value.If<script::Time>()) {
-        // Times convert like the number of their ticks.
-        result.kind = ENG_INTEGER;
-        result.integer = time->ticks;
-        result.number = time->ticks;
-    } else if (const script::String* string = value.If<script::String>()) {
+// Kinds without a place in `eng_value` reach the primitive as something else.
+struct EngineConversion {
+    eng_value& result;
+    std::string& text;
+
+    void operator()(const script::Undefined&) const { result.kind = ENG_UNDEFINED; }
+    void operator()(const script::Ok&) const { result.kind = ENG_OK; }
+    void operator()(bool value) const { Set(ENG_BOOLEAN, value ? 1 : 0, 0); }
+    void operator()(std::int32_t value) const { Set(ENG_INTEGER, value, value); }
+    void operator()(float value) const { Set(ENG_FLOAT, script::TruncateToInteger(value), value); }
+    // Times convert like the number of their ticks.
+    void operator()(const script::Time& time) const { Set(ENG_INTEGER, time.ticks, time.ticks); }
+    void operator()(const std::string& string) const {
         result.kind = ENG_STRING;
-        text = **string;
-    } else if (const script::Name* name = value.If<script::Name>()) {
-        result.kind = ENG_NAME;
-        text = name->text;
+        text = string;
     }
-    return result;
-}
+    void operator()(const script::Name& name) const {
+        result.kind = ENG_NAME;
+        text = name.text;
+    }
+    template <typename T>
+    void operator()(const T&) const {}
+
+    void Set(eng_value_kind kind, int integer, double number) const {
+        result.kind = kind;
+        result.integer = integer;
+        result.number = number;
+    }
+};
 
 script::Value FromEngine(const eng_value& value) {
     switch (value.kind) {
-        case ENG_OK: return script::Value::MakeOk();
-        case ENG_BOOLEAN: return script::Value::Boolean(value.integer != 0);
-        case ENG_INTEGER: return script::Value::Integer(value.integer);
-        case ENG_FLOAT: return script::Value::Float(static_cast<float>(value.number));
-        case ENG_STRING: return script::Value::Text(value.text ? value.text : "");
-        case ENG_NAME: return script::Value::MakeName(value.text ? value.text : "");
+        case ENG_OK: return script::Ok{};
+        case ENG_BOOLEAN: return value.integer != 0;
+        case ENG_INTEGER: return value.integer;
+        case ENG_FLOAT: return static_cast<float>(value.number);
+        case ENG_STRING: return std::string(value.text ? value.text : "");
+        case ENG_NAME: return script::Name{value.text ? value.text : ""};
         default: return {};
     }
 }
@@ -96,34 +94,25 @@ Vector FromPoint(script::Point3 p) {
     return {p.x, p.y, p.z};
 }
 
+template <typename Id>
+Id IdOf(const void* object) {
+    return static_cast<Id>(reinterpret_cast<std::uintptr_t>(object));
+}
+
 class WorldHost final : public script::Host {
 public:
     std::vector<script::NodeId> Nodes() override { return Ids(LiveNodes()); }
     std::string NodeName(script::NodeId node) override { return Node(node).name; }
-    bool IsNodeHidden(script::NodeId node) override { return Node(node).state.hidden; }
-    void SetNodeHidden(script::NodeId node, bool hidden) override {
-        Node(node).state.hidden = hidden;
-        Redraw();
-    }
     // A node's place is its pivot's.
-    script::Point3 NodePosition(script::NodeId node) override {
-        return ToPoint(world::NodePosition(Node(node)));
+    script::Point3 NodePivot(script::NodeId node) override {
+        return ToPoint(NodePosition(Node(node)));
     }
-    void SetNodePosition(script::NodeId node, script::Point3 position) override {
-        PlaceNode(Node(node), FromPoint(position));
-        Redraw();
-    }
-    script::Point3 NodePivot(script::NodeId node) override { return NodePosition(node); }
     void SetNodePivot(script::NodeId node, script::Point3 pivot) override {
         PlaceNodePivot(Node(node), FromPoint(pivot));
         Redraw();
     }
     script::Point3 NodeCenter(script::NodeId node) override {
         return ToPoint(world::NodeCenter(Node(node)));
-    }
-    void SetNodeCenter(script::NodeId node, script::Point3 center) override {
-        PlaceNodeCenter(Node(node), FromPoint(center));
-        Redraw();
     }
 
     std::vector<script::NodeId> Selection() override { return Ids(g_world.selection); }
@@ -137,12 +126,11 @@ public:
 
     int SelectedTrackCount() override { return static_cast<int>(g_world.selected_tracks.size()); }
     script::TrackId SelectedTrack(int index) override {
-        if (index < 1 || index > SelectedTrackCount()) return 0;
+        if (index < 1 || index > SelectedTrackCount()) return script::TrackId::kNone;
         const Track* track = g_world.selected_tracks[index - 1];
         // Rows of the track view that hold no controller answer undefined.
-        return track->name == "undefined" ? 0 : reinterpret_cast<script::TrackId>(track);
+        return track->name == "undefined" ? script::TrackId::kNone : IdOf<script::TrackId>(track);
     }
-    std::string TrackName(script::TrackId track) override { return TrackOf(track).name; }
     int KeyCount(script::TrackId track) override {
         Track& found = TrackOf(track);
         if (!found.countable) throw script::Error("No keys for track: " + found.name);
@@ -166,11 +154,6 @@ public:
         PlaceThumb();
         Redraw();
     }
-    script::Time CurrentTime() override {
-        UpdatePlayback();
-        return {g_world.time};
-    }
-    void SetCurrentTime(script::Time time) override { SetTime(time.ticks); }
 
     bool ExecuteAction(int table, const std::string& identifier) override {
         char* end = nullptr;
@@ -188,18 +171,6 @@ public:
         } else if (words == "tool zoomextents all") {
             for (eng_view& view : g_world.views)
                 ZoomExtents(view, false);
-        } else if (words == "tool zoomextents") {
-            if (g_world.active_view) ZoomExtents(*g_world.active_view, false);
-        } else if (words == "undo") {
-            Undo();
-        } else if (words == "select") {
-            ReplaceMode(6);
-        } else if (words == "move") {
-            ReplaceMode(1);
-        } else if (words == "rotate") {
-            ReplaceMode(2);
-        } else if (words == "scale") {
-            ReplaceMode(3);
         } else {
             throw script::Error("Unknown max command: " + words);
         }
@@ -222,8 +193,6 @@ public:
         NoteCommand("tool " + std::to_string(index) + (on ? " on" : " off"));
     }
 
-    void WriteListener(const std::string& text) override { trace::Listener(text); }
-
     bool HasPrimitive(const std::string& name) override { return g_primitives.contains(name); }
     script::Value CallPrimitive(const std::string& name,
                                 const script::Arguments& arguments) override;
@@ -233,18 +202,17 @@ private:
         std::vector<script::NodeId> ids;
         ids.reserve(nodes.size());
         for (const eng_node* node : nodes)
-            ids.push_back(reinterpret_cast<script::NodeId>(node));
+            ids.push_back(IdOf<script::NodeId>(node));
         return ids;
     }
     static eng_node& Node(script::NodeId id) {
         for (const auto& node : g_world.nodes)
-            if (reinterpret_cast<script::NodeId>(node.get()) == id && node->state.alive)
-                return *node;
+            if (IdOf<script::NodeId>(node.get()) == id && node->state.alive) return *node;
         throw script::Error("Attempt to access deleted scene object");
     }
     static Track& TrackOf(script::TrackId id) {
         for (const auto& [name, track] : g_world.tracks)
-            if (reinterpret_cast<script::TrackId>(track.get()) == id) return *track;
+            if (IdOf<script::TrackId>(track.get()) == id) return *track;
         throw script::Error("Attempt to access deleted track");
     }
     static const Key& KeyOf(script::TrackId id, int key) {
@@ -265,9 +233,10 @@ script::Value WorldHost::CallPrimitive(const std::string& name,
     std::vector<eng_value> values;
     std::string line = "primitive " + primitive.name;
     for (size_t i = 0; i < arguments.size(); ++i) {
-        values.push_back(ToEngine(arguments[i], texts[i]));
-        values.back().text = texts[i].c_str();
-        line += " " + script::ToText(arguments[i], this);
+        eng_value& value = values.emplace_back(eng_value{ENG_OTHER, 0, 0, nullptr});
+        std::visit(EngineConversion{value, texts[i]}, arguments[i]);
+        value.text = texts[i].c_str();
+        line += " " + script::ToText(arguments[i], *this);
     }
     eng_value result{ENG_UNDEFINED, 0, 0, nullptr};
     const int depth = trace::Depth();
@@ -281,7 +250,7 @@ script::Value WorldHost::CallPrimitive(const std::string& name,
         throw script::Error(g_call_error);
     }
     const script::Value value = FromEngine(result);
-    trace::Out(script::ToText(value, this));
+    trace::Out(script::ToText(value, *this));
     return value;
 }
 

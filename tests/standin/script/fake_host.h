@@ -17,10 +17,8 @@ namespace script_test {
 struct FakeNode {
     script::NodeId id;
     std::string name;
-    script::Point3 position;
     script::Point3 pivot;
     script::Point3 center;
-    bool hidden = false;
 };
 
 struct FakeKey {
@@ -47,26 +45,12 @@ public:
         return ids;
     }
     std::string NodeName(script::NodeId node) override { return Find(node).name; }
-    bool IsNodeHidden(script::NodeId node) override { return Find(node).hidden; }
-    void SetNodeHidden(script::NodeId node, bool hidden) override {
-        Find(node).hidden = hidden;
-        journal.push_back((hidden ? "hide " : "unhide ") + Find(node).name);
-    }
-    script::Point3 NodePosition(script::NodeId node) override { return Find(node).position; }
-    void SetNodePosition(script::NodeId node, script::Point3 position) override {
-        Find(node).position = position;
-        journal.push_back("position " + Find(node).name);
-    }
     script::Point3 NodePivot(script::NodeId node) override { return Find(node).pivot; }
     void SetNodePivot(script::NodeId node, script::Point3 pivot) override {
         Find(node).pivot = pivot;
         journal.push_back("pivot " + Find(node).name);
     }
     script::Point3 NodeCenter(script::NodeId node) override { return Find(node).center; }
-    void SetNodeCenter(script::NodeId node, script::Point3 center) override {
-        Find(node).center = center;
-        journal.push_back("center " + Find(node).name);
-    }
 
     std::vector<script::NodeId> Selection() override { return selection; }
     void SetSelection(const std::vector<script::NodeId>& wanted) override {
@@ -79,10 +63,10 @@ public:
 
     int SelectedTrackCount() override { return static_cast<int>(tracks.size()); }
     script::TrackId SelectedTrack(int index) override {
-        if (index < 1 || index > SelectedTrackCount() || !TrackAt(index).exists) return 0;
+        if (index < 1 || index > SelectedTrackCount() || !TrackAt(index).exists)
+            return script::TrackId::kNone;
         return static_cast<script::TrackId>(index);
     }
-    std::string TrackName(script::TrackId track) override { return TrackAt(track).name; }
     int KeyCount(script::TrackId track) override {
         if (!TrackAt(track).countable) throw script::Error("keys cannot be counted");
         return static_cast<int>(TrackAt(track).keys.size());
@@ -97,12 +81,7 @@ public:
     script::Interval AnimationRange() override { return range; }
     void SetAnimationRange(script::Interval wanted) override {
         range = wanted;
-        journal.push_back("range " + script::ToText(script::Value::Of(wanted)));
-    }
-    script::Time CurrentTime() override { return time; }
-    void SetCurrentTime(script::Time wanted) override {
-        time = wanted;
-        journal.push_back("time " + script::ToText(script::Value::Of(wanted)));
+        journal.push_back("range " + script::ToText(wanted, *this));
     }
 
     bool ExecuteAction(int table, const std::string& identifier) override {
@@ -133,20 +112,18 @@ public:
                           (on ? " on" : " off"));
     }
 
-    void WriteListener(const std::string& text) override { listener += text; }
-
     bool HasPrimitive(const std::string& name) override { return primitives.count(name) != 0; }
     script::Value CallPrimitive(const std::string& name,
                                 const script::Arguments& arguments) override {
         std::string line = name;
         for (const script::Value& argument : arguments)
-            line += " " + script::ToText(argument, this);
+            line += " " + script::ToText(argument, *this);
         journal.push_back(line);
         return primitives.at(name)(arguments);
     }
 
     void AddNode(const std::string& name, script::Point3 center = {}) {
-        nodes.push_back({nodes.size() + 1, name, {}, {}, center});
+        nodes.push_back({script::NodeId(nodes.size() + 1), name, {}, center});
     }
 
     // What happened since the last call.
@@ -156,7 +133,6 @@ public:
     std::vector<script::NodeId> selection;
     std::vector<FakeTrack> tracks;
     script::Interval range{{0}, {100 * script::kTicksPerFrame}};
-    script::Time time;
     bool key_mode = false;
     bool has_polytools = true;
     int sculpt_tool = 0;
@@ -166,7 +142,6 @@ public:
     std::map<std::string, Primitive> primitives;
     std::function<void()> on_action;
     std::vector<std::string> journal;
-    std::string listener;
 
 private:
     FakeNode& Find(script::NodeId id) {
@@ -175,7 +150,7 @@ private:
         }
         throw script::Error("Attempt to access deleted scene object");
     }
-    FakeTrack& TrackAt(script::TrackId track) { return tracks.at(track - 1); }
+    FakeTrack& TrackAt(script::TrackId track) { return TrackAt(static_cast<int>(track)); }
     FakeTrack& TrackAt(int index) { return tracks.at(static_cast<std::size_t>(index - 1)); }
     const FakeKey& KeyAt(script::TrackId track, int key) {
         const std::vector<FakeKey>& keys = TrackAt(track).keys;
@@ -201,7 +176,7 @@ inline std::string RunText(script::Interpreter& interpreter, std::string_view te
 // In a world of its own, with the objects Box001 and Sphere001.
 inline std::string RunText(std::string_view text) {
     FakeHost host;
-    host.AddNode("Box001");
+    host.AddNode("Box001", {1, 2, 3});
     host.AddNode("Sphere001");
     script::Interpreter interpreter(host);
     return RunText(interpreter, text);

@@ -21,13 +21,13 @@ class FrameView : public testing::Test {
 protected:
     FrameView() {
         host.primitives["trackview_isfocused"] = [this](const script::Arguments&) {
-            return script::Value::Boolean(track_view_focused);
+            return script::Value(track_view_focused);
         };
         host.primitives["trackbar_isfocused"] = [this](const script::Arguments&) {
-            return script::Value::Boolean(track_bar_focused);
+            return script::Value(track_bar_focused);
         };
         host.primitives["kv_zoomextents"] = [](const script::Arguments&) {
-            return script::Value::Boolean(true);
+            return script::Value(true);
         };
         host.range = {{10 * script::kTicksPerFrame}, {90 * script::kTicksPerFrame}};
         EXPECT_EQ(RunText(interpreter, kDefineFrameView), "kv_frameView()");
@@ -37,7 +37,7 @@ protected:
     // What the host is made to do, without the two questions about the focus.
     Journal Effects(const char* text) {
         const script::Result result = interpreter.Evaluate(text);
-        EXPECT_TRUE(result.ok()) << Describe(result, interpreter);
+        EXPECT_FALSE(result.error) << Describe(result, interpreter);
         Journal effects = host.TakeJournal();
         std::erase_if(effects, [](const std::string& line) {
             return line == "trackview_isfocused" || line == "trackbar_isfocused";

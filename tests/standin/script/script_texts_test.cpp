@@ -15,7 +15,7 @@ class ScriptTexts : public testing::Test {
 protected:
     Journal Effects(const char* text) {
         const script::Result result = interpreter.Evaluate(text);
-        EXPECT_TRUE(result.ok()) << Describe(result, interpreter);
+        EXPECT_FALSE(result.error) << Describe(result, interpreter);
         return host.TakeJournal();
     }
 
@@ -41,12 +41,12 @@ TEST_F(ScriptTexts, CenterPivotMovesThePivotsOfTheSelectionOnly) {
     host.AddNode("Sphere001", {4, 5, 6});
     host.AddNode("Cone001", {7, 8, 9});
     EXPECT_EQ(Effects(kCenterPivot), Journal{});
-    host.selection = {3, 1};
+    host.selection = {script::NodeId(3), script::NodeId(1)};
     EXPECT_EQ(Effects(kCenterPivot), (Journal{"pivot Cone001", "pivot Box001"}));
     EXPECT_EQ(RunText(interpreter, "$Cone001.pivot"), "[7,8,9]");
     EXPECT_EQ(RunText(interpreter, "$Box001.pivot"), "[1,2,3]");
     EXPECT_EQ(RunText(interpreter, "$Sphere001.pivot"), "[0,0,0]");
-    host.selection = {1, 2, 3};
+    host.selection = host.Nodes();
     EXPECT_EQ(Effects(kCenterPivot), (Journal{"pivot Box001", "pivot Sphere001", "pivot Cone001"}));
 }
 
@@ -58,8 +58,7 @@ TEST_F(ScriptTexts, SelectEverything) {
     EXPECT_EQ(Effects(kSelectEverything), (Journal{"select"}));
     host.AddNode("Box001");
     host.AddNode("Sphere001");
-    host.nodes[1].hidden = true;
-    host.selection = {2};
+    host.selection = {script::NodeId(2)};
     EXPECT_EQ(Effects(kSelectEverything), (Journal{"select Box001 Sphere001"}));
 }
 
@@ -68,16 +67,16 @@ TEST_F(ScriptTexts, ReadPolyTools) {
     int paint = 0;
     bool shift = false;
     host.primitives["kv_graphitesculpttool"] = [&](const script::Arguments& arguments) {
-        sculpt = script::ToInteger(arguments.at(0));
-        return script::Value::Boolean(true);
+        sculpt = std::get<int>(arguments.at(0));
+        return script::Value(true);
     };
     host.primitives["kv_graphitepdtool"] = [&](const script::Arguments& arguments) {
-        paint = script::ToInteger(arguments.at(0));
-        return script::Value::Boolean(true);
+        paint = std::get<int>(arguments.at(0));
+        return script::Value(true);
     };
     host.primitives["kv_polyshiftactive"] = [&](const script::Arguments& arguments) {
-        shift = script::ToBoolean(arguments.at(0));
-        return script::Value::Boolean(true);
+        shift = std::get<bool>(arguments.at(0));
+        return script::Value(true);
     };
     host.sculpt_tool = 7;
     host.paint_deform_tool = 12;
