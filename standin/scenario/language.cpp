@@ -128,6 +128,9 @@ constexpr Row kLooking[] = {
      "the next line of what the last event did is this one; `*` stands for any text, `…` (or "
      "`...`) alone for any number of lines",
      kQuiet, kAfterEvent},
+    {kExpect, "> LINE",
+     "the same, for the whole of an event: such lines, one after another, are all that it did",
+     kQuiet, kAfterEvent},
 };
 
 constexpr Section kSections[] = {

@@ -286,6 +286,7 @@ public:
         if (line.open_quote && !(row && row->verb == Verb::kExpect && line.source.ends_with('*')))
             return "the quoted text is not closed, end it with \"";
         if (!row) return matcher.Problem();
+        if (!line.source.starts_with(kWhole)) EndWhole();
         if (IsMisplaced(row->place))
             return Shown(line.words[0]) + kMisplaced[static_cast<size_t>(row->place)];
         started_ = started_ || row->verb == Verb::kStart;
@@ -297,7 +298,19 @@ public:
         return SetUp(command);
     }
 
+    // Behind the last of the lines that tell the whole of an event: there is nothing more.
+    void EndWhole() {
+        if (result_->commands.empty()) return;
+        Command last = result_->commands.back();
+        if (last.verb != Verb::kExpect || !last.source.starts_with(kWhole)) return;
+        last.verb = Verb::kExpectNothing;
+        last.text.clear();
+        result_->commands.push_back(last);
+    }
+
 private:
+    static constexpr std::string_view kWhole = ">";
+
     bool IsMisplaced(Place place) const {
         return place == Place::kAfterEvent   ? !had_event_
                : place == Place::kAfterStart ? !started_
@@ -355,6 +368,7 @@ bool Parse(std::string_view text, const Vocabulary& vocabulary, Scenario* result
             if (const std::string_view comment = Trimmed(raw); comment.size() > 1)
                 result->caption = Trimmed(comment.substr(1));
     }
+    reader.EndWhole();
     return true;
 }
 

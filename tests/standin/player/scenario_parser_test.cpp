@@ -71,6 +71,31 @@ TEST(ScenarioParser, ReadsAGesture) {
     EXPECT_EQ(read.commands[6].text, "out swallow");
 }
 
+TEST(ScenarioParser, EndsTheWholeOfAnEvent) {
+    const Scenario read = Sound(
+        "start\n"
+        "> out pass\n"
+        "\n"
+        "> win \"unclosed *\n"
+        "key down alt\n"
+        "expect out pass\n"
+        "key up alt\n"
+        "> out pass");
+    using enum Verb;
+    std::vector<std::pair<Verb, int>> verbs;
+    for (const scenario::Command& command : read.commands)
+        verbs.emplace_back(command.verb, command.line);
+    EXPECT_THAT(verbs,
+                testing::ElementsAre(testing::Pair(kStart, 1), testing::Pair(kExpect, 2),
+                                     testing::Pair(kExpect, 4), testing::Pair(kExpectNothing, 4),
+                                     testing::Pair(kKey, 5), testing::Pair(kExpect, 6),
+                                     testing::Pair(kKey, 7), testing::Pair(kExpect, 8),
+                                     testing::Pair(kExpectNothing, 8)));
+    EXPECT_EQ(read.commands[2].text, "win \"unclosed *");
+    EXPECT_EQ(Wrong("clock +1\n> out pass").line, 2);
+    EXPECT_EQ(Wrong("start\n>\n").line, 2);
+}
+
 TEST(ScenarioParser, TellsStartSettings) {
     const Scenario read = Sound(
         "release 6000\nscreen 1600x1200\nconfigdir slash\nini left=abc\nini flinderPopup=\n"
