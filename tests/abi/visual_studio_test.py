@@ -3,7 +3,8 @@
 
 clang-cl stands for the compiler: it reads the same options. The headers of sdk/ stand for the real
 ones, mingw-w64's for the system's. The build is configured like on Windows and each of its sources
-is compiled, without making anything, by the very command that it has there.
+is compiled, without making anything, by the very command that it has there, those of a folder that
+have the same as one text.
 """
 
 import concurrent.futures
@@ -13,10 +14,13 @@ import re
 import shlex
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "tools/checks"))
+import unity_build  # noqa: E402
 
 
 def run(command, **options):
@@ -88,15 +92,28 @@ class VisualStudio(unittest.TestCase):
                 self.assertTrue(older, source)
 
     def test_every_source_compiles(self):
-        def compile_one(item):
-            source, command = item
-            words = [word for word in shlex.split(command) if not word.startswith("/Fo")]
-            result = run([words[0], "/Zs", *words[1:]], cwd=self.build)
-            return None if result.returncode == 0 else f"{source}:\n{result.stdout}{result.stderr}"
-        self.assertTrue(self.commands)
+        groups = {}
+        for source, command in sorted(self.commands.items()):
+            path = ROOT / source
+            words = [word for word in shlex.split(command)
+                     if not word.startswith("/Fo") and word != str(path)]
+            self.assertEqual(len(shlex.split(command)) - 2, len(words), command)
+            groups.setdefault((path.parent, tuple(words)), []).append(path)
+        self.assertTrue(groups)
+
+        def compile_text(words, sources):
+            text = unity_build.write(sources, self.build / "texts" / sources[0].relative_to(ROOT))
+            result = run([words[0], "/Zs", *words[1:], text], cwd=self.build)
+            return None if result.returncode == 0 else result.stdout + result.stderr
+
+        def compile_group(group):
+            (_, words), sources = group
+            if compile_text(words, sources) is None:
+                return []
+            # Names of one source may be in the way of another's.
+            return [message for source in sources if (message := compile_text(words, [source]))]
         with concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
-            problems = [each for each in pool.map(compile_one, sorted(self.commands.items()))
-                        if each]
+            problems = [each for found in pool.map(compile_group, groups.items()) for each in found]
         self.assertEqual([], problems)
 
 

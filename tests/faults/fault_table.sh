@@ -19,4 +19,4 @@ names=$karvel_root/build/faults/names.$abi
 run_wine "$program" faults >"$names" || exit 1
 python3 "$here/fault_table.py" --faults "$names" "$@" -- \
     "$karvel_root/tools/session/run_under_wine.sh" "$program" play "${where[@]}" \
-    --jobs "${KARVEL_JOBS:-1}"
+    --jobs 1

@@ -33,7 +33,7 @@ list=$traces/$area.files
 messages=$traces/$area.$abi.$input.messages
 printf '%s\n' "${files[@]}" >"$list"
 run_wine "$program" play "${where[@]}" --strict --input "$input" \
-    --jobs "${KARVEL_JOBS:-2}" --trace "$trace" --files-from "$list" 2>"$messages"
+    --jobs 1 --trace "$trace" --files-from "$list" 2>"$messages"
 status=$?
 cat "$messages" >&2
 
