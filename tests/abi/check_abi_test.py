@@ -14,7 +14,6 @@ import pathlib
 import runpy
 import shutil
 import struct
-import subprocess
 import sys
 import tempfile
 import unittest
@@ -31,19 +30,6 @@ CHECK_ABI = runpy.run_path(str(TOOL))
 # The compiler reads the same declarations once; damaged ones lie in a folder of their own each time.
 MAIN = CHECK_ABI["main"].__globals__
 MAIN["compile_probe"] = functools.lru_cache(maxsize=None)(CHECK_ABI["compile_probe"])
-
-
-def setUpModule():
-    """The system's headers, most of what the compiler reads, are compiled once."""
-    folder = tempfile.TemporaryDirectory()
-    unittest.addModuleCleanup(folder.cleanup)
-    header, compiled = (pathlib.Path(folder.name) / name for name in ("system.h", "system.pch"))
-    header.write_text("#include <windows.h>\n#include <cstddef>\n#include <cstring>\n")
-    flags = CHECK_ABI["compiler_flags"]
-    subprocess.run([CHECK_ABI["CLANG"], *flags(ROOT / "sdk/include"), "-O0", "-x", "c++-header",
-                    str(header), "-o", str(compiled)], check=True)
-    MAIN["compiler_flags"] = lambda declarations: [*flags(declarations), "-include-pch",
-                                                   str(compiled)]
 
 
 def run(*arguments):

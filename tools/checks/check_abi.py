@@ -26,6 +26,9 @@ import tempfile
 
 import pefile
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+import system_headers  # noqa: E402  (beside this file)
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 CLANG = "clang++-19"
 EXPORTS = ["CanAutoDefer", "LibClassDesc", "LibDescription", "LibNumberClasses", "LibVersion"]
@@ -175,7 +178,8 @@ def compile_probe(declarations, classes=()):
             lines += [f'extern "C" void Take_{name}({name}) {{}}',
                       f'extern "C" void Get_{name}(Giver* giver) {{ giver->Give_{name}(); }}']
         source.write_text("\n".join(lines) + "\n", encoding="utf-8")
-        command = [CLANG, *compiler_flags(declarations), "-O0", "-S", "-emit-llvm", "-o", str(code),
+        known = system_headers.compiled([CLANG, *compiler_flags(ROOT / "sdk/include"), "-O0"])
+        command = [CLANG, *compiler_flags(declarations), *known, "-O0", "-S", "-emit-llvm", "-o", str(code),
                    "-Xclang", "-fdump-vtable-layouts", "-Xclang", "-fdump-record-layouts-complete",
                    str(source)]
         try:

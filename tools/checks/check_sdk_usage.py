@@ -30,6 +30,7 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import check_rooms as rooms  # noqa: E402  (beside this file)
+import system_headers  # noqa: E402  (beside this file)
 import unity_build  # noqa: E402
 
 PLUGIN_FOLDERS = rooms.names()
@@ -188,7 +189,8 @@ def included(source):
 def read_uses(text, sources, copy, declarations):
     """{source: {declaration: first line of the source with a use of it}} for what one text, a source
     or several as one, brings. None: it does not compile, and `message` says why."""
-    command = [CLANG, *compiler_flags(copy), "-fsyntax-only", "-Wdeprecated-declarations",
+    known = system_headers.compiled([CLANG, *compiler_flags(ROOT / "sdk/include")])
+    command = [CLANG, *compiler_flags(copy), *known, "-fsyntax-only", "-Wdeprecated-declarations",
                "-fno-caret-diagnostics", "-ferror-limit=0", "-x", "c++", "-"]
     result = subprocess.run(command, input=text, capture_output=True, text=True, check=False)
     if result.returncode != 0:
