@@ -1,11 +1,11 @@
 """The system's headers, compiled before: they are most of what a compiler reads of a source, and the
 checks read the same ones many times over. Kept in build/lint."""
 
+import fcntl
 import hashlib
 import os
 import pathlib
 import subprocess
-import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 KEPT = ROOT / "build" / "lint"
@@ -22,12 +22,14 @@ def compiled(command):
     clang = "clang" in command[0]
     header = folder / "system.h"
     result = folder / ("system.pch" if clang else "system.h.gch")
-    if not result.exists():
-        folder.mkdir(parents=True, exist_ok=True)
-        header.write_text(TEXT, encoding="utf-8")
-        # Several checks run side by side.
-        with tempfile.TemporaryDirectory(dir=folder) as own:
-            made = pathlib.Path(own) / result.name
-            subprocess.run([*command, "-x", "c++-header", str(header), "-o", str(made)], check=True)
-            made.replace(result)
+    folder.mkdir(parents=True, exist_ok=True)
+    # Several checks run side by side; what one has begun the others wait for.
+    with open(folder / "lock", "w", encoding="utf-8") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        if not result.exists():
+            header.write_text(TEXT, encoding="utf-8")
+            partial = folder / f"partial-{result.name}"
+            subprocess.run([*command, "-x", "c++-header", str(header), "-o", str(partial)],
+                           check=True)
+            partial.replace(result)
     return ["-include-pch", str(result)] if clang else ["-include", str(header)]
