@@ -3,11 +3,12 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <map>
 #include <optional>
 
 #include "standin/engine/intercept/faults.h"
@@ -50,14 +51,6 @@ std::string ProgramFolder() {
     return path.substr(0, path.find_last_of("\\/"));
 }
 
-bool ReadNumber(const char* text, int lowest, int* number) {
-    char* end = nullptr;
-    const long value = std::strtol(text, &end, 0);
-    if (end == text || *end || value < lowest || value > 65535) return false;
-    *number = static_cast<int>(value);
-    return true;
-}
-
 bool ReadScreen(const char* text, player::Options* options) {
     char extra = 0;
     return std::sscanf(text, "%dx%d%c", &options->screen_width, &options->screen_height, &extra) ==
@@ -79,83 +72,67 @@ bool ReadList(const char* name, std::vector<std::string>* files) {
     return true;
 }
 
-// Reads them from the one with the number `first` on. Empty when they are sound, else what is
-// wrong.
-std::string ReadArguments(int count, char** arguments, int first, Arguments* result) {
+// What is wrong with the arguments; empty: nothing.
+std::string Parse(std::vector<std::string> list, Arguments* result) {
     player::Options& options = result->options;
-    for (int i = first; i < count; ++i) {
-        const std::string argument = arguments[i];
-        if (!argument.starts_with("--")) {
-            result->files.push_back(argument);
-            continue;
-        }
-        if (argument == "--queries") {
-            options.queries = true;
-            continue;
-        }
-        if (argument == "--forgiving") {
-            options.forgiving = true;
-            continue;
-        }
-        if (argument == "--strict") {
-            result->strict = true;
-            continue;
-        }
-        if (argument == "--watch") {
-            options.watch = true;
-            continue;
-        }
-        if (argument == "--film") {
-            options.film = true;
-            continue;
-        }
-        if (argument == "--facts") {
-            options.facts = true;
-            continue;
-        }
-        if (i + 1 == count) return "missing a value after " + argument;
-        const char* const value = arguments[++i];
-        bool good = true;
-        if (argument == "--input") {
-            good = std::strcmp(value, "virtual") == 0 || std::strcmp(value, "real") == 0;
-            options.input =
-                std::strcmp(value, "real") == 0 ? input::Kind::kReal : input::Kind::kVirtual;
-        } else if (argument == "--abi") {
-            good = std::strcmp(value, "gnu") == 0 || std::strcmp(value, "msvc") == 0;
-            result->abi = value;
-        } else if (argument == "--release") {
-            good = ReadNumber(value, 1, &options.release);
-        } else if (argument == "--jobs") {
-            good = ReadNumber(value, 1, &result->jobs);
-        } else if (argument == "--screen") {
-            good = ReadScreen(value, &options);
-        } else if (argument == "--trace") {
-            result->trace = value;
-        } else if (argument == "--shots") {
-            options.shots = value;
-        } else if (argument == "--desktop") {
-            options.desktop = value;
-        } else if (argument == "--transcript") {
-            options.transcript = value;
-        } else if (argument == "--out") {
-            result->out = value;
-        } else if (argument == "--scenarios") {
-            result->tour_scenarios = value;
-        } else if (argument == "--host-dir") {
-            options.files.host_dir = value;
-        } else if (argument == "--plugin") {
-            options.files.plugin = value;
-        } else if (argument == "--map") {
-            options.files.map = value;
-        } else if (argument == "--files-from") {
-            good = ReadList(value, &result->files);
-        } else if (argument == "--config-dir") {
-            options.config_dir = value;
-        } else {
-            return "unknown option " + argument;
-        }
-        if (!good) return std::string("\"") + value + "\" is no value for " + argument;
+    CLI::App app;
+    app.set_help_flag();
+    app.allow_windows_style_options(false);  // a path may begin with a slash
+    app.add_flag("--queries", options.queries);
+    app.add_flag("--facts", options.facts);
+    app.add_flag("--forgiving", options.forgiving);
+    app.add_flag("--strict", result->strict);
+    app.add_flag("--watch", options.watch);
+    app.add_flag("--film", options.film);
+    const std::map<std::string, input::Kind> kinds = {{"virtual", input::Kind::kVirtual},
+                                                      {"real", input::Kind::kReal}};
+    app.add_option("--input", options.input)->transform(CLI::CheckedTransformer(kinds));
+    app.add_option("--abi", result->abi)->check(CLI::IsMember({"gnu", "msvc"}));
+    constexpr int kHighest = 65535;
+    app.add_option("--release", options.release)->check(CLI::Range(1, kHighest));
+    app.add_option("--jobs", result->jobs)->check(CLI::Range(1, kHighest));
+    app.add_option_function<std::string>("--screen", [&options](const std::string& text) {
+        if (!ReadScreen(text.c_str(), &options))
+            throw CLI::ValidationError("--screen", "no size of a screen");
+    });
+    app.add_option_function<std::string>("--files-from", [result](const std::string& name) {
+        if (!ReadList(name.c_str(), &result->files))
+            throw CLI::ValidationError("--files-from", "can not be read");
+    });
+    app.add_option("--trace", result->trace);
+    app.add_option("--shots", options.shots);
+    app.add_option("--desktop", options.desktop);
+    app.add_option("--transcript", options.transcript);
+    app.add_option("--out", result->out);
+    app.add_option("--scenarios", result->tour_scenarios);
+    app.add_option("--host-dir", options.files.host_dir);
+    app.add_option("--plugin", options.files.plugin);
+    app.add_option("--map", options.files.map);
+    app.add_option("--config-dir", options.config_dir);
+    std::vector<std::string> files;
+    app.add_option("files", files);
+    std::reverse(list.begin(), list.end());  // as CLI11 wants it
+    try {
+        app.parse(list);
+    } catch (const CLI::ExtrasError&) {
+        return "unknown option " + app.remaining().front();
+    } catch (const CLI::ParseError& error) {
+        const std::string message = error.what();
+        const std::string name = message.substr(0, message.find(':'));
+        const std::vector<std::string> values = app.get_option(name)->results();
+        if (values.empty()) return "missing a value after " + name;
+        return "\"" + values.back() + "\" is no value for " + name;
     }
+    result->files.insert(result->files.end(), files.begin(), files.end());
+    return {};
+}
+
+// Reads the arguments from the one with the number `first` on. Empty when they are sound, else what
+// is wrong.
+std::string ReadArguments(int count, char** arguments, int first, Arguments* result) {
+    const std::string problem = Parse({arguments + first, arguments + count}, result);
+    if (!problem.empty()) return problem;
+    player::Options& options = result->options;
     // Beside the program lie the folders of both builds.
     const std::string build = ProgramFolder() + "\\..\\..\\" + result->abi;
     plugin::Files& files = options.files;
