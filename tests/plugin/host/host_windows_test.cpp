@@ -399,9 +399,13 @@ TEST_F(HostWindows, NullIsTheWindowUnderTheCursor) {
 TEST_F(HostWindows, AWindowThatIsGoneIsNoKind) {
     for (const char* name : {"TrackBar", "UnwrapView", "SVGraphWindow", "TVTrackWindow"}) {
         const HWND window = Make(name);
-        EXPECT_NE(ClassifyWindow(window), kWindowOther) << name;
-        DestroyWindow(window);
-        EXPECT_EQ(ClassifyWindow(window), kWindowOther) << name;
+        const HWND gone = Make(name);
+        DestroyWindow(gone);
+        // One right behind the other: the name of the one must not be taken for the other's.
+        const WindowKind kind = ClassifyWindow(window);
+        const WindowKind kind_of_gone = ClassifyWindow(gone);
+        EXPECT_NE(kind, kWindowOther) << name;
+        EXPECT_EQ(kind_of_gone, kWindowOther) << name;
     }
 }
 
