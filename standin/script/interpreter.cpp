@@ -12,7 +12,8 @@ void Interpreter::CountSteps(std::size_t items) {
 }
 
 Value Interpreter::MakeArray(std::vector<Value> items) {
-    return &arrays_.emplace_back(Array{std::move(items)});
+    arrays_.push_back(Array{std::move(items)});
+    return &arrays_.back();
 }
 
 Result Interpreter::Evaluate(std::string_view text) {

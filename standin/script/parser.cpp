@@ -233,7 +233,8 @@ private:
                 return ParsePostfix(std::move(call));
             }
             argument = ParsePostfix(std::move(argument));
-            Add(*call, is_negative ? Negated(minus, std::move(argument)) : std::move(argument));
+            if (is_negative) argument = Negated(minus, std::move(argument));
+            Add(*call, std::move(argument));
         }
         return call;
     }

@@ -7,4 +7,4 @@ root=$(cd "$here/../.." && pwd)
 names=$(mktemp "${TMPDIR:-/tmp}/karvel-names.XXXXXX")
 trap 'rm -f "$names"' EXIT
 "$root/tools/session/run_under_wine.sh" "$root/build/gnu/bin/standin.exe" faults >"$names" || exit 1
-python3 "$here/calls_test.py" "$1/plugin/KarvelMax.gup" "$names"
+/usr/bin/python3 "$here/calls_test.py" "$1/plugin/KarvelMax.gup" "$names"

@@ -17,6 +17,6 @@ wine_session_begin null || exit 1
 mkdir -p "$karvel_root/build/faults"
 names=$karvel_root/build/faults/names.$abi
 run_wine "$program" faults >"$names" || exit 1
-python3 "$here/fault_table.py" --faults "$names" "$@" -- \
+/usr/bin/python3 "$here/fault_table.py" --faults "$names" "$@" -- \
     "$karvel_root/tools/session/run_under_wine.sh" "$program" play "${where[@]}" \
     --jobs 1

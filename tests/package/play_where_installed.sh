@@ -10,7 +10,7 @@ wine_session_ends_with_script "rm -rf '$directory'"
 cd "$directory" || exit 1
 "$karvel_root/tools/package/make_package.py" --build "$karvel_root/build/msvc" \
     --output package.zip || exit 1
-python3 -m zipfile -e package.zip unpacked || exit 1
+/usr/bin/python3 -m zipfile -e package.zip unpacked || exit 1
 (cd unpacked/KarvelMax && sha256sum --quiet -c SHA256SUMS) || exit 1
 mkdir -p host/plugins
 cp unpacked/KarvelMax/KarvelMax.gup host/plugins/

@@ -43,18 +43,24 @@ void* Counted(Arguments... arguments) {
 }
 
 template <Name name, typename... Arguments>
-bool Count() {
+void Count() {
     Targets()[name.text] = {Address(Counted<name, Arguments...>), &g_original<name>};
-    return true;
 }
 
-const bool g_heap_is_counted =
-    Count<"malloc", size_t>() && Count<"calloc", size_t, size_t>() &&
-    Count<"realloc", void*, size_t>() && Count<"HeapAlloc", HANDLE, DWORD, size_t>() &&
-    Count<"LocalAlloc", UINT, size_t>() && Count<"GlobalAlloc", UINT, size_t>() &&
+const bool g_heap_is_counted = [] {
+    Count<"malloc", size_t>();
+    Count<"calloc", size_t, size_t>();
+    Count<"realloc", void*, size_t>();
+    Count<"HeapAlloc", HANDLE, DWORD, size_t>();
+    Count<"LocalAlloc", UINT, size_t>();
+    Count<"GlobalAlloc", UINT, size_t>();
     // operator new of both compilers
-    Count<"??2@YAPEAX_K@Z", size_t>() && Count<"??_U@YAPEAX_K@Z", size_t>() &&
-    Count<"_Znwy", size_t>() && Count<"_Znay", size_t>();
+    Count<"??2@YAPEAX_K@Z", size_t>();
+    Count<"??_U@YAPEAX_K@Z", size_t>();
+    Count<"_Znwy", size_t>();
+    Count<"_Znay", size_t>();
+    return true;
+}();
 const bool g_faults_known = faults::AddNames({"malloc", "realloc"});
 
 void* WrapperOf(const char* name, void* original) {

@@ -19,4 +19,4 @@ mkdir -p "$pictures"
 wine_session_begin null || exit 1
 run_wine "$program" play "${where[@]}" --shots "$pictures" --trace "$pictures/trace" \
     "$here/dialogs.scn" || exit 1
-python3 "$here/dialogs_test.py" "$pictures"
+/usr/bin/python3 "$here/dialogs_test.py" "$pictures"

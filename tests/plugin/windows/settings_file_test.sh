@@ -13,7 +13,7 @@ built=$1
 abi=$2
 choose_build "$built" "$abi"
 
-python3 "$here/settings_file_test.py" prepare "$work" || exit 1
+/usr/bin/python3 "$here/settings_file_test.py" prepare "$work" || exit 1
 wine_session_begin null || exit 1
 for folder in "$work"/*/; do
     folder=${folder%/}
@@ -21,4 +21,4 @@ for folder in "$work"/*/; do
         --config-dir "Z:${folder//\//\\}" --trace "$folder.trace" "$here/settings_file.scn"
     echo $? >"$folder.status"
 done
-python3 "$here/settings_file_test.py" check "$work"
+/usr/bin/python3 "$here/settings_file_test.py" check "$work"

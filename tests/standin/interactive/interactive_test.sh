@@ -23,7 +23,7 @@ run_wine "$program" interactive "${where[@]}" --config-dir "$kept/settings" \
     --trace "$kept/trace" --watch >"$kept/messages" 2>&1 &
 stand_in=$!
 # When the test fails the stand-in is still open; it ends with the session.
-if ! python3 "$here/interactive_test.py" "$kept"; then
+if ! /usr/bin/python3 "$here/interactive_test.py" "$kept"; then
     cat "$kept/messages" >&2
     exit 1
 fi
