@@ -38,6 +38,10 @@ function(karvel_gtest name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE karvel_options ${arg_LIBRARIES} gmock_main)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KARVEL_TEST_DIR})
+    if(KARVEL_GNU AND NOT KARVEL_COVERAGE)
+        set_target_properties(${name} PROPERTIES
+            RULE_LAUNCH_LINK ${CMAKE_SOURCE_DIR}/tools/building/link_tests.py)
+    endif()
     karvel_share_test_headers(${name} ${arg_SOURCES})
     if(KARVEL_COVERAGE)
         # The plug-in's sources among them; those in karvel_pure count by themselves. Without

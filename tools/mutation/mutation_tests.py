@@ -21,12 +21,13 @@ import sys
 import threading
 import time
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "checks"))
+for folder in ("checks", "building"):
+    sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / folder))
 import check_rooms as rooms  # noqa: E402
+import link_tests as linking  # noqa: E402
 
 WINE = "/usr/lib/wine/wine64"
 GCOV = "x86_64-w64-mingw32-gcov-posix"
-LINKER = "ld.lld-19"
 # Headers that take most of the time of a source that reads them.
 LARGE_HEADERS = ("windows.h", "max.h")
 PLUGIN_FOLDERS = tuple(rooms.names())
@@ -352,7 +353,8 @@ class GnuBuild:
         self.links = {"KarvelMax": [*self.link_words("plugin/KarvelMax.gup"),
                                     "-Wl,--strip-debug"]}
         for program, folder in TEST_PROGRAMS.items():
-            self.links[program] = self.linker_words(self.link_words(f"{folder}/{program}.exe"))
+            self.links[program] = linking.linker_words(
+                self.link_words(f"{folder}/{program}.exe"), self.folder)
         self.of_tests = {program: {others[word]: word for word in words if word in others}
                          for program, words in self.links.items()}  # source -> object
         self.headers = {}  # of the plug-in -> its sources that read it
@@ -368,23 +370,9 @@ class GnuBuild:
         commands = subprocess.run(["ninja", "-t", "commands", target], cwd=self.folder,
                                   capture_output=True, text=True, check=True).stdout
         last = commands.strip().splitlines()[-1]
-        return [word for word in shlex.split(last) if word not in (":", "&&")]
-
-    def linker_words(self, words):
-        """The linker's own command behind the compiler's, for the faster linker."""
-        shown = subprocess.run([*words, "-###"], cwd=self.folder, capture_output=True, text=True,
-                               check=True).stderr
-        last = [line for line in shown.splitlines() if "collect2" in line][-1]
-        found = [LINKER]
-        skip = False
-        for word in shlex.split(last)[1:]:
-            if skip or word.startswith(("-plugin-opt", "--out-implib=")):
-                skip = False
-            elif word in ("-plugin", "--out-implib"):
-                skip = True
-            else:
-                found.append(word)
-        return [*found, "--strip-debug"]
+        words = [word for word in shlex.split(last) if word not in (":", "&&")]
+        launcher = [at for at, word in enumerate(words) if word.endswith("/link_tests.py")]
+        return words[launcher[0] + 1:] if launcher else words
 
     def read_headers(self):
         """Which headers the sources read: those of the plug-in, and the large ones."""
