@@ -283,8 +283,11 @@ TEST_F(HostWindows, WhatTheHostHasNoViewForIsLookedAtFurther) {
     EXPECT_EQ(ClassifyWindow(Make("UnwrapView", panel)), kWindowUnwrapView);
 }
 
-TEST_F(HostWindows, TheTrackBarComesBeforeTheViews) {
-    EXPECT_EQ(ClassifyWindow(MakeView(Make("ViewPanel"), "TrackBar")), kWindowTrackBar);
+TEST_F(HostWindows, TheTrackBarComesBeforeTheViewsAndTheyBeforeTheEditors) {
+    const HWND panel = Make("ViewPanel");
+    EXPECT_EQ(ClassifyWindow(MakeView(panel, "TrackBar")), kWindowTrackBar);
+    for (const char* editor : {"UnwrapView", "SVGraphWindow", "TVTrackWindow"})
+        EXPECT_EQ(ClassifyWindow(MakeView(panel, editor)), kWindowViewport) << editor;
 }
 
 MouseEvent PressIn(HWND window) {
