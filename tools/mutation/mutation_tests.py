@@ -325,6 +325,18 @@ def without_cache(words):
     return words[1:] if pathlib.Path(words[0]).name == "ccache" else words
 
 
+def script_fails(script, root, build, wine, log):
+    """Whether it fails twice with the plug-in of this build."""
+    for _ in range(2):
+        with open(log, "wb") as output:
+            answer = subprocess.run([str(root / script[0]), str(build), *script[1:]], cwd=root,
+                                    stdin=subprocess.DEVNULL, stdout=output,
+                                    stderr=subprocess.STDOUT, env=wine.environment, check=False)
+        if answer.returncode == 0:
+            return False
+    return True
+
+
 class GnuBuild:
     """The commands of the gnu build, made fast: headers that all sources read are compiled once, and
     test programs are linked by a linker that takes a tenth of the time. Neither makes a difference to
@@ -449,7 +461,7 @@ class GnuBuild:
                         for name in sorted({file, *sources, *read})))
 
     def check_programs(self, wine):
-        """A program that fails with the plug-in as it is would notice anything."""
+        """A program or script that fails with the plug-in as it is would notice anything."""
         for program, folder in TEST_PROGRAMS.items():
             log = self.work / "cases"
             if any(wine.run([str(self.folder / folder / f"{program}.exe")], self.root, log, 600) == 0
@@ -457,6 +469,10 @@ class GnuBuild:
                 continue
             raise Failure(f"{program} fails with the unchanged plug-in:\n" +
                           log.read_text(errors="replace"))
+        for script in TEST_SCRIPTS:
+            if script_fails(script, self.root, self.folder, wine, log):
+                raise Failure(f"{script[0]} fails with the unchanged plug-in:\n" +
+                              log.read_text(errors="replace"))
 
     def programs_of(self, sources):
         """Test programs that the sources are linked into."""
@@ -773,14 +789,5 @@ class Job:
         return result
 
     def run_script(self, script):
-        log = self.folder / "script"
-        for _ in range(2):
-            with open(log, "wb") as output:
-                answer = subprocess.run(
-                    [str(self.root / script[0]), str(self.folder / "build"), *script[1:]],
-                    cwd=self.root,
-                    stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
-                    env=self.wine.environment, check=False)
-            if answer.returncode == 0:
-                return False
-        return True
+        return script_fails(script, self.root, self.folder / "build", self.wine,
+                            self.folder / "script")

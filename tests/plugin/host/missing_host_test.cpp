@@ -5,6 +5,7 @@
 
 #include "host/core_interface.h"
 #include "host/host.h"
+#include "host/sdk_text.h"
 
 namespace host {
 
@@ -76,6 +77,10 @@ TEST(MissingHost, CommandsDoNothing) {
     host::SilenceMacroRecorder();
     host::EndMacroRecorderSilence();
     EXPECT_EQ(host::ModeStackSize(), 0);
+}
+
+TEST(MissingHost, AFolderThatTheHostDoesNotTellIsEmpty) {
+    EXPECT_STREQ(host::PathFromHost(nullptr), "");
 }
 
 TEST(MissingHost, AListOfNodesIsSelectedByNobody) {

@@ -91,7 +91,8 @@ void ResumeToolAfterView(const MouseEvent&) {
     g_panActive = 0;
 }
 
-void PressViewButton(HWND, int mode, bool checked) {
+void PressViewButton(HWND window, int mode, bool checked) {
+    EXPECT_EQ(window, kWindow);
     Note((checked ? "press for " : "release for ") + std::to_string(mode));
 }
 

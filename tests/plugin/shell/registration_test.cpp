@@ -233,6 +233,13 @@ TEST(Loading, HooksAreSetForTheLoadingThreadWithoutAModule) {
               (Lines{"hook 2 for this thread: keys", "hook 7 for this thread: mouse", "records"}));
 }
 
+TEST(Loading, OtherReasonsOfTheLoaderSetNothing) {
+    Taken();
+    for (const DWORD reason : {DLL_THREAD_ATTACH, DLL_THREAD_DETACH, DLL_PROCESS_DETACH})
+        EXPECT_EQ(DllMain(nullptr, reason, nullptr), TRUE);
+    EXPECT_EQ(Taken(), Lines{});
+}
+
 TEST(Loading, ScriptFunctionsAreRegisteredInTheirOrder) {
     ASSERT_EQ(g_registered_count, 6);
     const char* const names[] = {"trackview_isFocused",   "trackbar_isFocused",
