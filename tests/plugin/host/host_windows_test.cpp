@@ -414,9 +414,10 @@ TEST_F(HostWindows, AWindowThatIsGoneIsNoKind) {
 
 TEST_F(HostWindows, CustomButtonsAreFoundDepthFirst) {
     const HWND frame = Make("Frame");
-    const HWND middle = Make("Bar", Make("Bar", frame));
-    const HWND wanted = Make("CustButton", Make("Bar", middle), 7);
-    Make("CustButton", Make("Bar", middle), 7);
+    const HWND upper = Make("Bar", Make("Bar", Make("Bar", frame)));
+    // Below the same bar, and deeper.
+    Make("CustButton", Make("Bar", upper), 7);
+    const HWND wanted = Make("CustButton", upper, 7);
     Make("CustButton", Make("Bar", frame), 7);
     EXPECT_EQ(Search(FindCustButtonById, frame, 7), wanted);
     EXPECT_EQ(Search(FindCustButtonById, frame, 8), nullptr);
