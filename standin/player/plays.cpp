@@ -45,14 +45,14 @@ bool Team::Start(const player::Options& options, size_t number, bool again, std:
     const int height = slot.play.screen_height ? slot.play.screen_height : options.screen_height;
     const bool real = options.input == input::Kind::kReal;
     // Plays with pictures have a display, whose driver keeps what a process saw of mouse and keys.
-    again = again || (real && !options.shots.empty());
+    const bool fresh = again || (real && !options.shots.empty());
     // A process asks for the size of the screen once.
-    if (again || width != slot.width || height != slot.height) slot.worker.End();
+    if (fresh || width != slot.width || height != slot.height) slot.worker.End();
     slot.width = width;
     slot.height = height;
     const screen_size::Claim claim(width, height);
     // The size of a desktop stays; so does what real input has left there, when a play has died.
-    const bool usual = !again && width == options.screen_width && height == options.screen_height;
+    const bool usual = !fresh && width == options.screen_width && height == options.screen_height;
     const std::string& desktop = real    ? pool_.Real(number, usual && slot.worker.Lasts())
                                  : usual ? pool_.Shared(number)
                                          : pool_.Real(number, false);

@@ -153,6 +153,17 @@ bool SameRecordKey(const INPUT& record, DWORD flag) {
     return record.type == INPUT_MOUSE && (record.mi.dwFlags & flag) != 0;
 }
 
+struct ButtonRow {
+    DWORD flag;
+    int key;
+    bool down;
+};
+constexpr ButtonRow kButtonRows[] = {
+    {MOUSEEVENTF_LEFTDOWN, VK_LBUTTON, true},   {MOUSEEVENTF_LEFTUP, VK_LBUTTON, false},
+    {MOUSEEVENTF_RIGHTDOWN, VK_RBUTTON, true},  {MOUSEEVENTF_RIGHTUP, VK_RBUTTON, false},
+    {MOUSEEVENTF_MIDDLEDOWN, VK_MBUTTON, true}, {MOUSEEVENTF_MIDDLEUP, VK_MBUTTON, false},
+};
+
 // The queue's side of one record of SendInput, whoever sends it.
 void QueueRecord(const INPUT& record, bool own) {
     if (record.type == INPUT_KEYBOARD) {
@@ -175,17 +186,7 @@ void QueueRecord(const INPUT& record, bool own) {
         to = OnScreen(to);
         if (to.x != g_input.cursor.x || to.y != g_input.cursor.y) QueueMove(to, own);
     }
-    struct Row {
-        DWORD flag;
-        int key;
-        bool down;
-    };
-    static constexpr Row kRows[] = {
-        {MOUSEEVENTF_LEFTDOWN, VK_LBUTTON, true},   {MOUSEEVENTF_LEFTUP, VK_LBUTTON, false},
-        {MOUSEEVENTF_RIGHTDOWN, VK_RBUTTON, true},  {MOUSEEVENTF_RIGHTUP, VK_RBUTTON, false},
-        {MOUSEEVENTF_MIDDLEDOWN, VK_MBUTTON, true}, {MOUSEEVENTF_MIDDLEUP, VK_MBUTTON, false},
-    };
-    for (const Row& row : kRows)
+    for (const ButtonRow& row : kButtonRows)
         if (SameRecordKey(record, row.flag)) QueueButton(row.key, row.down, own);
 }
 
@@ -330,6 +331,12 @@ void KeyState::Change(int key, bool down, BYTE down_bits) {
 int LogicalButton(int key) {
     if (!g_input.swapped) return key;
     return key == VK_LBUTTON ? VK_RBUTTON : key == VK_RBUTTON ? VK_LBUTTON : key;
+}
+
+DWORD ButtonFlag(int key, bool down) {
+    for (const ButtonRow& row : kButtonRows)
+        if (row.key == key && row.down == down) return row.flag;
+    return 0;
 }
 
 LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
@@ -570,15 +577,7 @@ void InjectButton(int virtual_key, bool down, bool soon) {
     g_input.time += down && !soon ? kFarApart : 1;
     INPUT record{};
     record.type = INPUT_MOUSE;
-    switch (LogicalButton(virtual_key)) {
-        case VK_LBUTTON:
-            record.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
-            break;
-        case VK_RBUTTON:
-            record.mi.dwFlags = down ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_RIGHTUP;
-            break;
-        default: record.mi.dwFlags = down ? MOUSEEVENTF_MIDDLEDOWN : MOUSEEVENTF_MIDDLEUP;
-    }
+    record.mi.dwFlags = ButtonFlag(LogicalButton(virtual_key), down);
     Inject(record);
 }
 

@@ -113,6 +113,8 @@ LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own);
 LRESULT AskKeyHook(int code, int general_key, LPARAM lparam, bool own);
 // The button that the system makes of a physical one, and the other way round.
 int LogicalButton(int key);
+// What SendInput calls a change of the button, and 0 for a key that is no button.
+DWORD ButtonFlag(int key, bool down);
 // The trace lines of events that reach a window.
 void ReportMouseArrival(HWND window, UINT message, WPARAM wparam, POINT screen);
 void ReportKeyArrival(HWND window, UINT message, WPARAM key);

@@ -13,23 +13,13 @@ constexpr int kLastKey = 254;
 void Send(int key, bool down) {
     INPUT record{};
     record.type = INPUT_MOUSE;
-    switch (key) {
-        case VK_LBUTTON:
-            record.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
-            break;
-        case VK_RBUTTON:
-            record.mi.dwFlags = down ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_RIGHTUP;
-            break;
-        case VK_MBUTTON:
-            record.mi.dwFlags = down ? MOUSEEVENTF_MIDDLEDOWN : MOUSEEVENTF_MIDDLEUP;
-            break;
-        default: {
-            // By the flag Wine tells the right keys from the left ones.
-            const bool right = IsExtended(key) || key == VK_RSHIFT;
-            record.type = INPUT_KEYBOARD;
-            record.ki.wVk = static_cast<WORD>(key);
-            record.ki.dwFlags = (down ? 0 : KEYEVENTF_KEYUP) | (right ? KEYEVENTF_EXTENDEDKEY : 0);
-        }
+    record.mi.dwFlags = ButtonFlag(key, down);
+    if (!record.mi.dwFlags) {
+        // By the flag Wine tells the right keys from the left ones.
+        const bool right = IsExtended(key) || key == VK_RSHIFT;
+        record.type = INPUT_KEYBOARD;
+        record.ki.wVk = static_cast<WORD>(key);
+        record.ki.dwFlags = (down ? 0 : KEYEVENTF_KEYUP) | (right ? KEYEVENTF_EXTENDEDKEY : 0);
     }
     ::SendInput(1, &record, sizeof record);
 }

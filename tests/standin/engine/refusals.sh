@@ -5,11 +5,10 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-wine_session_ends_with_script
+folder=$(mktemp -d)
+wine_session_ends_with_script "rm -rf '$folder'"
 choose_build "$1" gnu
 wine_session_begin null || exit 1
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
 failed=0
 
 # refused INPUT LINE WANTED TEXT...: the scenario of these lines ends in LINE with this message.

@@ -6,11 +6,10 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-wine_session_ends_with_script
+folder=$(mktemp -d)
+wine_session_ends_with_script "rm -rf '$folder'"
 choose_build "$1" gnu
 wine_session_begin null || exit 1
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"; wine_session_end' EXIT
 failed=0
 
 # Whatever a play can leave behind: keys and buttons held, the capture taken, windows open in the
