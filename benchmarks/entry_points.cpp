@@ -45,20 +45,22 @@ LRESULT CALLBACK SendShortcut(int, WPARAM command, LPARAM main_window) {
 }  // namespace
 
 bool Open(input::Kind input) {
-    g_mouse_hook = input::g_input.mouse_hook;
-    g_key_hook = input::g_input.key_hook;
-    if (!g_mouse_hook || !g_key_hook) return false;
+    input::HookChain& mouse = input::g_input.mouse_hooks;
+    input::HookChain& keys = input::g_input.key_hooks;
+    if (!mouse || !keys) return false;
+    g_mouse_hook = mouse.procedures.front();
+    g_key_hook = keys.procedures.front();
     if (input == input::Kind::kVirtual) {
-        input::g_input.mouse_hook = PassMouse;
-        input::g_input.key_hook = PassKey;
+        mouse.procedures = {PassMouse};
+        keys.procedures = {PassKey};
         return true;
     }
-    UnhookWindowsHookEx(input::g_input.system_mouse_hook);
-    UnhookWindowsHookEx(input::g_input.system_key_hook);
+    UnhookWindowsHookEx(mouse.system);
+    UnhookWindowsHookEx(keys.system);
     const DWORD thread = GetCurrentThreadId();
-    input::g_input.system_mouse_hook = SetWindowsHookExA(WH_MOUSE, PassMouse, nullptr, thread);
-    input::g_input.system_key_hook = SetWindowsHookExA(WH_KEYBOARD, PassKey, nullptr, thread);
-    return input::g_input.system_mouse_hook && input::g_input.system_key_hook;
+    mouse.system = SetWindowsHookExA(WH_MOUSE, PassMouse, nullptr, thread);
+    keys.system = SetWindowsHookExA(WH_KEYBOARD, PassKey, nullptr, thread);
+    return mouse.system && keys.system;
 }
 
 void Watch(Wrapper wrapper) {

@@ -101,7 +101,7 @@ json Run(const std::string& part, const Options& options) {
 
 bool Do(const std::string& part, const Options& options, json* result) {
     const plugin::Files files = {Value(options, "host-dir"), Value(options, "plugin"),
-                                 Value(options, "map")};
+                                 Value(options, "map"), ""};
     const std::string kind = Value(options, "growth");
     const int size = std::atoi(Value(options, "size").c_str());
     if (part == "work") {

@@ -239,11 +239,12 @@ json Measure(const plugin::Files& files, const std::string& low_level_hook, cons
     std::string message;
     if (!stage::Open(input::Kind::kReal, files, &message)) return {{"error", message}};
     // The stand-in watches what the plug-in does; here nothing may stand between it and the system.
-    UnhookWindowsHookEx(input::g_input.system_mouse_hook);
-    UnhookWindowsHookEx(input::g_input.system_key_hook);
-    input::g_input.system_mouse_hook = nullptr;
-    input::g_input.system_key_hook = nullptr;
-    g_plugin = {input::g_input.mouse_hook, input::g_input.key_hook};
+    UnhookWindowsHookEx(input::g_input.mouse_hooks.system);
+    UnhookWindowsHookEx(input::g_input.key_hooks.system);
+    input::g_input.mouse_hooks.system = nullptr;
+    input::g_input.key_hooks.system = nullptr;
+    g_plugin = {input::g_input.mouse_hooks.procedures.front(),
+                input::g_input.key_hooks.procedures.front()};
     call_sites::SetMode(call_sites::Mode::kSystem);
 
     LowLevelProgram low_level;

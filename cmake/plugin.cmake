@@ -101,46 +101,50 @@ function(karvel_plugin)
         list(APPEND platform $<TARGET_OBJECTS:karvel_sdk_side>)
     endif()
     add_library(KarvelMax MODULE ${pure} ${platform})
-    target_link_libraries(KarvelMax PRIVATE
-        karvel_host_side_options karvel_sdk_headers karvel_sdk_libraries)
-    set_target_properties(KarvelMax PROPERTIES
-        PREFIX ""
-        LIBRARY_OUTPUT_DIRECTORY ${KARVEL_PLUGIN_DIR}
-        RUNTIME_OUTPUT_DIRECTORY ${KARVEL_PLUGIN_DIR})
-    add_dependencies(host_side KarvelMax)
-    set(exports ${CMAKE_SOURCE_DIR}/shell/KarvelMax.def)
-    set(map ${KARVEL_PLUGIN_DIR}/KarvelMax.map)
+    karvel_link_plugin(KarvelMax ${KARVEL_PLUGIN_DIR} ${CMAKE_SOURCE_DIR}/shell/KarvelMax.def)
     get_property(compiled GLOBAL PROPERTY KARVEL_COMPILED_RESOURCES)
     if(compiled)
         add_dependencies(KarvelMax karvel_resources)
         set_property(TARGET KarvelMax APPEND PROPERTY LINK_DEPENDS ${compiled})
+        target_link_options(KarvelMax PRIVATE ${compiled})
     endif()
-    set_property(TARGET KarvelMax APPEND PROPERTY LINK_DEPENDS ${exports})
+endfunction()
+
+# karvel_link_plugin(TARGET FOLDER EXPORTS): a module of the host's kind, TARGET.gup with its link map.
+function(karvel_link_plugin target folder exports)
+    target_link_libraries(${target} PRIVATE
+        karvel_host_side_options karvel_sdk_headers karvel_sdk_libraries)
+    set_target_properties(${target} PROPERTIES
+        PREFIX ""
+        LIBRARY_OUTPUT_DIRECTORY ${folder}
+        RUNTIME_OUTPUT_DIRECTORY ${folder})
+    add_dependencies(host_side ${target})
+    set(map ${folder}/${target}.map)
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${exports})
     if(KARVEL_VISUAL_STUDIO)
-        target_link_libraries(KarvelMax PRIVATE user32 gdi32 comctl32 shell32)
-        set_target_properties(KarvelMax PROPERTIES OUTPUT_NAME KarvelMax SUFFIX ".gup")
-        target_link_options(KarvelMax PRIVATE /DEF:${exports} /MAP:${map} ${compiled})
+        target_link_libraries(${target} PRIVATE user32 gdi32 comctl32 shell32)
+        set_target_properties(${target} PROPERTIES OUTPUT_NAME ${target} SUFFIX ".gup")
+        target_link_options(${target} PRIVATE /DEF:${exports} /MAP:${map})
     elseif(KARVEL_MSVC)
-        target_link_libraries(KarvelMax PRIVATE karvel_msvc_runtime)
-        set_target_properties(KarvelMax PROPERTIES
-            OUTPUT_NAME KarvelMax.gup SUFFIX "" NO_SONAME ON)
-        target_link_options(KarvelMax PRIVATE
-            /def:${exports} /map:${map} ${compiled}
-            /implib:${CMAKE_BINARY_DIR}/import/own_KarvelMax.lib)
+        target_link_libraries(${target} PRIVATE karvel_msvc_runtime)
+        set_target_properties(${target} PROPERTIES
+            OUTPUT_NAME ${target}.gup SUFFIX "" NO_SONAME ON)
+        target_link_options(${target} PRIVATE
+            /def:${exports} /map:${map} /implib:${CMAKE_BINARY_DIR}/import/own_${target}.lib)
     else()
-        set_target_properties(KarvelMax PROPERTIES OUTPUT_NAME KarvelMax SUFFIX ".gup")
-        target_link_libraries(KarvelMax PRIVATE gdi32 comctl32 shell32)
-        target_link_options(KarvelMax PRIVATE
-            ${exports} ${compiled} -Wl,-Map,${map} -Wl,--gc-sections -Wl,--exclude-all-symbols
+        set_target_properties(${target} PROPERTIES OUTPUT_NAME ${target} SUFFIX ".gup")
+        target_link_libraries(${target} PRIVATE gdi32 comctl32 shell32)
+        target_link_options(${target} PRIVATE
+            ${exports} -Wl,-Map,${map} -Wl,--gc-sections -Wl,--exclude-all-symbols
             -Wl,--major-subsystem-version,6 -Wl,--minor-subsystem-version,1)
         if(KARVEL_COVERAGE)
-            target_sources(KarvelMax PRIVATE ${CMAKE_SOURCE_DIR}/cmake/write_coverage.cpp)
-            target_compile_options(KarvelMax PRIVATE --coverage -O0)
-            target_link_options(KarvelMax PRIVATE --coverage)
+            target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/write_coverage.cpp)
+            target_compile_options(${target} PRIVATE --coverage -O0)
+            target_link_options(${target} PRIVATE --coverage)
         else()
             # An undefined operation ends the program at once; there is no library that could tell
             # more. Not with coverage, which would count the checks as branches.
-            target_compile_options(KarvelMax PRIVATE
+            target_compile_options(${target} PRIVATE
                 -fsanitize=undefined -fno-sanitize=vptr -fsanitize-undefined-trap-on-error)
         endif()
     endif()

@@ -24,6 +24,8 @@ extern int g_hostRelease;
 
 namespace host {
 
+struct ViewFacts;  // of host/inspection.h
+
 // --- core -------------------------------------------------------------------------------------
 
 // The release number of the running host, such as 13900.
@@ -60,6 +62,7 @@ public:
     bool IsPerspective() const;
     bool IsUserView() const;  // axonometric
     bool IsLocked() const;    // must not be navigated
+    std::optional<ViewFacts> Inspect() const;
 
 private:
     explicit Viewport(ViewExp* view) : view_(view) {}

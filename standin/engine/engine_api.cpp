@@ -103,6 +103,11 @@ bool ActivateTable(void* callback, unsigned long table) {
     return !std::exchange(g_world.plugin_table_active, true);
 }
 
+const char* ActionName(unsigned long table, int id) {
+    const eng_action* const action = world::FindAction(table, id);
+    return action ? action->name : nullptr;
+}
+
 int RunPluginAction(unsigned long table, int id) {
     const bool active = table == g_world.plugin_table_id && g_world.plugin_table_active;
     return active ? world::RunPluginAction(id) : 0;

@@ -66,7 +66,7 @@ public:
     BOOL ExecuteAction() override { return eng_action_execute(m_handle); }
     BOOL IsChecked() override { return eng_action_is_checked(m_handle); }
     BOOL IsItemVisible() override { return TRUE; }
-    BOOL IsEnabled() override { return Unexpected("ActionItem::IsEnabled"); }
+    BOOL IsEnabled() override { return eng_action_is_enabled(m_handle); }
 };
 
 MSTR g_nameOfBuiltInTables(_M("Host actions"));
@@ -81,6 +81,10 @@ public:
     ActionItem* GetAction(int id) override {
         return ObjectOf<BuiltInActionItem>(eng_table_action(m_handle, id));
     }
+    BOOL GetMenuText(int id, MSTR& text) override {
+        const char* const name = eng_action_name(m_handle, id);
+        return name && Assign(text, name);
+    }
 
 private:
     eng_table* m_handle;
@@ -92,7 +96,7 @@ class HostManagerOfActions final : public Published<IActionManager> {
 public:
     int ActivateActionTable(ActionCallback* callback, ActionTableId id) override {
         const int activated = eng_activate_table(callback, id);
-        auto* const table = static_cast<ActionTable*>(activated ? eng_plugin_table(id) : nullptr);
+        auto* const table = static_cast<ActionTable*>(eng_plugin_table(id));
         if (table) {
             table->SetCallback(callback);
             if (callback) callback->SetTable(table);
@@ -244,6 +248,13 @@ int ActionText(void* table, int id, int what, char* text, int size) {
     return 1;
 }
 
+// The one that the table has now: others may have taken the place of the one that was activated.
+int ExecuteAction(void* activated, int id) {
+    ActionTable* const table = Callback(activated)->GetTable();
+    ActionCallback* const callback = table ? table->GetCallback() : nullptr;
+    return (callback ? callback : Callback(activated))->ExecuteAction(id);
+}
+
 void ModeChanged(void* callback, eng_mode* oldMode, eng_mode* newMode) {
     static_cast<CommandModeChangedCallback*>(callback)->ModeChanged(ModeObject(oldMode),
                                                                     ModeObject(newMode));
@@ -264,7 +275,7 @@ const eng_plugin_calls kPluginCalls = {
     .action_enabled = [](void* table, int id) -> int { return Table(table)->IsEnabled(id); },
     .action_icon = ActionIcon,
     .action_text = ActionText,
-    .execute_action = [](void* back, int id) -> int { return Callback(back)->ExecuteAction(id); },
+    .execute_action = ExecuteAction,
     .mode_changed = ModeChanged,
 };
 // clang-format on

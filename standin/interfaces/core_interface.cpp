@@ -39,11 +39,11 @@ public:
     using StandsFor::StandsFor;
     int GetViewType() override { return eng_view_type(m_handle); }
     BOOL IsPerspView() override { return eng_view_is_perspective(m_handle); }
-    INode* GetViewCamera() override { return Unexpected("ViewExp::GetViewCamera"); }
+    INode* GetViewCamera() override { return nullptr; }
     INode* GetViewSpot() override { return NodeObject(eng_view_spot(m_handle)); }
     HWND GetHWnd() override { return eng_view_window(m_handle); }
-    BOOL IsActive() override { return Unexpected("ViewExp::IsActive"); }
-    BOOL IsEnabled() override { return Unexpected("ViewExp::IsEnabled"); }
+    BOOL IsActive() override { return eng_view_is_active(m_handle); }
+    BOOL IsEnabled() override { return TRUE; }
 };
 
 // --- command modes ---

@@ -22,7 +22,7 @@ constexpr const char* kUsage =
     "standin play [--input virtual|real] [--abi gnu|msvc] [--release N] [--screen WxH]\n"
     "             [--queries] [--facts] [--forgiving] [--strict] [--trace FILE] [--shots DIR]\n"
     "             [--jobs N] [--host-dir DIR] [--plugin FILE] [--map FILE] [--config-dir DIR]\n"
-    "             [--files-from LIST] FILE.scn...\n"
+    "             [--diagnostics] [--files-from LIST] FILE.scn...\n"
     "standin interactive [--abi gnu|msvc] [--release N] [--queries] [--facts] [--config-dir DIR]\n"
     "             [--trace FILE] [--watch]\n"
     "standin faults\n"
@@ -36,6 +36,7 @@ struct Arguments {
     std::string tour_scenarios;
     int jobs = 2;
     bool strict = false;
+    bool diagnostics = false;
     std::vector<std::string> files;
 };
 
@@ -84,6 +85,7 @@ std::string Parse(std::vector<std::string> list, Arguments* result) {
     app.add_flag("--strict", result->strict);
     app.add_flag("--watch", options.watch);
     app.add_flag("--film", options.film);
+    app.add_flag("--diagnostics", result->diagnostics);
     const std::map<std::string, input::Kind> kinds = {{"virtual", input::Kind::kVirtual},
                                                       {"real", input::Kind::kReal}};
     app.add_option("--input", options.input)->transform(CLI::CheckedTransformer(kinds));
@@ -108,6 +110,7 @@ std::string Parse(std::vector<std::string> list, Arguments* result) {
     app.add_option("--host-dir", options.files.host_dir);
     app.add_option("--plugin", options.files.plugin);
     app.add_option("--map", options.files.map);
+    app.add_option("--companion", options.files.companion);
     app.add_option("--config-dir", options.config_dir);
     std::vector<std::string> files;
     app.add_option("files", files);
@@ -144,7 +147,10 @@ std::string ReadArguments(int count, char** arguments, int first, Arguments* res
         // An installed plug-in has none; only what looks into it needs the map.
         if (_access(files.map.c_str(), 0) != 0) files.map.clear();
     }
-    for (std::string* path : {&files.host_dir, &files.plugin, &files.map}) {
+    if (result->diagnostics && files.companion.empty())
+        files.companion = files.plugin.substr(0, files.plugin.find_last_of("\\/") + 1) +
+                          "..\\diagnostics\\KarvelReport.gup";
+    for (std::string* path : {&files.host_dir, &files.plugin, &files.map, &files.companion}) {
         if (path->empty()) continue;
         char full[MAX_PATH] = "";
         if (GetFullPathNameA(path->c_str(), sizeof full, full, nullptr)) *path = full;
@@ -201,8 +207,10 @@ bool WriteAll(HANDLE file, const std::string& text) {
 // What can be checked before anything is played.
 bool CheckFiles(const Arguments& arguments) {
     std::string message;
-    if (plugin::CheckFile(arguments.options.files, &message) &&
-        plugin::LoadMap(arguments.options.files.map, &message))
+    const plugin::Files& files = arguments.options.files;
+    if (plugin::CheckFile(files.plugin, &message) &&
+        (files.companion.empty() || plugin::CheckFile(files.companion, &message)) &&
+        plugin::LoadMap(files.map, &message))
         return true;
     std::fprintf(stderr, "standin: %s\n", message.c_str());
     return false;

@@ -63,6 +63,7 @@ std::string Key(Game&, const Command& command) {
 
 std::string PassTime(Game&, const Command& command) {
     input::AdvanceClock(static_cast<unsigned long>(command.numbers[0]));
+    input::FireTimers();
     return {};
 }
 

@@ -21,6 +21,7 @@ std::vector<std::string> ArgumentsOf(const player::Options& options) {
     add("--host-dir", options.files.host_dir);
     add("--plugin", options.files.plugin);
     add("--map", options.files.map);
+    add("--companion", options.files.companion);
     add("--shots", options.shots);
     add("--transcript", options.transcript);
     add("--config-dir", options.config_dir);

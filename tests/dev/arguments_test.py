@@ -108,7 +108,7 @@ NOT_FOR_TESTS = re.compile(
 
 # What the player gets from ./dev and from other programs only.
 OF_OTHER_PROGRAMS = {"--ready", "--desktop", "--transcript", "--out", "--scenarios", "--film", "--watch",
-                     "--host-dir", "--plugin", "--map"}
+                     "--host-dir", "--plugin", "--map", "--companion"}
 
 
 def table():

@@ -110,6 +110,11 @@ RECT WholeScreen();  // of all monitors
 bool ButtonsAreSwapped();
 HWND WindowAt(POINT screen);
 HHOOK InstallHook(int type, HOOKPROC procedure);
+BOOL RemoveHook(HHOOK hook);
+// A timer runs by the clock of the play, and fires where that is let go on.
+UINT_PTR StartTimer(unsigned long period, TIMERPROC procedure);
+BOOL StopTimer(UINT_PTR timer);
+void FireTimers();
 LRESULT PassOn(int code, WPARAM wparam, LPARAM lparam);
 void NotePosted();
 // A message went to a window by another way than from here; it may have moved the capture.

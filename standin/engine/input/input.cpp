@@ -229,15 +229,27 @@ SHORT AsyncKeyStateOfSystem(int key, unsigned pressed) {
 
 HookObserver* g_observer = nullptr;
 
-class PassedOn {
+// One way through a chain. Another begins within it when a hook pumps the queue.
+class ChainCall {
 public:
-    PassedOn() : before_(g_input.passed_on) { g_input.passed_on = false; }
-    ~PassedOn() { g_input.passed_on = before_; }
-    PassedOn(const PassedOn&) = delete;
-    PassedOn& operator=(const PassedOn&) = delete;
+    explicit ChainCall(HookChain& chain)
+        : passed_on_(std::exchange(g_input.passed_on, false)),
+          called_(std::exchange(g_input.called, &chain)),
+          chain_(chain),
+          next_(std::exchange(chain.next, 0)) {}
+    ~ChainCall() {
+        g_input.passed_on = passed_on_;
+        g_input.called = called_;
+        chain_.next = next_;
+    }
+    ChainCall(const ChainCall&) = delete;
+    ChainCall& operator=(const ChainCall&) = delete;
 
 private:
-    bool before_;
+    bool passed_on_;
+    HookChain* called_;
+    HookChain& chain_;
+    size_t next_;
 };
 
 bool Verdict(LRESULT answer) {
@@ -340,7 +352,7 @@ DWORD ButtonFlag(int key, bool down) {
 }
 
 LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
-    if (!g_input.mouse_hook) return 0;
+    if (!g_input.mouse_hooks) return 0;
     code = std::exchange(g_input.next_code, {}).value_or(code);
     POINT client = hook->pt;
     ScreenToClient(hook->hwnd, &client);
@@ -359,15 +371,15 @@ LRESULT AskMouseHook(int code, UINT message, MOUSEHOOKSTRUCT* hook, bool own) {
     call.at = hook->pt;
     call.hit = hook->wHitTestCode;
     if (g_observer) g_observer->BeforeHook(call);
-    const PassedOn scope;
-    const LRESULT answer = g_input.mouse_hook(code, message, reinterpret_cast<LPARAM>(hook));
+    const ChainCall scope(g_input.mouse_hooks);
+    const LRESULT answer = PassOn(code, message, reinterpret_cast<LPARAM>(hook));
     const bool swallowed = Verdict(answer);
     if (g_observer) g_observer->AfterHook(call, swallowed);
     return answer;
 }
 
 LRESULT AskKeyHook(int code, int general_key, LPARAM lparam, bool own) {
-    if (!g_input.key_hook) return 0;
+    if (!g_input.key_hooks) return 0;
     code = std::exchange(g_input.next_code, {}).value_or(code);
     const bool up = (lparam & (static_cast<LPARAM>(KF_UP) << 16)) != 0;
     std::string text = "key " + KeyText(general_key) + (up ? " up" : " down");
@@ -379,8 +391,8 @@ LRESULT AskKeyHook(int code, int general_key, LPARAM lparam, bool own) {
     call.key = general_key;
     call.up = up;
     if (g_observer) g_observer->BeforeHook(call);
-    const PassedOn scope;
-    const LRESULT answer = g_input.key_hook(code, static_cast<WPARAM>(general_key), lparam);
+    const ChainCall scope(g_input.key_hooks);
+    const LRESULT answer = PassOn(code, static_cast<WPARAM>(general_key), lparam);
     const bool swallowed = Verdict(answer);
     if (g_observer) g_observer->AfterHook(call, swallowed);
     return answer;
@@ -542,8 +554,8 @@ void TakeForeground(HWND main_window) {
 }
 
 void Close() {
-    if (g_input.system_mouse_hook) UnhookWindowsHookEx(g_input.system_mouse_hook);
-    if (g_input.system_key_hook) UnhookWindowsHookEx(g_input.system_key_hook);
+    for (const HookChain* chain : {&g_input.mouse_hooks, &g_input.key_hooks})
+        if (chain->system) UnhookWindowsHookEx(chain->system);
     GiveBackSettings();
     g_input = State();
 }
@@ -716,30 +728,60 @@ HWND WindowAt(POINT screen) {
 }
 
 HHOOK InstallHook(int type, HOOKPROC procedure) {
-    const DWORD thread = GetCurrentThreadId();
-    HHOOK system_hook = nullptr;
-    if (type == WH_MOUSE) {
-        g_input.mouse_hook = procedure;
-        if (!IsVirtual() && !g_input.system_mouse_hook)
-            g_input.system_mouse_hook =
-                ::SetWindowsHookExA(WH_MOUSE, SystemMouseHook, nullptr, thread);
-        system_hook = g_input.system_mouse_hook;
-    } else if (type == WH_KEYBOARD) {
-        g_input.key_hook = procedure;
-        if (!IsVirtual() && !g_input.system_key_hook)
-            g_input.system_key_hook =
-                ::SetWindowsHookExA(WH_KEYBOARD, SystemKeyHook, nullptr, thread);
-        system_hook = g_input.system_key_hook;
-    } else {
-        return nullptr;
+    if (type != WH_MOUSE && type != WH_KEYBOARD) return nullptr;
+    HookChain& chain = type == WH_MOUSE ? g_input.mouse_hooks : g_input.key_hooks;
+    chain.procedures.insert(chain.procedures.begin(), procedure);
+    if (!IsVirtual() && !chain.system)
+        chain.system = ::SetWindowsHookExA(type, type == WH_MOUSE ? SystemMouseHook : SystemKeyHook,
+                                           nullptr, GetCurrentThreadId());
+    // Nobody but RemoveHook looks at it.
+    return reinterpret_cast<HHOOK>(procedure);
+}
+
+BOOL RemoveHook(HHOOK hook) {
+    for (HookChain* chain : {&g_input.mouse_hooks, &g_input.key_hooks}) {
+        std::vector<HOOKPROC>& all = chain->procedures;
+        const auto found = std::find(all.begin(), all.end(), reinterpret_cast<HOOKPROC>(hook));
+        if (found == all.end()) continue;
+        if (static_cast<size_t>(found - all.begin()) < chain->next) --chain->next;
+        all.erase(found);
+        if (all.empty() && chain->system)
+            UnhookWindowsHookEx(std::exchange(chain->system, nullptr));
+        return TRUE;
     }
-    // Nothing is installed with virtual input; the answer only has to be no null handle.
-    return system_hook ? system_hook : reinterpret_cast<HHOOK>(static_cast<LONG_PTR>(type));
+    return FALSE;
+}
+
+UINT_PTR StartTimer(unsigned long period, TIMERPROC procedure) {
+    static UINT_PTR last = 0;
+    g_input.timers.push_back({++last, period, g_input.clock + period, procedure});
+    return last;
+}
+
+BOOL StopTimer(UINT_PTR timer) {
+    return std::erase_if(g_input.timers, [=](const auto& one) { return one.id == timer; }) > 0;
+}
+
+void FireTimers() {
+    // As the system's queue: however late, each fires once.
+    for (const State::Timer& timer : std::vector(g_input.timers)) {
+        if (g_input.clock < timer.due) continue;
+        for (State::Timer& one : g_input.timers)
+            if (one.id == timer.id) one.due = g_input.clock + one.period;
+        timer.procedure(nullptr, WM_TIMER, timer.id, g_input.clock);
+    }
 }
 
 LRESULT PassOn(int code, WPARAM wparam, LPARAM lparam) {
+    HookChain* const chain = g_input.called;
+    if (chain && chain->next < chain->procedures.size()) {
+        const HOOKPROC procedure = chain->procedures[chain->next++];
+        const LRESULT answer = procedure(code, wparam, lparam);
+        if (chain->next > 0) --chain->next;
+        return answer;
+    }
     g_input.passed_on = true;
-    // The procedure stands in the place of the hook installed here.
+    // The procedures stand in the place of the hook installed here.
     return IsVirtual() ? 0 : ::CallNextHookEx(nullptr, code, wparam, lparam);
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "standin/engine/input/input.h"
 #include "standin/engine/input/control.h"
@@ -54,6 +55,15 @@ struct HookedEvent {
     HookedEvent* outer = nullptr;
 };
 
+// The hooks of one kind, in the order in which they are called: the one installed last is the
+// first.
+struct HookChain {
+    std::vector<HOOKPROC> procedures;
+    size_t next = 0;  // the one that the running one's CallNextHookEx leads to
+    HHOOK system = nullptr;
+    explicit operator bool() const { return !procedures.empty(); }
+};
+
 struct State {
     Kind kind = Kind::kVirtual;
     bool interactive = false;
@@ -69,10 +79,15 @@ struct State {
     WPARAM menu_key = 0;     // went down as the last key that a window got
     bool alt_alone = false;  // Alt went down and no other key since: its release opens the menu
     std::deque<Event> waiting;
-    HOOKPROC mouse_hook = nullptr;
-    HOOKPROC key_hook = nullptr;
-    HHOOK system_mouse_hook = nullptr;
-    HHOOK system_key_hook = nullptr;
+    HookChain mouse_hooks;
+    HookChain key_hooks;
+    struct Timer {
+        UINT_PTR id;
+        unsigned long period, due;
+        TIMERPROC procedure;
+    };
+    std::vector<Timer> timers;
+    HookChain* called = nullptr;  // the one that is being gone through
     bool passed_on = false;
     bool posted = false;
     bool draining = false;

@@ -241,10 +241,10 @@ void DispatchReal() {
     while (TakeMessage(&message)) {
         if (IsMouse(message.message)) {
             // Without hooks nobody has taken the record yet.
-            if (!g_input.mouse_hook) TakeRecord(FitsMouse, RecordMessage(message.message), 0);
+            if (!g_input.mouse_hooks) TakeRecord(FitsMouse, RecordMessage(message.message), 0);
             ReportMouseArrival(message.hwnd, message.message, message.wParam, message.pt);
         } else if (IsKey(message.message)) {
-            if (!g_input.key_hook)
+            if (!g_input.key_hooks)
                 TakeRecord(FitsKey, (message.lParam >> 31) & 1 ? 1 : 0,
                            static_cast<int>(message.wParam));
             ReportKeyArrival(message.hwnd, message.message, message.wParam);

@@ -137,6 +137,21 @@ EFFECT(HHOOK, SetWindowsHookExA, (int type, HOOKPROC procedure, HINSTANCE module
 EFFECT(HWND, SetFocus, (HWND window), (window), ::SetFocus(window))
 // clang-format on
 
+// The plug-in's own stay; what is loaded beside it takes its hooks away again.
+BOOL WINAPI OnUnhookWindowsHookEx(HHOOK hook) {
+    return input::RemoveHook(hook);
+}
+const Wrapper g_UnhookWindowsHookEx{"UnhookWindowsHookEx", Address(OnUnhookWindowsHookEx), false};
+
+UINT_PTR WINAPI OnSetTimer(HWND, UINT_PTR, UINT period, TIMERPROC procedure) {
+    return input::StartTimer(period, procedure);
+}
+const Wrapper g_SetTimer{"SetTimer", Address(OnSetTimer), false};
+BOOL WINAPI OnKillTimer(HWND, UINT_PTR timer) {
+    return input::StopTimer(timer);
+}
+const Wrapper g_KillTimer{"KillTimer", Address(OnKillTimer), false};
+
 // What comes next is not the plug-in's: no line, and it goes on in any case.
 WRAPPER(LRESULT, CallNextHookEx, (HHOOK, int code, WPARAM wparam, LPARAM lparam)) {
     Fails("CallNextHookEx");

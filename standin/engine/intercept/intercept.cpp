@@ -1,6 +1,7 @@
 #include "standin/engine/intercept/intercept.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 #include "standin/engine/intercept/faults.h"
@@ -63,9 +64,24 @@ const bool g_heap_is_counted = [] {
 }();
 const bool g_faults_known = faults::AddNames({"malloc", "realloc"});
 
-void* WrapperOf(const char* name, void* original) {
+constexpr std::string_view kInputNames[] = {"SetWindowsHookExA",
+                                            "UnhookWindowsHookEx",
+                                            "CallNextHookEx",
+                                            "GetCursorPos",
+                                            "GetAsyncKeyState",
+                                            "GetKeyState",
+                                            "GetSystemMetrics",
+                                            "GetTickCount",
+                                            "GetForegroundWindow",
+                                            "SetTimer",
+                                            "KillTimer"};
+
+void* WrapperOf(std::string_view name, void* original, Imports which) {
     const auto found = Targets().find(name);
     if (found == Targets().end()) return nullptr;
+    if (which == Imports::kInput &&
+        std::find(std::begin(kInputNames), std::end(kInputNames), name) == std::end(kInputNames))
+        return nullptr;
     if (found->second.original) *found->second.original = original;
     return found->second.wrapper;
 }
@@ -79,7 +95,7 @@ void PatchEntry(ULONGLONG* entry, void* wrapper) {
 
 }  // namespace
 
-void PatchImports(HMODULE module) {
+void PatchImports(HMODULE module, Imports which) {
     BYTE* const base = reinterpret_cast<BYTE*>(module);
     const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
@@ -96,7 +112,8 @@ void PatchImports(HMODULE module) {
             const auto* import =
                 reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
             void* const original = reinterpret_cast<void*>(entry->u1.Function);
-            void* const wrapper = WrapperOf(reinterpret_cast<const char*>(import->Name), original);
+            void* const wrapper =
+                WrapperOf(reinterpret_cast<const char*>(import->Name), original, which);
             if (wrapper) PatchEntry(&entry->u1.Function, wrapper);
         }
     }

@@ -6,8 +6,13 @@
 
 namespace intercept {
 
-// Patches the imports of a freshly mapped module; entries of other modules stay untouched.
-void PatchImports(HMODULE module);
+enum class Imports {
+    kAll,    // the plug-in's: what it does is traced
+    kInput,  // of what is loaded beside it: hooks, and the state of keyboard, mouse, screen and
+             // clock
+};
+// Patches these imports of a freshly mapped module; entries of other modules stay untouched.
+void PatchImports(HMODULE module, Imports which);
 
 // Calls of the C runtime's and the system's heap so far.
 unsigned long long Allocations();

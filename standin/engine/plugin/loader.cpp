@@ -30,6 +30,7 @@ struct Plugin {
     link_map::Map map;
 };
 Plugin g_plugin;
+Plugin g_companion;           // loaded beside it, not traced
 std::vector<HMODULE> g_host;  // as they were loaded
 
 // --- patching the imports between mapping and entry ---
@@ -49,13 +50,15 @@ using UnregisterListener = NTSTATUS(NTAPI*)(void* cookie);
 
 struct AwaitedModule {
     std::wstring base_name;
+    bool traced = false;
     bool patched = false;
 };
 
 void Attach(HMODULE module, AwaitedModule* awaited) {
     awaited->patched = true;
-    intercept::PatchImports(module);
-    trace::In("attach");
+    intercept::PatchImports(
+        module, awaited->traced ? intercept::Imports::kAll : intercept::Imports::kInput);
+    if (awaited->traced) trace::In("attach");
 }
 
 void CALLBACK OnModule(ULONG reason, const LoaderNotice* notice, void* context) {
@@ -72,8 +75,9 @@ std::string BaseName(const std::string& path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
 
-HMODULE LoadPatched(const std::string& path) {
+HMODULE LoadPatched(const std::string& path, bool traced) {
     AwaitedModule awaited;
+    awaited.traced = traced;
     for (const char c : BaseName(path))
         awaited.base_name += static_cast<wchar_t>(c);
     const HMODULE ntdll = GetModuleHandleA("ntdll.dll");
@@ -85,7 +89,7 @@ HMODULE LoadPatched(const std::string& path) {
     if (listen) listen(0, OnModule, &awaited, &cookie);
     const HMODULE module = LoadLibraryA(path.c_str());
     if (forget && cookie) forget(cookie);
-    if (awaited.patched) trace::Out(module ? "1" : "0");
+    if (awaited.patched && traced) trace::Out(module ? "1" : "0");
     return module;
 }
 
@@ -95,9 +99,37 @@ bool FileExists(const std::string& path) {
 }
 
 template <typename Function>
-Function EntryPoint(const char* name) {
-    return reinterpret_cast<Function>(
-        reinterpret_cast<void*>(GetProcAddress(g_plugin.module, name)));
+Function EntryPoint(HMODULE module, const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+// Attach and class description. Null: *message.
+void* LoadClass(const std::string& path, Plugin& plugin, std::string* message) {
+    const bool traced = &plugin == &g_plugin;
+    plugin.module = LoadPatched(path, traced);
+    if (!plugin.module) {
+        *message = "the plug-in " + path + " can not be loaded (error " +
+                   std::to_string(GetLastError()) + "), check what it imports";
+        return nullptr;
+    }
+    EntryPoint<const char* (*)()>(plugin.module, "LibDescription")();
+    EntryPoint<unsigned long (*)()>(plugin.module, "LibVersion")();
+    EntryPoint<unsigned long (*)()>(plugin.module, "CanAutoDefer")();
+    const int classes = EntryPoint<int (*)()>(plugin.module, "LibNumberClasses")();
+    const auto class_description = EntryPoint<void* (*)(int)>(plugin.module, "LibClassDesc");
+    for (int i = 0; i < classes; ++i) {
+        void* const description = class_description(i);
+        if (description && world::g_plugin_calls->super_class_id(description) == kUtilityClasses)
+            return description;
+    }
+    *message = "the plug-in " + path + " describes no global utility class";
+    return nullptr;
+}
+
+bool Create(void* utility_class, const std::string& path, Plugin& plugin, std::string* message) {
+    plugin.utility = world::g_plugin_calls->create(utility_class);
+    if (!plugin.utility) *message = "the plug-in " + path + " did not create its object";
+    return plugin.utility != nullptr;
 }
 
 // --- the action table ---
@@ -193,10 +225,10 @@ bool LoadHost(const Files& files, std::string* message) {
     return true;
 }
 
-bool CheckFile(const Files& files, std::string* message) {
-    FILE* const file = std::fopen(files.plugin.c_str(), "rb");
+bool CheckFile(const std::string& path, std::string* message) {
+    FILE* const file = std::fopen(path.c_str(), "rb");
     if (!file) {
-        *message = "the plug-in " + files.plugin + " is missing, build it or name it with --plugin";
+        *message = "the plug-in " + path + " is missing, build it or name it with --plugin";
         return false;
     }
     std::string bytes;
@@ -215,7 +247,7 @@ bool CheckFile(const Files& files, std::string* message) {
     constexpr size_t kMachine = 4;
     if (bytes.size() < 0x40 || number(header) != IMAGE_NT_SIGNATURE ||
         (number(header + kMachine) & 0xFFFF) != IMAGE_FILE_MACHINE_AMD64) {
-        *message = files.plugin + " is no 64-bit Windows library, build the plug-in again";
+        *message = path + " is no 64-bit Windows library, build the plug-in again";
         return false;
     }
     const size_t sections = header + 24 + (number(header + 20) & 0xFFFF);
@@ -239,7 +271,7 @@ bool CheckFile(const Files& files, std::string* message) {
             found = at < bytes.size() && std::strcmp(bytes.c_str() + at, wanted) == 0;
         }
         if (!found) {
-            *message = "the plug-in " + files.plugin + " does not export " + wanted +
+            *message = "the plug-in " + path + " does not export " + wanted +
                        ", check its list of exports";
             return false;
         }
@@ -253,39 +285,18 @@ bool Load(const Files& files, std::string* message) {
         *message = "the host's core.dll did not register itself, build the host DLLs again";
         return false;
     }
-    g_plugin.module = LoadPatched(files.plugin);
-    if (!g_plugin.module) {
-        *message = "the plug-in " + files.plugin + " can not be loaded (error " +
-                   std::to_string(GetLastError()) + "), check what it imports";
-        return false;
-    }
-    EntryPoint<const char* (*)()>("LibDescription")();
-    EntryPoint<unsigned long (*)()>("LibVersion")();
-    EntryPoint<unsigned long (*)()>("CanAutoDefer")();
-    const int classes = EntryPoint<int (*)()>("LibNumberClasses")();
-    const auto class_description = EntryPoint<void* (*)(int)>("LibClassDesc");
-    void* utility_class = nullptr;
-    for (int i = 0; i < classes && !utility_class; ++i) {
-        void* const description = class_description(i);
-        if (description && calls->super_class_id(description) == kUtilityClasses)
-            utility_class = description;
-    }
-    if (!utility_class) {
-        *message = "the plug-in " + files.plugin + " describes no global utility class";
-        return false;
-    }
+    void* const utility_class = LoadClass(files.plugin, g_plugin, message);
+    if (!utility_class) return false;
     for (int i = 0; i < calls->table_count(utility_class); ++i) {
         trace::In("table");
         void* const table = TableOrNone(utility_class, i);
         trace::Out(std::to_string(table ? calls->action_count(table) : 0));
         if (table) world::RegisterPluginTable(table, calls->action_table_id(table));
     }
-    g_plugin.utility = calls->create(utility_class);
-    if (!g_plugin.utility) {
-        *message = "the plug-in " + files.plugin + " did not create its object";
-        return false;
-    }
-    return true;
+    if (!Create(utility_class, files.plugin, g_plugin, message)) return false;
+    if (files.companion.empty()) return true;
+    void* const other_class = LoadClass(files.companion, g_companion, message);
+    return other_class && Create(other_class, files.companion, g_companion, message);
 }
 
 bool Start(const Files& files, std::string* message) {
@@ -298,6 +309,7 @@ void RunStartOperation() {
     trace::In("start");
     const unsigned long answer = world::g_plugin_calls->gup_start(g_plugin.utility);
     trace::Out(std::to_string(answer));
+    if (g_companion.utility) world::g_plugin_calls->gup_start(g_companion.utility);
 }
 
 void LeaveForNoMemory() {
@@ -317,7 +329,8 @@ static HMODULE ModuleAt(const void* address) {
 
 bool Unload() {
     std::vector<HMODULE> modules = g_host;
-    if (g_plugin.module) modules.push_back(g_plugin.module);
+    for (const HMODULE module : {g_plugin.module, g_companion.module})
+        if (module) modules.push_back(module);
     std::for_each(modules.rbegin(), modules.rend(), FreeLibrary);
     return std::none_of(modules.begin(), modules.end(), ModuleAt);
 }

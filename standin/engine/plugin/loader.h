@@ -14,12 +14,13 @@ struct Files {
     std::string host_dir;
     std::string plugin;
     std::string map;
+    std::string companion;  // a plug-in to be loaded beside it; empty: none
 };
 
 // Loads the DLLs of the host. False: *message tells which file is missing and what to do.
 bool LoadHost(const Files& files, std::string* message);
-// Whether the file is there and has the five entry points; loads nothing.
-bool CheckFile(const Files& files, std::string* message);
+// Whether a plug-in's file is there and has the five entry points; loads nothing.
+bool CheckFile(const std::string& plugin, std::string* message);
 
 // Attach, class description, action table, creation. False: *message.
 bool Load(const Files& files, std::string* message);

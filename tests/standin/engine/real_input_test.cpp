@@ -147,10 +147,9 @@ protected:
     }
     void TearDown() override {
         input::SetPeeking(false);
-        for (const HHOOK hook : {last_, ours_, first_})
+        for (const HHOOK hook : {last_, first_})
             UnhookWindowsHookEx(hook);
-        input::g_input.mouse_hook = nullptr;
-        input::g_input.system_mouse_hook = nullptr;
+        input::RemoveHook(ours_);
         if (input::AsyncDown(VK_MBUTTON)) input::InjectButton(VK_MBUTTON, false);
         input::Drain();
         RealInputTest::TearDown();
@@ -256,10 +255,7 @@ TEST_F(RealInputTest, an_injected_press_may_be_the_second_of_a_double_click) {
 }
 
 TEST_F(RealInputTest, hooks_get_the_general_key_and_which_side_it_is) {
-    const HHOOK hook = in_both_inputs::PressBothSides();
-    UnhookWindowsHookEx(hook);
-    input::g_input.key_hook = nullptr;
-    input::g_input.system_key_hook = nullptr;
+    input::RemoveHook(in_both_inputs::PressBothSides());
 }
 
 // What our own bookkeeping of the menu keys says, against what the system does with the same
