@@ -9,8 +9,6 @@
 #include "host/host.h"
 #include "resources/module.h"
 
-namespace {
-
 class KarvelReport : public GUP {
 public:
     DWORD Start() override {
@@ -36,6 +34,8 @@ public:
 void* KarvelReportClassDesc::Create(BOOL) {
     return new KarvelReport;
 }
+
+namespace {
 
 KarvelReportClassDesc g_descriptor;
 

@@ -348,6 +348,93 @@ TEST_F(HostFunctions, Toolbars) {
     m_plugin.Call("ChooseButtonFlyout", {kWindow, 2});
 }
 
+// ---- asked for a report
+// ------------------------------------------------------------------------
+
+TEST_F(HostFunctions, OfAReport) {
+    m_host.Expect("Get3DSMAXVersion", {}, 0x364C2500);
+    EXPECT_EQ(m_plugin.Call("ReleaseWord", {}) & 0xFFFFFFFF, 0x364C2500u);
+    ExpectOfCore("GetSubObjectLevel", {}, 4);
+    EXPECT_EQ(Int(m_plugin.Call("SubObjectLevel", {})), 4);
+    for (const uint64_t enabled : {kTrue, uint64_t{0}}) {
+        ExpectButtonOfWindow();
+        m_host.Expect("ICustButton.IsChecked", {m_button}, 0);
+        ExpectRelease();
+        ExpectButtonOfWindow();
+        m_host.Expect("ICustButton.IsEnabled", {m_button}, enabled);
+        ExpectRelease();
+        EXPECT_EQ(m_plugin.CallForBool("IsButtonEnabled", {kWindow}), enabled != 0);
+    }
+}
+
+TEST_F(HostFunctions, ViewOfAReport) {
+    struct {
+        int type;
+        bool perspective, user, active, enabled, spot, camera;
+        alignas(int) bool is_there;
+    } view = {};
+    ExpectOfCore("GetViewport", {kWindow}, m_view);
+    m_host.Expect("ViewExp.GetViewType", {m_view}, 6);
+    m_host.Expect("ViewExp.IsPerspView", {m_view}, 0);
+    m_host.Expect("ViewExp.GetViewType", {m_view}, 6);
+    m_host.Expect("ViewExp.IsActive", {m_view}, kTrue);
+    m_host.Expect("ViewExp.IsEnabled", {m_view}, 0);
+    m_host.Expect("ViewExp.GetViewSpot", {m_view}, 0);
+    m_host.Expect("ViewExp.GetViewCamera", {m_view}, m_node);
+    ExpectOfCore("ReleaseViewport", {m_view});
+    m_plugin.Call("InspectView", {Word(&view), kWindow});
+    EXPECT_TRUE(view.is_there && view.type == 6 && !view.perspective && view.user && view.active &&
+                !view.enabled && !view.spot && view.camera);
+}
+
+TEST_F(HostFunctions, ActionsOfAReport) {
+    constexpr unsigned long kTable = 2077580866;
+    const auto expect_table = [this] {
+        ExpectActionManager();
+        m_host.Expect("IActionManager.FindTable", {m_actions, kTable}, m_table);
+    };
+    struct {
+        char name[128];
+        uint32_t context;
+        int items;
+        bool is_there;
+    } table = {};
+    const char* name = "Unwrap UVW";  // a text of the host is a pointer to its characters
+    expect_table();
+    m_host.Expect("ActionTable.GetName", {m_table}, Word(&name));
+    m_host.Expect("ActionTable.GetContextId", {m_table}, 0x87654321);
+    m_host.Expect("ActionTable.Count", {m_table}, 140);
+    m_plugin.Call("InspectTable", {Word(&table), kTable});
+    EXPECT_TRUE(table.is_there);
+    EXPECT_STREQ(table.name, name);
+    EXPECT_EQ(table.context, 0x87654321);
+    EXPECT_EQ(table.items, 140);
+
+    struct {
+        char name[128];
+        bool checked, enabled, visible, is_there;
+    } action = {};
+    const auto make_text = [](const Words& words) {
+        *reinterpret_cast<uint64_t*>(words[0]) = words[1];
+        return words[0];
+    };
+    const auto fill_text = [](const Words& words) {
+        *reinterpret_cast<const char**>(words[2]) = "Lock Selected Vertices";
+        return uint64_t{1};
+    };
+    expect_table();
+    m_host.Expect("ActionTable.GetAction", {m_table, 40020}, m_item);
+    m_host.Expect("CStr::CStr", {Argument::Any(), Argument::Text("")}, make_text);
+    m_host.Expect("ActionTable.GetMenuText", {m_table, 40020, Argument::Any()}, fill_text);
+    m_host.Expect("ActionItem.IsChecked", {m_item}, kTrue);
+    m_host.Expect("ActionItem.IsEnabled", {m_item}, 0);
+    m_host.Expect("ActionItem.IsItemVisible", {m_item}, kTrue);
+    m_host.Expect("CStr::~CStr", {Argument::Any()});
+    m_plugin.Call("InspectAction", {Word(&action), kTable, 40020});
+    EXPECT_TRUE(action.is_there && action.checked && !action.enabled && action.visible);
+    EXPECT_STREQ(action.name, "Lock Selected Vertices");
+}
+
 // ---- scripts
 // -------------------------------------------------------------------------------------
 
