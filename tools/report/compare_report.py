@@ -36,8 +36,9 @@ def nesting(line, report):
 def explain(assumption, lines, reports):
     """Why it is contradicted, and where the code would have to change."""
     for line in lines[:SHOWN_LINES]:
-        yield f"{line.file}:{line.number}: {line.text}"
-        yield from nesting(line, reports[line.file])
+        report = reports[line.file]
+        yield f"{line.file}:{line.number}: {report.in_code_page(line.text)}"
+        yield from nesting(line, report)
     if len(lines) > SHOWN_LINES:
         more = len(lines) - SHOWN_LINES
         yield f"and {more} more line{'s' if more > 1 else ''}"

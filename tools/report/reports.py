@@ -1,12 +1,11 @@
 """A report from a running 3ds Max, read line by line (docs/report.md)."""
 
-import codecs
 import re
 
 FIRST = "Karvel report 1"
 LAST = "end"
 TEXT = r'"(?:[^"\\]|\\.)*"'
-WORD = re.compile(rf'([A-Za-z]\w*)=({TEXT}|[^\s"]+)(?=\s|$)|([^\s="]+)(?=\s|$)')
+WORD = re.compile(rf'([A-Za-z]\w*)=({TEXT}|[^\s"]+)(?=\s|$)|([^\s="]+)(?=\s|$)', re.ASCII)
 NUMBER = re.compile(r"-?\d+$|0[xX][0-9a-fA-F]+$")
 ESCAPES = {"n": "\n", "r": "\r", "t": "\t", '"': '"', "\\": "\\"}
 
@@ -61,7 +60,10 @@ class Line:
 
 
 class Report:
-    """The lines, and how the windows lie in one another."""
+    """The lines, and how the windows lie in one another.
+
+    Texts are kept byte by byte, one character each: so they are quoted, whatever the code page is.
+    """
 
     def __init__(self, file, lines):
         self.file, self.lines = file, lines
@@ -99,6 +101,14 @@ class Report:
             return self.windows.get(line.number_at(0))
         return self.windows.get(line.number_at("window"))
 
+    def in_code_page(self, text):
+        """The text as a person reads it."""
+        page = next((line.number_at("codepage") for line in self.of_noun("language")), 0)
+        try:
+            return text.encode("latin-1").decode(f"cp{page}", errors="replace")
+        except LookupError:
+            return text
+
     def parent_of(self, window):
         return self.windows.get(window.number_at("parent"))
 
@@ -114,17 +124,6 @@ class Report:
         for child in self.children.get(window.number_at(0), ()):
             yield child
             yield from self.within(child)
-
-
-def decoded(data):
-    """The text of a file; its code page is told by the file itself."""
-    page = re.search(rb"^language .*\bcodepage=(\d+)", data, re.MULTILINE)
-    name = f"cp{page[1].decode()}" if page else "latin-1"
-    try:
-        codecs.lookup(name)
-    except LookupError:
-        name = "latin-1"
-    return data.decode(name, errors="replace")
 
 
 def read_text(file, text):
@@ -145,4 +144,4 @@ def read_report(file):
             data = opened.read()
     except OSError as error:
         raise Mistake(f"{file}: {error.strerror}; name a KarvelReport.txt") from error
-    return read_text(file, decoded(data))
+    return read_text(file, data.decode("latin-1"))
