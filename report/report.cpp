@@ -130,15 +130,16 @@ void WriteWindow(File& file, const WindowTree& tree, int index) {
     RECT client = {};
     POINT inner = {};
     GetClassNameA(window, class_name, static_cast<int>(sizeof class_name));
-    if (!HoldsTypedText(class_name)) {
+    const LONG_PTR style = GetWindowLongPtrA(window, GWL_STYLE);
+    const bool child = (style & WS_CHILD) != 0;
+    // The frame of an editor has "edit" in its name and a title that all can see.
+    if (!child || !HoldsTypedText(class_name)) {
         GetWindowTextA(window, title, static_cast<int>(sizeof title));
     }
     GetWindowRect(window, &place);
     GetClientRect(window, &client);
     ClientToScreen(window, &inner);
     HWND parent = GetAncestor(window, GA_PARENT);
-    const LONG_PTR style = GetWindowLongPtrA(window, GWL_STYLE);
-    const bool child = (style & WS_CHILD) != 0;
     file.Write(
         Line("window")
             .Number(static_cast<unsigned long>(index))
