@@ -181,7 +181,7 @@ class OneChange(unittest.TestCase):
                         set(told(text, assumptions.NOT_TOLD)))
 
     def test_what_a_later_report_adds_is_left_out(self):
-        text = REPORT.replace("\nwindow ", "\nflock 3 of=seagulls\naction 1 present=0\nwindow ").replace(
+        text = REPORT.replace("\nwindow ", "\nflock 3 of=seagulls\naction 1 present=0\n# \"half a text\nwindow ").replace(
             " visible=1", " opacity=\"a \\\"b\\\" = c\" visible=1")
         self.assertEqual(told(REPORT, assumptions.CONFIRMED), told(text, assumptions.CONFIRMED))
 
