@@ -7,7 +7,7 @@
 
 namespace report {
 
-void PathBesideSettings(char (&path)[kPathSize], const char* name, int number,
+bool PathBesideSettings(char (&path)[kPathSize], const char* name, int number,
                         const char* extension) {
     static_assert(kPathSize > kSettingsPathSize + 32);
     char settings[kSettingsPathSize];
@@ -16,9 +16,11 @@ void PathBesideSettings(char (&path)[kPathSize], const char* name, int number,
     char* end = path + lstrlenA(path);
     while (end > path && end[-1] != '\\')
         --end;
+    if (end == path) return false;
     char digits[16] = "";
     if (number > 1) wsprintfA(digits, "%d", number);
     wsprintfA(end, "%s%s%s", name, digits, extension);
+    return true;
 }
 
 void TellPath(const char* before, const char* path, const char* after) {

@@ -5,8 +5,8 @@ namespace report {
 
 inline constexpr int kPathSize = 1100;
 
-// FOLDER\NAME.EXT, and from the second one on FOLDER\NAME2.EXT.
-void PathBesideSettings(char (&path)[kPathSize], const char* name, int number,
+// FOLDER\NAME.EXT, and from the second one on FOLDER\NAME2.EXT. False: the host names no folder.
+bool PathBesideSettings(char (&path)[kPathSize], const char* name, int number,
                         const char* extension);
 
 // Prints before, path and after to the listener, as one line.

@@ -288,7 +288,10 @@ WindowTree g_tree;
 
 void Finish() {
     char path[kPathSize];
-    PathBesideSettings(path, kFileName, 1, kExtension);
+    if (!PathBesideSettings(path, kFileName, 1, kExtension)) {
+        host::PrintToListener("Karvel report: there is no folder for it\n");
+        return;
+    }
     File file(path);
     g_tree.Read(host::MainWindow());
     WriteAll(file, g_tree);
