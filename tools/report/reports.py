@@ -127,7 +127,7 @@ class Report:
 
 
 def read_text(file, text):
-    lines = text.replace("\r\n", "\n").removesuffix("\n").split("\n")
+    lines = text.replace("\r\n", "\n").rstrip("\n").split("\n")
     if lines[0] != FIRST:
         raise Mistake(f"{file}:1: not the first line of a report, '{FIRST}'; give a KarvelReport.txt, "
                       "and for another number the tools of the version that wrote it")
