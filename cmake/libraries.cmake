@@ -112,7 +112,7 @@ function(karvel_host_dll name)
         target_link_libraries(${target} PRIVATE karvel_msvc_runtime)
         set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name}.dll SUFFIX "" NO_SONAME ON)
         # The library that lld writes beside the DLL is of no use for the host of 2012: the plug-in
-        # links against the list of names in sdk/imports.
+        # links against the list of names that the tables under sdk/ give.
         target_link_options(${target} PRIVATE
             /implib:${CMAKE_BINARY_DIR}/import/own_${name}.lib)
         if(KARVEL_UNICODE_HOST)

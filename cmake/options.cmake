@@ -38,9 +38,11 @@ endif()
 if(KARVEL_SDK_GENERATION STREQUAL 2012)
     set(KARVEL_UNICODE_HOST FALSE)
     set(KARVEL_GENERATION_DIR ansi)
+    set(KARVEL_SDK_COLUMN 2012)
 elseif(KARVEL_SDK_GENERATION STREQUAL unicode)
     set(KARVEL_UNICODE_HOST TRUE)
     set(KARVEL_GENERATION_DIR unicode)
+    set(KARVEL_SDK_COLUMN 2014)
 else()
     message(FATAL_ERROR
         "KARVEL_SDK_GENERATION is '${KARVEL_SDK_GENERATION}', it can be 2012 or unicode")
@@ -69,11 +71,15 @@ set(KARVEL_HOST_DIR ${CMAKE_BINARY_DIR}/host)
 set(KARVEL_PLUGIN_DIR ${CMAKE_BINARY_DIR}/plugin)
 set(KARVEL_DIAGNOSTICS_DIR ${CMAKE_BINARY_DIR}/diagnostics)
 set(KARVEL_GENERATED_DIR ${CMAKE_BINARY_DIR}/generated)
+set(KARVEL_SDK_DIR ${CMAKE_BINARY_DIR}/sdk_made)
 set(KARVEL_TEST_DIR ${CMAKE_BINARY_DIR}/tests_bin)
 foreach(dir ${KARVEL_BIN_DIR} ${KARVEL_HOST_DIR} ${KARVEL_PLUGIN_DIR}
             ${KARVEL_DIAGNOSTICS_DIR} ${KARVEL_TEST_DIR})
     file(MAKE_DIRECTORY ${dir})
 endforeach()
+
+# Generations of the host that have a column under sdk/ beside the one that ships.
+set(KARVEL_LATER_GENERATIONS 2016 2018 2024 2026)
 
 # The host DLLs by the names that 3ds Max gives them.
 set(KARVEL_HOST_DLLS core maxutil MAXScrpt gup ParamBlk2 menus)

@@ -21,6 +21,10 @@ import unittest
 import pefile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(ROOT / "tools/building"))
+import make_sdk  # noqa: E402
+
+MADE = make_sdk.made()
 TOOL = ROOT / "tools/checks/check_abi.py"
 PLUGIN = None
 MAP = None
@@ -61,7 +65,7 @@ class Declarations(Copies):
     def setUp(self):
         super().setUp()
         self.include = self.directory / "include"
-        shutil.copytree(ROOT / "sdk" / "include", self.include)
+        shutil.copytree(MADE / "include", self.include)
 
     def change(self, header, old, new):
         path = self.include / header
@@ -109,7 +113,7 @@ class Declarations(Copies):
             "found FPInterface *ClassDesc::GetInterface(Interface_ID)")
 
     def test_parameter_of_another_type(self):
-        self.change("actiontable.h", "SDK_CONST_FROM_2013 MCHAR* pName", "const MCHAR* pName")
+        self.change("actiontable.h", "MCHAR* pName", "const MCHAR* pName")
         self.assert_difference(
             "IActionManager: slot 36: expected BOOL IActionManager::RegisterActionContext("
             "ActionContextId, char *), found BOOL IActionManager::RegisterActionContext("
@@ -153,7 +157,7 @@ class Declarations(Copies):
 
     def test_class_by_value_that_the_table_does_not_know(self):
         table = self.directory / "table.txt"
-        text = (ROOT / "tests" / "abi" / "host_layout.txt").read_text(encoding="utf-8")
+        text = (MADE / "host_layout.txt").read_text(encoding="utf-8")
         table.write_text(text.replace("travels ACCEL address result address\n", ""),
                          encoding="utf-8")
         status, errors = run_tool("--declarations", self.include, "--table", table)
@@ -222,7 +226,7 @@ class BuiltFile(Copies):
 
     def test_name_that_the_host_does_not_export(self):
         imports = self.directory / "imports"
-        shutil.copytree(ROOT / "sdk" / "imports", imports)
+        shutil.copytree(MADE / "imports", imports)
         path = imports / "gup.def"
         name = "?ExecuteStringScript@GUP@@UEAA_NPEAD@Z"
         text = path.read_text(encoding="utf-8")

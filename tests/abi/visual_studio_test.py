@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The build of Visual C++ with the real SDK, as far as it can be tried without either.
 
-clang-cl stands for the compiler: it reads the same options. The headers of sdk/ stand for the real
+clang-cl stands for the compiler: it reads the same options. The headers made from sdk/ stand for the real
 ones, mingw-w64's for the system's. The build is configured like on Windows and each of its sources
 is compiled, without making anything, by the very command that it has there, those of a folder that
 have the same as one text.
@@ -21,6 +21,8 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools/checks"))
 import unity_build  # noqa: E402
+sys.path.insert(0, str(ROOT / "tools/building"))
+import make_sdk  # noqa: E402
 
 
 def run(command, **options):
@@ -44,7 +46,7 @@ class VisualStudio(unittest.TestCase):
         cls.addClassCleanup(directory.cleanup)
         folder = pathlib.Path(directory.name)
         (folder / "maxsdk").mkdir()
-        (folder / "maxsdk" / "include").symlink_to(ROOT / "sdk" / "include")
+        (folder / "maxsdk" / "include").symlink_to(make_sdk.made() / "include")
         cls.build = folder / "build"
         # Clang takes its options from its name.
         compiler = folder / "clang-cl"

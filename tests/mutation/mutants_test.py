@@ -261,7 +261,7 @@ class Programs(unittest.TestCase):
                 "current_working_directory": "/elsewhere/build/coverage",
                 "files": [{"file": name, "lines": lines},
                           {"file": "/usr/include/c++/vector", "lines": lines},
-                          {"file": "../../sdk/include/max.h", "lines": lines}]})
+                          {"file": "../../build/coverage/sdk_made/include/max.h", "lines": lines}]})
             self.assertEqual({"host/core.cpp": ({3, 4}, {3})}, found)
 
     def test_a_compilers_cache_is_left_out(self):

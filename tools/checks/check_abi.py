@@ -10,9 +10,10 @@ and sections, its run-time type information, and, slot by slot, the tables of it
 derive from classes of the host. Prints a table of what was compared and one line a difference on
 standard error. Exit status: 0 all agrees, 1 there are differences, 2 something cannot be read.
 
-options: --declarations DIR  the SDK headers (sdk/include)
-         --table FILE        what the host expects (tests/abi/host_layout.txt)
-         --imports DIR       the lists of names that may be imported (sdk/imports)
+options: --generation NAME   the host's, a column of the tables under sdk/ (2012)
+         --declarations DIR  the SDK headers (those made from the tables)
+         --table FILE        what the host expects (the one made from them)
+         --imports DIR       the lists of names that may be imported (those made from them)
          --classes NAME...   the classes of the host that the plug-in derives from (all of the table)
          --quiet             print the differences and the count only
 """
@@ -28,6 +29,8 @@ import tempfile
 import pefile
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "building"))
+import make_sdk  # noqa: E402  (in tools/building)
 import system_headers  # noqa: E402  (beside this file)
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -39,8 +42,9 @@ NEWEST_SYSTEM = (6, 1)  # Windows 7, the oldest system that the host runs on
 # Types of arguments and results that are no classes: they travel in a register as they are.
 SCALARS = ["ActionContextId", "ActionTableId", "BOOL", "BlockID", "COLORREF", "DWORD", "DWORD_PTR",
            "FPStatus", "FunctionID", "HACCEL", "HDC", "HINSTANCE", "HWND", "INT_PTR", "IOResult",
-           "LifetimeType", "MenuContextId", "PartID", "RefMessage", "RefResult", "RefTargetHandle",
-           "SClass_ID", "TimeValue", "ULONG", "ULONG_PTR", "bool", "int", "void"]
+           "LifetimeType", "MAXScript::ScriptSource", "MenuContextId",
+           "NotifyDependentsOption", "PartID", "RefMessage", "RefResult", "RefTargetHandle",
+           "SClass_ID", "TimeValue", "ULONG", "ULONG_PTR", "bool", "int", "short", "void"]
 SECTIONS = [".text", ".rdata", ".data", ".pdata", ".rsrc", ".reloc"]
 
 
@@ -85,6 +89,19 @@ class Member:
 
 
 class Expectations:
+    """A table of lines:
+      class NAME SLOTS BASE < ... < NAME      the function table of a class
+        SLOT SIGNATURE                        a member that is called at this slot
+        SLOT SIGNATURE | imported|inline|own  one of a class that the plug-in derives from: taken from
+                                              the host by name, written anew in sdk/, overridden
+      slots NAME COUNT                        the length of a table none of whose members is called
+      size NAME BYTES
+      field NAME MEMBER OFFSET
+      base NAME BASE OFFSET                   or `somewhere`, when nobody needs the place
+      travels NAME HOW result HOW             a class by value, as an argument and as the result of a
+                                              member: register, or address
+    """
+
     def __init__(self, path):
         self.classes = {}  # name -> (count, bases, [Member])
         self.slot_counts = {}
@@ -156,17 +173,20 @@ def read_import_lists(directory):
 # ---- the declarations, as the compiler lays them out ---------------------------------------------
 
 
-def compiler_flags(declarations):
+def compiler_flags(generation, declarations=None):
+    """How a file for this generation is compiled, with these declarations in place of its own."""
     headers = subprocess.run(["x86_64-w64-mingw32-g++-posix", "-print-file-name=include/c++"],
                              capture_output=True, text=True, check=True).stdout.strip()
     return ["--target=x86_64-pc-windows-msvc", "-fgnuc-version=12.2.0", "-std=c++20",
             "-D__declspec=__declspec", "-D__STRICT_ANSI__", "-nostdinc++", "-isystem", headers,
             "-isystem", f"{headers}/x86_64-w64-mingw32",
-            "-isystem", "/usr/x86_64-w64-mingw32/include", "-isystem", str(declarations),
-            "-fno-exceptions", "-fno-threadsafe-statics"]
+            "-isystem", "/usr/x86_64-w64-mingw32/include",
+            "-fno-exceptions", "-fno-threadsafe-statics",
+            *(["-DUNICODE", "-D_UNICODE"] if make_sdk.Generation(make_sdk.SDK, generation).wide else []),
+            *([] if declarations is None else ["-isystem", str(declarations)])]
 
 
-def compile_probe(declarations, classes=()):
+def compile_probe(generation, declarations, classes=()):
     """What the compiler tells about tables and records, one after the other, and its code for a
     function that takes and one that is given each of the classes."""
     probe = ROOT / "tests" / "abi" / "layout_probe.cpp"
@@ -179,8 +199,8 @@ def compile_probe(declarations, classes=()):
             lines += [f'extern "C" void Take_{name}({name}) {{}}',
                       f'extern "C" void Get_{name}(Giver* giver) {{ giver->Give_{name}(); }}']
         source.write_text("\n".join(lines) + "\n", encoding="utf-8")
-        known = system_headers.compiled([CLANG, *compiler_flags(ROOT / "sdk/include"), "-O0"])
-        command = [CLANG, *compiler_flags(declarations), *known, "-O0", "-S", "-emit-llvm", "-o", str(code),
+        known = system_headers.compiled([CLANG, *compiler_flags(generation), "-O0"])
+        command = [CLANG, *compiler_flags(generation, declarations), *known, "-O0", "-S", "-emit-llvm", "-o", str(code),
                    "-Xclang", "-fdump-vtable-layouts", "-Xclang", "-fdump-record-layouts-complete",
                    str(source)]
         try:
@@ -216,7 +236,7 @@ def classes_by_value(signature):
 def plain(signature):
     """A signature without what the compiler adds and without names for char."""
     signature = re.sub(r" \[(pure|deleting)\]", "", signature.strip())
-    signature = signature.replace("MCHAR", "char")
+    signature = signature.replace("MCHAR", "char").replace("wchar_t", "char")
     return re.sub(r"BaseInterface::(?=LifetimeType)", "", signature)
 
 
@@ -261,8 +281,8 @@ def read_records(output):
     return records
 
 
-def compare_declarations(report, expected, declarations):
-    output, code = compile_probe(declarations, tuple(expected.travels))
+def compare_declarations(report, expected, generation, declarations):
+    output, code = compile_probe(generation, declarations, tuple(expected.travels))
     primary = read_function_tables(output)
     for name, (count, bases, members) in expected.classes.items():
         if name not in primary:
@@ -468,9 +488,10 @@ def main():
         formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("plugin", nargs="?")
     parser.add_argument("--map")
-    parser.add_argument("--declarations", default=ROOT / "sdk" / "include")
-    parser.add_argument("--table", default=ROOT / "tests" / "abi" / "host_layout.txt")
-    parser.add_argument("--imports", default=ROOT / "sdk" / "imports")
+    parser.add_argument("--generation", default="2012")
+    parser.add_argument("--declarations")
+    parser.add_argument("--table")
+    parser.add_argument("--imports")
     parser.add_argument("--quiet", action="store_true")
     parser.add_argument("--classes", nargs="+")
     arguments = parser.parse_args()
@@ -479,12 +500,15 @@ def main():
 
     report = Report()
     try:
-        expected = Expectations(arguments.table)
-        compare_declarations(report, expected, arguments.declarations)
+        made = make_sdk.made(arguments.generation)
+        expected = Expectations(arguments.table or made / "host_layout.txt")
+        compare_declarations(report, expected, arguments.generation,
+                             arguments.declarations or made / "include")
         if arguments.plugin is not None:
             compare_plugin(report, expected, arguments.plugin, arguments.map,
-                           read_import_lists(arguments.imports), arguments.classes)
-    except Unreadable as problem:
+                           read_import_lists(arguments.imports or made / "imports"),
+                           arguments.classes)
+    except (Unreadable, make_sdk.Wrong) as problem:
         print(f"check_abi: {problem}", file=sys.stderr)
         return 2
     report.print(arguments.quiet)

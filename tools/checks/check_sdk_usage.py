@@ -6,13 +6,13 @@ usage: check_sdk_usage.py [--check | --write] [OPTION...] [SOURCE...]
 Prints, for each source, the SDK headers that it includes, the classes, members and functions that it
 uses, with their declarations, the members that it overrides, and the constants. Uses come from the
 compiler: it reads a copy of the headers in which everything is marked, and reports each one. All of
-it is checked against the list of what the SDK of 2012 is known to have: every header has one of its
-names, and every declaration stands in the list word by word, so const and other parameters agree.
+it is checked against what the tables under sdk/ say that the SDK of 2012 has: every header has one of
+its names, and every declaration stands there word by word, so const and other parameters agree.
 
 options: --check            also compare the result with the page that --write has written
          --write            write that page (docs/sdk-usage.md)
-         --list FILE        what may be used (tests/abi/sdk_members.txt)
-         --declarations DIR the SDK headers (sdk/include)
+         --list FILE        what may be used (the list made from the tables)
+         --declarations DIR the SDK headers (those made from the tables)
 
 Exit status: 0 all is listed, 1 something is not, 2 something cannot be read.
 """
@@ -29,19 +29,24 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "building"))
 import check_rooms as rooms  # noqa: E402  (beside this file)
+import make_sdk  # noqa: E402  (in tools/building)
 import system_headers  # noqa: E402  (beside this file)
 import unity_build  # noqa: E402
 
 PLUGIN_FOLDERS = rooms.names()
 PAGE = ROOT / "docs" / "sdk-usage.md"
+# The system's and the language's headers that the plug-in needs.
+SYSTEM_HEADERS = ["algorithm", "array", "commctrl.h", "cstdlib", "cstring", "iterator", "optional",
+                  "prsht.h", "shellapi.h", "span", "windows.h"]
 CLANG = "clang++-19"
 MARK = '[[deprecated("sdk")]] '
 
 # A declaration inside a class, or a function outside of one: what precedes the name, then the name
 # and its opening parenthesis.
 DECLARATION = re.compile(
-    r"^(?P<indent>    |)(?P<text>(?!return\b|typedef\b|using\b|SDK_SLOT|SDK_TEN|SDK_HUNDRED|#|//|if\b"
+    r"^(?P<indent>    |)(?P<text>(?!return\b|typedef\b|using\b|SDK_SLOT|#|//|if\b"
     r"|for\b|friend\b|extern \")[A-Za-z_~][\w:<>*&~ \[\]=]*?\(.*)$")
 
 
@@ -115,7 +120,7 @@ def mark(text):
                 depth -= 1
         stripped = code.rstrip()
         continued = bool(stripped) and not stripped.endswith((";", "{", "}", ":", ">", '"')) \
-            and not stripped.lstrip().startswith(("#", "SDK_SLOT", "SDK_TEN", "SDK_HUNDRED"))
+            and not stripped.lstrip().startswith(("#", "SDK_SLOT"))
     return "\n".join(lines)
 
 
@@ -148,29 +153,13 @@ class Declarations:
             text += " " + following.strip()
             if following.rstrip().endswith((";", "{", "}")):
                 break
-        signature = tidy(text)
+        signature = make_sdk.tidy(text)
         if line.startswith("    "):
             for before in range(number - 2, -1, -1):
                 owner = re.match(r"^(?:class|struct) (\w+)\b(?!;)", lines[before])
                 if owner:
                     return f"{owner[1]}: {signature}"
         return signature
-
-
-def tidy(text):
-    """A declaration without body, initialisers, linkage and default arguments."""
-    text = re.sub(r"\bSDK_(\w+_API|CONST_FROM_2013)\b ?", "", text)
-    text = re.sub(r"\s+", " ", text).strip()
-    depth = 0
-    for index, character in enumerate(text):
-        depth += (character == "(") - (character == ")")
-        if character == ")" and depth == 0:
-            tail = re.match(r"\)( const)?( noexcept)?", text[index:])
-            text = text[:index] + tail[0]
-            break
-    text = re.sub(r" = [^,()]+(?:\([^()]*\))?(?=[,)])", "", text)
-    text = re.sub(r"^(?:virtual|inline|static|extern) ", "", text)
-    return re.sub(r"[;{].*", "", text).strip()
 
 
 # ---- what a source uses --------------------------------------------------------------------------
@@ -189,7 +178,7 @@ def included(source):
 def read_uses(text, sources, copy, declarations):
     """{source: {declaration: first line of the source with a use of it}} for what one text, a source
     or several as one, brings. None: it does not compile, and `message` says why."""
-    known = system_headers.compiled([CLANG, *compiler_flags(ROOT / "sdk/include")])
+    known = system_headers.compiled([CLANG, *compiler_flags(make_sdk.made() / "include")])
     command = [CLANG, *compiler_flags(copy), *known, "-fsyntax-only", "-Wdeprecated-declarations",
                "-fno-caret-diagnostics", "-ferror-limit=0", "-x", "c++", "-"]
     result = subprocess.run(command, input=text, capture_output=True, text=True, check=False)
@@ -242,7 +231,8 @@ def overrides(source):
     for number, line in enumerate(code_of(source).split("\n"), 1):
         match = re.match(r"\s+(\w[\w:*& ]*?\([^()]*\)(?: const)?) override\b", line)
         if match:
-            found.setdefault("override " + re.sub(r" = \w+", "", match[1]), number)
+            plain = re.sub(r" = \w+", "", match[1])
+            found.setdefault("override " + plain, number)
     return found
 
 
@@ -269,11 +259,11 @@ def constants(source, known):
 # ---- the list and the page -----------------------------------------------------------------------
 
 class Allowed:
-    """Lines `header NAME`, `system NAME`, or a declaration; `override` and `constant` stand before
-    those of their kind. # begins a remark."""
+    """Lines `header NAME`, or a declaration; `override` stands before a member that may be overridden,
+    whose parameters have no names here, `constant` before a constant. # begins a remark."""
 
     def __init__(self, path):
-        self.headers, self.system, self.declarations = set(), set(), set()
+        self.headers, self.declarations = set(), set()
         try:
             text = path.read_text(encoding="utf-8")
         except OSError as error:
@@ -283,10 +273,14 @@ class Allowed:
             kind, _, name = line.partition(" ")
             if kind == "header":
                 self.headers.add(name)
-            elif kind == "system":
-                self.system.add(name)
             elif line:
                 self.declarations.add(line)
+
+    def has(self, declaration):
+        kind, _, member = declaration.partition(" ")
+        if kind == "override":
+            declaration = f"override {make_sdk.without_names(member)}"
+        return declaration in self.declarations
 
 
 def examine(sources, allowed, declarations_folder):
@@ -309,14 +303,14 @@ def examine(sources, allowed, declarations_folder):
         for number, header in included(source):
             if header in allowed.headers:
                 headers.append(header)
-            elif header not in allowed.system:
+            elif header not in SYSTEM_HEADERS:
                 problems.append(f"{shown}:{number}: <{header}> is no header of the SDK of 2012 and "
                                 "none of the system's that are used; correct the name or list it")
         used = {**used, **overrides(source), **constants(source, known_constants)}
         for declaration, number in sorted(used.items()):
-            if declaration not in allowed.declarations:
+            if not allowed.has(declaration):
                 problems.append(f"{shown}:{number}: uses `{declaration}`, which is not listed; "
-                                "check it against the SDK of 2012 and list it")
+                                "check it against the SDK of 2012 and give it a row under sdk/table")
         if headers or used:
             result[str(shown)] = (headers, sorted(used))
     return result, problems
@@ -341,15 +335,16 @@ def main():
     parser = argparse.ArgumentParser(usage=__doc__.split("\n")[2][7:], add_help=True)
     parser.add_argument("--check", action="store_true")
     parser.add_argument("--write", action="store_true")
-    parser.add_argument("--list", type=pathlib.Path,
-                        default=ROOT / "tests" / "abi" / "sdk_members.txt")
-    parser.add_argument("--declarations", type=pathlib.Path, default=ROOT / "sdk" / "include")
+    parser.add_argument("--list", type=pathlib.Path)
+    parser.add_argument("--declarations", type=pathlib.Path)
     parser.add_argument("sources", nargs="*", type=pathlib.Path)
     options = parser.parse_args()
     if not shutil.which(CLANG):
         raise Unreadable(f"{CLANG} is missing; install it")
     sources = [path.resolve() for path in options.sources] or plugin_sources()
-    result, problems = examine(sources, Allowed(options.list), options.declarations.resolve())
+    made = make_sdk.made()
+    result, problems = examine(sources, Allowed(options.list or made / "sdk_members.txt"),
+                               (options.declarations or made / "include").resolve())
     page = page_of(result)
     if options.write:
         PAGE.write_text(page, encoding="utf-8")
@@ -369,6 +364,6 @@ def main():
 if __name__ == "__main__":
     try:
         sys.exit(main())
-    except Unreadable as error:
+    except (Unreadable, make_sdk.Wrong) as error:
         print(f"check_sdk_usage: {error}", file=sys.stderr)
         sys.exit(2)

@@ -21,6 +21,7 @@ import sys
 import check_sdk_usage as sdk_usage
 import system_headers
 import unity_build
+from check_sdk_usage import make_sdk
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 MODES = ["msvc", "msvc-unicode", "gnu-unicode"]
@@ -36,15 +37,16 @@ STRICT = ["-Wmicrosoft", "-Wgnu", "-Wlanguage-extension-token",
 @functools.lru_cache(maxsize=None)
 def command_for(mode):
     unicode = ["-DUNICODE", "-D_UNICODE"]
+    headers = make_sdk.made("2014" if mode.endswith("unicode") else "2012") / "include"
     strict = WARNINGS
     if mode == "gnu-unicode":
         compiler = ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-fno-exceptions",
-                    *unicode, "-isystem", str(ROOT / "sdk/include"), "-I", str(ROOT),
+                    *unicode, "-isystem", str(headers), "-I", str(ROOT),
                     "-I", str(sdk_usage.generated_folder()), "-DWINVER=0x0601", "-D_WIN32_WINNT=0x0601",
                     "-DWIN32_LEAN_AND_MEAN", "-DNOMINMAX"]
     else:
         compiler = [sdk_usage.CLANG, *(unicode if mode == "msvc-unicode" else []),
-                    *sdk_usage.compiler_flags(ROOT / "sdk/include")]
+                    *sdk_usage.compiler_flags(headers)]
         strict = WARNINGS + STRICT
     return [*compiler, *system_headers.compiled(compiler), *strict, "-fsyntax-only",
             "-x", "c++", "-"]

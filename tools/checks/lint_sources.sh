@@ -18,12 +18,13 @@ check_cppcheck() {
     # lists. Unused functions cannot be told from entry points that the host calls. passedByValue:
     # points and vectors of two or three numbers are meant to be passed so. The leak checks: a
     # module that is loaded and not kept is meant to stay loaded.
+    tools/building/make_sdk.py 2012 build/lint/sdk-2012 || return
     cppcheck --quiet --error-exitcode=1 --inline-suppr --std=c++20 --language=c++ \
         --platform=win64 --library=windows -j "$(nproc)" \
         --enable=warning,performance,portability \
         --suppress=missingIncludeSystem --suppress=passedByValue \
         --suppress=leakNoVarFunctionCall --suppress=leakReturnValNotUsed \
-        -I . -I sdk/include -D_WIN64 -D_WIN32 -D_CPPRTTI \
+        -I . -I build/lint/sdk-2012/include -D_WIN64 -D_WIN32 -D_CPPRTTI \
         $(tools/checks/check_rooms.py names) standin cmake/msvc_runtime &&
         echo "cppcheck finds nothing"
 }

@@ -132,8 +132,9 @@ def main():
         raise Unreadable(f"'{unknown[0]}' is no folder with sources, there are "
                          f"{', '.join(FOLDERS + ELSEWHERE)}")
     KEPT.mkdir(parents=True, exist_ok=True)
-    headers = sorted(path for folder in [*FOLDERS, "sdk", *ELSEWHERE]
-                     for path in (ROOT / folder).rglob("*.h"))
+    headers = sorted([*(path for folder in [*FOLDERS, *ELSEWHERE]
+                        for path in (ROOT / folder).rglob("*.h")),
+                      *(ROOT / "sdk").rglob("*.txt")])
     # One sum over all headers: which source includes which is not worth knowing here.
     shared = b"\0".join([(ROOT / ".clang-tidy").read_bytes(), *(h.read_bytes() for h in headers)])
     shared = hashlib.sha256(shared).digest()

@@ -19,7 +19,6 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
-HEADERS = ROOT / "sdk" / "include"
 SUBJECT = "tests_bin/raw_host_subject.dll"
 
 # name, header, text there, text instead, source that is compiled with it, test, what it has to say
@@ -36,8 +35,8 @@ MISTAKES = [
     ("a window's number cut to 32 bits", "maxapi.h", "virtual HWND GetHWnd() = 0;",
      "virtual unsigned GetNumber() = 0;\n    HWND GetHWnd() { return (HWND)(INT_PTR)GetNumber(); }",
      "host/views.cpp", "HostFunctions.Viewports", "Which is: 2147549699"),
-    ("a neighbour's slot", "maxapi.h", "107, 108)\n    virtual int GetSubObjectLevel() = 0;",
-     "107, 1080)\n    SDK_SLOT(Interface, 108)\n    virtual int GetSubObjectLevel() = 0;",
+    ("a neighbour's slot", "maxapi.h", "    virtual int GetSubObjectLevel() = 0;",
+     "    SDK_SLOT(Interface, 1080)\n    virtual int GetSubObjectLevel() = 0;",
      "host/scene.cpp", "HostFunctions.Selection",
      "Interface slot 110 was called, which the plug-in has no business with"),
     ("a byte read as 32 bits", "imenuman.h", "virtual bool RegisterMenuBarContext",
@@ -93,12 +92,12 @@ class Build:
         """The file with the mistake in it, or what kept it from being made."""
         _, header, old, new, source, _, _ = mistake
         headers = folder / "include"
-        shutil.copytree(HEADERS, headers)
+        shutil.copytree(self.folder / "sdk_made" / "include", headers)
         text = (headers / header).read_text(encoding="utf-8")
         if text.count(old) != 1:
             return None, f"{header} has no or more than one: {old}"
         (headers / header).write_text(text.replace(old, new), encoding="utf-8")
-        command = [str(headers) if word == str(HEADERS) else word
+        command = [str(headers) if word == str(self.folder / "sdk_made" / "include") else word
                    for word in self.compilers[str(ROOT / source)]]
         built = command[command.index("-o") + 1]
         command[command.index("-o") + 1] = str(folder / "source.obj")
