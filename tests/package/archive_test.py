@@ -8,6 +8,7 @@ usage: archive_test.py MAKE_PACKAGE BUILD_ROOT
 import hashlib
 import html.parser
 import os
+import posixpath
 import re
 import shutil
 import subprocess
@@ -20,13 +21,14 @@ MAKE_PACKAGE, BUILD_ROOT = sys.argv[1:3]
 MSVC = os.path.join(BUILD_ROOT, "msvc")
 GNU = os.path.join(BUILD_ROOT, "gnu")
 
-PAGES = ["CHANGELOG.html", "cheat-sheet.html", "user-guide.html"]
+PAGES = ["CHANGELOG.html", "cheat-sheet.html", "diagnostics/report.html", "user-guide.html"]
 FILES = [
     "INSTALL.txt",
     "KarvelMax.gup",
     "NOTICE.txt",
     "SHA256SUMS",
     "cheat-sheet.pdf",
+    "diagnostics/KarvelReport.gup",
     "icons/Karvel_16a.bmp",
     "icons/Karvel_16i.bmp",
     "icons/Karvel_24a.bmp",
@@ -89,7 +91,7 @@ class ArchiveTest(unittest.TestCase):
 
     def copy_of_build(self):
         build = os.path.join(self.directory, "build")
-        for part in ("package", "plugin", "artwork"):
+        for part in ("package", "plugin", "artwork", "diagnostics"):
             shutil.copytree(os.path.join(MSVC, part), os.path.join(build, part))
         return build
 
@@ -151,9 +153,11 @@ class ArchiveTest(unittest.TestCase):
                 if link.startswith("https://"):
                     continue
                 target, _, anchor = link.partition("#")
-                self.assertIn(target or name, pages, f"{name}: {link}")
+                target = posixpath.normpath(posixpath.join(posixpath.dirname(name), target)) \
+                    if target else name
+                self.assertIn(target, pages, f"{name}: {link}")
                 if anchor:
-                    self.assertIn(anchor, pages[target or name].anchors, f"{name}: {link}")
+                    self.assertIn(anchor, pages[target].anchors, f"{name}: {link}")
                 followed += 1
         self.assertGreater(followed, 10)
 

@@ -22,18 +22,17 @@ ROOT = "KarvelMax"
 # The oldest time that the format knows.
 FIXED_TIME = (1980, 1, 1, 0, 0, 0)
 
-PLUGIN = "KarvelMax.gup"
-
 # Place in the archive -> place in the build directory. 3ds Max reads bundles from 2014 on, so the
 # archive for 2012 is no bundle.
 CONTENTS = {
-    PLUGIN: "plugin/KarvelMax.gup",
+    "KarvelMax.gup": "plugin/KarvelMax.gup",
     "INSTALL.txt": "package/INSTALL.txt",
     "NOTICE.txt": "package/NOTICE.txt",
     "icons/Karvel_16i.bmp": "artwork/Karvel_16i.bmp",
     "icons/Karvel_16a.bmp": "artwork/Karvel_16a.bmp",
     "icons/Karvel_24i.bmp": "artwork/Karvel_24i.bmp",
     "icons/Karvel_24a.bmp": "artwork/Karvel_24a.bmp",
+    "diagnostics/KarvelReport.gup": "diagnostics/KarvelReport.gup",
 }
 
 
@@ -68,11 +67,12 @@ def make(build, output):
                 files[name] = file.read()
         except OSError as error:
             raise PackageError(f"{path}:0: {error.strerror}, build it with ./dev build msvc") from None
-    try:
-        check_plugin(files[PLUGIN])
-    except PackageError as error:
-        path = os.path.join(build, CONTENTS[PLUGIN])
-        raise PackageError(f"{path}:0: {error}") from None
+    for name in (name for name in CONTENTS if name.endswith(".gup")):
+        try:
+            check_plugin(files[name])
+        except PackageError as error:
+            path = os.path.join(build, CONTENTS[name])
+            raise PackageError(f"{path}:0: {error}") from None
 
     # The line of the notice that says whose this is stands below each page.
     files.update(user_pages.make(files["NOTICE.txt"].decode("ascii").splitlines()[1]))

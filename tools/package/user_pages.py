@@ -13,6 +13,7 @@ PAGES = {
     "user-guide.html": ("docs/user-guide.md", None),
     "cheat-sheet.html": ("README.md", "The gestures on one screen"),
     "CHANGELOG.html": ("CHANGELOG.md", None),
+    "diagnostics/report.html": ("docs/troubleshooting.md", "A report and a recording"),
 }
 PRINTED = ("cheat-sheet.html", "cheat-sheet.pdf")
 
@@ -94,15 +95,16 @@ def add_anchors(body):
 class Links:
     """Leads the links of a page to what is in the archive, and notes its pictures."""
 
-    def __init__(self, source):
+    def __init__(self, source, page):
         self.folder = os.path.dirname(source)
+        self.up = "../" * page.count("/")
         self.pictures = {}
 
     def picture(self, match):
         path = os.path.normpath(os.path.join(self.folder, match.group(1)))
         name = "images/" + os.path.basename(path)
         self.pictures[name] = path
-        return f'src="{name}"'
+        return f'src="{self.up}{name}"'
 
     def link(self, match):
         target, text = match.groups()
@@ -112,7 +114,8 @@ class Links:
         path = os.path.normpath(os.path.join(self.folder, path))
         for page, (source, part) in PAGES.items():
             if source == path and part is None:
-                return f'<a href="{page}{"#" + anchor if anchor else ""}">{text}</a>'
+                anchor = "#" + anchor if anchor else ""
+                return f'<a href="{self.up}{page}{anchor}">{text}</a>'
         # What is not in the archive is named, without a link that leads nowhere.
         return text
 
@@ -132,8 +135,8 @@ def make_page(name, copyright_line):
     if not title.startswith("KarvelMax"):
         title = f"KarvelMax: {title[0].lower()}{title[1:]}"
     body = run(["markdown_py", "-x", "tables", "-x", "fenced_code"], text).decode("utf-8")
-    kind = ' class="sheet"' if part else ""
-    links = Links(source)
+    kind = ' class="sheet"' if name == PRINTED[0] else ""
+    links = Links(source, name)
     body = links.lead(add_anchors(body))
     page = (f'<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n'
             f"<title>{html.escape(title)}</title>\n<style>{STYLE}</style>\n</head>\n"
