@@ -111,31 +111,17 @@ void WriteHardware(File& file) {
                    .Unsigned("codepage", GetACP()));
 }
 
-// What people type is nobody's business.
-bool HoldsTypedText(const char* class_name) {
-    for (const char* at = class_name; *at != '\0'; ++at) {
-        if (lstrlenA(at) < 4) return false;
-        if (CompareStringA(LOCALE_INVARIANT, NORM_IGNORECASE, at, 4, "edit", 4) == CSTR_EQUAL) {
-            return true;
-        }
-    }
-    return false;
-}
-
 void WriteWindow(File& file, const WindowTree& tree, int index) {
     HWND window = tree.Window(index);
     char class_name[128] = "";
-    char title[256] = "";
+    char title[kTitleSize] = "";
     RECT place = {};
     RECT client = {};
     POINT inner = {};
     GetClassNameA(window, class_name, static_cast<int>(sizeof class_name));
     const LONG_PTR style = GetWindowLongPtrA(window, GWL_STYLE);
     const bool child = (style & WS_CHILD) != 0;
-    // The frame of an editor has "edit" in its name and a title that all can see.
-    if (!child || !HoldsTypedText(class_name)) {
-        GetWindowTextA(window, title, static_cast<int>(sizeof title));
-    }
+    ReadTitle(window, title);
     GetWindowRect(window, &place);
     GetClientRect(window, &client);
     ClientToScreen(window, &inner);

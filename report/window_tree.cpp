@@ -1,6 +1,42 @@
 #include "report/window_tree.h"
 
 namespace report {
+namespace {
+
+constexpr const char* kTypedInto[] = {"edit", "scintilla", "combo", "list"};
+
+bool Contains(const char* text, const char* word) {
+    const int length = lstrlenA(word);
+    for (const char* at = text; lstrlenA(at) >= length; ++at) {
+        if (CompareStringA(LOCALE_INVARIANT, NORM_IGNORECASE, at, length, word, length) ==
+            CSTR_EQUAL) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// A window of the desktop has a title, whatever its class is called.
+bool HoldsTypedText(HWND window) {
+    if ((GetWindowLongPtrA(window, GWL_STYLE) & WS_CHILD) == 0) return false;
+    char class_name[128] = "";
+    GetClassNameA(window, class_name, static_cast<int>(sizeof class_name));
+    for (const char* word : kTypedInto) {
+        if (Contains(class_name, word)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+void ReadTitle(HWND window, char (&title)[kTitleSize]) {
+    title[0] = '\0';
+    // The answer of another thread's window could be long in coming.
+    const bool own = GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+    if (!own || HoldsTypedText(window)) return;
+    GetWindowTextA(window, title, kTitleSize);
+    if (Contains(title, "\n")) title[0] = '\0';
+}
 
 void WindowTree::Read(HWND main) {
     count_ = 0;

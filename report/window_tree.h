@@ -6,6 +6,12 @@
 
 namespace report {
 
+inline constexpr int kTitleSize = 256;
+
+// What the window says, or nothing where that may be what somebody typed or chose: in fields and
+// lists, and in texts of several lines.
+void ReadTitle(HWND window, char (&title)[kTitleSize]);
+
 class WindowTree {
 public:
     // Reads it anew. What is beyond the room is left out; null for `main`: nothing is there.
