@@ -91,17 +91,9 @@ function(karvel_plugin)
         return()
     endif()
 
-    if(KARVEL_VISUAL_STUDIO)
-        # The real SDK's headers are older than C++20, which takes back what they rely on.
-        get_property(sees_sdk GLOBAL PROPERTY KARVEL_SEES_SDK_SOURCES)
-        list(REMOVE_ITEM platform ${sees_sdk})
-        add_library(karvel_sdk_side OBJECT ${sees_sdk})
-        target_link_libraries(karvel_sdk_side PRIVATE karvel_host_side_options karvel_sdk_headers)
-        set_target_properties(karvel_sdk_side PROPERTIES CXX_STANDARD 17)
-        list(APPEND platform $<TARGET_OBJECTS:karvel_sdk_side>)
-    endif()
-    add_library(KarvelMax MODULE ${pure} ${platform})
-    karvel_link_plugin(KarvelMax ${KARVEL_PLUGIN_DIR} ${CMAKE_SOURCE_DIR}/shell/KarvelMax.def)
+    get_property(sees_sdk GLOBAL PROPERTY KARVEL_SEES_SDK_SOURCES)
+    karvel_plugin_file(KarvelMax ${KARVEL_PLUGIN_DIR} ${CMAKE_SOURCE_DIR}/shell/KarvelMax.def
+        SOURCES ${pure} ${platform} SEES_SDK ${sees_sdk})
     get_property(compiled GLOBAL PROPERTY KARVEL_COMPILED_RESOURCES)
     if(compiled)
         add_dependencies(KarvelMax karvel_resources)
@@ -110,8 +102,21 @@ function(karvel_plugin)
     endif()
 endfunction()
 
-# karvel_link_plugin(TARGET FOLDER EXPORTS): a module of the host's kind, TARGET.gup with its link map.
-function(karvel_link_plugin target folder exports)
+# karvel_plugin_file(TARGET FOLDER EXPORTS SOURCES FILE... SEES_SDK FILE...): a module of the host's
+# kind, TARGET.gup with its link map. Those of the sources that read headers of the SDK are named
+# once more.
+function(karvel_plugin_file target folder exports)
+    cmake_parse_arguments(PARSE_ARGV 3 arg "" "" "SOURCES;SEES_SDK")
+    if(KARVEL_VISUAL_STUDIO)
+        # The real SDK's headers are older than C++20, which takes back what they rely on.
+        list(REMOVE_ITEM arg_SOURCES ${arg_SEES_SDK})
+        add_library(${target}_sdk_side OBJECT ${arg_SEES_SDK})
+        target_link_libraries(${target}_sdk_side PRIVATE
+            karvel_host_side_options karvel_sdk_headers)
+        set_target_properties(${target}_sdk_side PROPERTIES CXX_STANDARD 17)
+        list(APPEND arg_SOURCES $<TARGET_OBJECTS:${target}_sdk_side>)
+    endif()
+    add_library(${target} MODULE ${arg_SOURCES})
     target_link_libraries(${target} PRIVATE
         karvel_host_side_options karvel_sdk_headers karvel_sdk_libraries)
     set_target_properties(${target} PROPERTIES
