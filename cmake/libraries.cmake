@@ -68,8 +68,10 @@ function(karvel_engine)
         ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/import)
     set(copies ${KARVEL_HOST_DIR}/standin_engine.dll)
     if(NOT KARVEL_COVERAGE)
-        list(APPEND copies ${CMAKE_SOURCE_DIR}/build/msvc/host/standin_engine.dll
-                           ${CMAKE_SOURCE_DIR}/build/msvc-unicode/host/standin_engine.dll)
+        foreach(host "" ${KARVEL_LATER_HOSTS})
+            string(JOIN - preset msvc ${host})
+            list(APPEND copies ${CMAKE_SOURCE_DIR}/build/${preset}/host/standin_engine.dll)
+        endforeach()
     endif()
     foreach(copy ${copies})
         get_filename_component(dir ${copy} DIRECTORY)
@@ -111,17 +113,11 @@ function(karvel_host_dll name)
     if(KARVEL_MSVC)
         target_link_libraries(${target} PRIVATE karvel_msvc_runtime)
         set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name}.dll SUFFIX "" NO_SONAME ON)
-        # The library that lld writes beside the DLL is of no use for the host of 2012: the plug-in
-        # links against the list of names that the tables under sdk/ give.
+        # The library that lld writes beside the DLL is of no use: the plug-in links against the list
+        # of names that the tables under sdk/ give.
         target_link_options(${target} PRIVATE
             /implib:${CMAKE_BINARY_DIR}/import/own_${name}.lib)
-        if(KARVEL_UNICODE_HOST)
-            # There is no list of names for this host, so the siblings and the plug-in link against
-            # what the DLL exports.
-            add_custom_command(TARGET ${target} POST_BUILD
-                COMMAND ${CMAKE_COMMAND} -E true
-                BYPRODUCTS ${CMAKE_BINARY_DIR}/import/own_${name}.lib)
-        elseif(arg_DEF)
+        if(arg_DEF)
             get_filename_component(definition ${arg_DEF} ABSOLUTE)
             target_link_options(${target} PRIVATE /def:${definition})
             set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${definition})

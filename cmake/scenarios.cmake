@@ -1,25 +1,38 @@
 # Scenarios as tests: they are played in areas, and the traces of all builds must agree.
 
-# karvel_unicode_scenarios(AREA [TIMEOUT SECONDS]): the same scenarios with the plug-in and the host
-# DLLs of the Unicode generation; the trace must be that of the file that ships.
-function(karvel_unicode_scenarios area)
+# karvel_later_host_scenarios(AREA [TIMEOUT SECONDS]): the same scenarios with the plug-in and the host
+# DLLs of this later generation; the trace must be that of the file that ships. Each area is played by
+# one of the generations in every run, by all of them with ./dev test -L hosts.
+function(karvel_later_host_scenarios area)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "")
-    set(variant msvc-unicode.virtual)
-    set(test unicode.scenarios.${area})
+    set(host msvc-${KARVEL_SDK_GENERATION})
+    get_property(areas GLOBAL PROPERTY KARVEL_AREAS)
+    list(LENGTH areas number)
+    set_property(GLOBAL APPEND PROPERTY KARVEL_AREAS ${area})
+    list(LENGTH KARVEL_LATER_HOSTS hosts)
+    math(EXPR turn "${number} % ${hosts}")
+    list(GET KARVEL_LATER_HOSTS ${turn} chosen)
+    set(only)
+    if(NOT chosen EQUAL KARVEL_SDK_GENERATION)
+        set(only CONFIGURATIONS hosts)
+    endif()
+    set(test hosts.${KARVEL_SDK_GENERATION}.scenarios.${area})
     add_test(NAME ${test}
              COMMAND ${CMAKE_SOURCE_DIR}/tools/session/play_scenarios.sh
-                     ${CMAKE_BINARY_DIR} msvc-unicode virtual ${area}
+                     ${CMAKE_BINARY_DIR} ${host} virtual ${area}
+             ${only}
              WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
-    karvel_test_properties(${test} "${arg_TIMEOUT}" "scenario;virtual;unicode")
-    set_property(TEST ${test} PROPERTY FIXTURES_SETUP trace.${area}.${variant})
-    set(test unicode.traces.${area})
+    karvel_test_properties(${test} "${arg_TIMEOUT}" "scenario;virtual;hosts")
+    set_property(TEST ${test} PROPERTY FIXTURES_SETUP trace.${area}.${host}.virtual)
+    set(test hosts.${KARVEL_SDK_GENERATION}.traces.${area})
     add_test(NAME ${test}
              COMMAND ${CMAKE_SOURCE_DIR}/tools/session/compare_traces.sh
-                     ${area} msvc.virtual ${variant}
+                     ${area} msvc.virtual ${host}.virtual
+             ${only}
              WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
-    karvel_test_properties(${test} 60 "trace;unicode")
+    karvel_test_properties(${test} 60 "trace;hosts")
     set_property(TEST ${test} PROPERTY FIXTURES_REQUIRED
-        trace.${area}.msvc.virtual trace.${area}.${variant})
+        trace.${area}.msvc.virtual trace.${area}.${host}.virtual)
 endfunction()
 
 # karvel_scenarios(AREA [INPUTS virtual|real...] [LABELS WORD...] [TIMEOUT SECONDS]): plays all
@@ -30,9 +43,9 @@ function(karvel_scenarios area)
     if(NOT KARVEL_ON_WINDOWS)
         return()
     endif()
-    if(KARVEL_UNICODE_HOST)
+    if(KARVEL_LATER_HOST)
         if(KARVEL_MSVC)
-            karvel_unicode_scenarios(${area} TIMEOUT "${arg_TIMEOUT}")
+            karvel_later_host_scenarios(${area} TIMEOUT "${arg_TIMEOUT}")
         endif()
         return()
     endif()

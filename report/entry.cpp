@@ -16,6 +16,12 @@ public:
         return GUPRESULT_KEEP;
     }
     void Stop() override {}
+#if MAX_RELEASE >= 17000
+    DWORD_PTR Control(DWORD) override { return 0; }
+    IOResult Save(ISave*) override { return IO_OK; }
+    IOResult Load(ILoad*) override { return IO_OK; }
+    void DeleteThis() override { delete this; }
+#endif
 };
 
 class KarvelReportClassDesc : public ClassDesc2 {
@@ -28,6 +34,9 @@ public:
     Class_ID ClassID() override { return Class_ID(0x52A81C7F, 0x1E6B93D4); }
     const MCHAR* Category() override { return _M("Karvel"); }
     const MCHAR* InternalName() override { return _M("KarvelReport"); }
+#if MAX_RELEASE >= 24000
+    const MCHAR* NonLocalizedClassName() override { return _M("KarvelReport"); }
+#endif
     HINSTANCE HInstance() override { return g_module; }
 };
 

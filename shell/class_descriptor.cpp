@@ -55,6 +55,12 @@ const MCHAR* KarvelMaxClassDesc::InternalName() {
     return _M("KarvelMax");
 }
 
+#if MAX_RELEASE >= 24000
+const MCHAR* KarvelMaxClassDesc::NonLocalizedClassName() {
+    return ClassName();
+}
+#endif
+
 HINSTANCE KarvelMaxClassDesc::HInstance() {
     return g_module;
 }

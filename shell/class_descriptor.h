@@ -17,6 +17,9 @@ public:
     int NumActionTables() override;
     ActionTable* GetActionTable(int index) override;
     const MCHAR* InternalName() override;
+#if MAX_RELEASE >= 24000
+    const MCHAR* NonLocalizedClassName() override;
+#endif
     HINSTANCE HInstance() override;
 };
 

@@ -68,3 +68,9 @@ IOResult KarvelMax::Save(ISave*) {
 IOResult KarvelMax::Load(ILoad*) {
     return IO_OK;
 }
+
+#if MAX_RELEASE >= 17000
+void KarvelMax::DeleteThis() {
+    delete this;
+}
+#endif

@@ -14,4 +14,7 @@ public:
     DWORD_PTR Control(DWORD parameter) override;
     IOResult Save(ISave* save) override;
     IOResult Load(ILoad* load) override;
+#if MAX_RELEASE >= 17000
+    void DeleteThis() override;
+#endif
 };

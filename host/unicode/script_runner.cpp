@@ -25,7 +25,13 @@ void ExecuteScript(GUP& utility, char* text) {
     }
     if (!script) return;
     if (MultiByteToWideChar(CP_ACP, 0, text, -1, script, size) != 0) {
+#if MAX_RELEASE >= 24000
+        // As embedded in a scene, or from a source that is not told, the host's script security may
+        // refuse what it does.
+        utility.ExecuteStringScript(script, MAXScript::ScriptSource::NonEmbedded);
+#else
         utility.ExecuteStringScript(script);
+#endif
     }
     if (script != short_script) std::free(script);
 }

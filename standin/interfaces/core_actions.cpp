@@ -81,6 +81,9 @@ public:
     ActionItem* GetAction(int id) override {
         return ObjectOf<BuiltInActionItem>(eng_table_action(m_handle, id));
     }
+    BOOL IsItemVisible(int) override { return TRUE; }
+    BOOL IsEnabled(int) override { return TRUE; }
+    MaxIcon* GetIcon(int) override { return nullptr; }
     BOOL GetMenuText(int id, MSTR& text) override {
         const char* const name = eng_action_name(m_handle, id);
         return name && Assign(text, name);
@@ -124,8 +127,13 @@ IActionManager* HostActionManager() {
 
 // --- ActionCallback, ActionTable, icons ---
 
-ActionTable::ActionTable(ActionTableId id, ActionContextId contextId, MSTR& name, HACCEL hDefaults,
-                         int numIds, ActionDescription* pOps, HINSTANCE hInst)
+#if SDK_GENERATION >= 2024
+using TableName = const MSTR;
+#else
+using TableName = MSTR;
+#endif
+ActionTable::ActionTable(ActionTableId id, ActionContextId contextId, TableName& name,
+                         HACCEL hDefaults, int numIds, ActionDescription* pOps, HINSTANCE hInst)
     : mId(id),
       mContextId(contextId),
       mName(name),
@@ -151,7 +159,7 @@ ActionItem* ActionTable::GetAction(int cmdId) {
     return nullptr;
 }
 
-int ActionTable::ReadPersistentActionId(MSTR& idString) {
+int ActionTable::ReadPersistentActionId(TableName& idString) {
     char* end = nullptr;
     const auto narrow = Narrow(idString.data());
     const char* const text = narrow;
@@ -185,9 +193,13 @@ void ActionTable::AppendOperation(ActionItem*) { Unexpected("ActionTable::Append
 BOOL ActionTable::DeleteOperation(ActionItem*) { return Unexpected("ActionTable::DeleteOperation"); }
 void ActionTable::DeleteThis() { delete this; }
 BOOL ActionTable::GetMenuText(int cmdId, MSTR& menuText) { return GetButtonText(cmdId, menuText); }
+#if SDK_GENERATION >= 2016
+BOOL ActionTable::IsIndeterminate(int) { return FALSE; }
+#else
 BOOL ActionTable::IsItemVisible(int) { return TRUE; }
 BOOL ActionTable::IsEnabled(int) { return TRUE; }
 MaxIcon* ActionTable::GetIcon(int) { return nullptr; }
+#endif
 ActionItem* ActionTable::GetCurrentAssignment(ACCEL) { return nullptr; }
 void ActionTable::AssignKey(int, ACCEL) { Unexpected("ActionTable::AssignKey"); }
 void ActionTable::RemoveShortcutFromTable(ACCEL) { Unexpected("RemoveShortcutFromTable"); }

@@ -21,12 +21,20 @@ public:
     AnsweredText GetName() override { return Unexpected("INode::GetName"); }
     void Hide(BOOL onOff) override { eng_node_hide(m_handle, onOff); }
     int IsHidden(DWORD, BOOL) override { return eng_node_is_hidden(m_handle); }
+#if SDK_GENERATION >= 2018
+    RefResult NotifyDependents(const Interval&, PartID, RefMessage, SClass_ID, BOOL,
+                               RefTargetHandle, NotifyDependentsOption) override {
+#elif SDK_GENERATION >= 2016
+    RefResult NotifyDependents(const Interval&, PartID, RefMessage, SClass_ID, BOOL,
+                               RefTargetHandle) override{
+#else
     RefResult NotifyDependents(Interval, PartID, RefMessage, SClass_ID, BOOL,
                                RefTargetHandle) override {
+#endif
         eng_node_notify(m_handle);
         return REF_SUCCEED;
     }
-};
+};  // namespace
 
 INode* NodeObject(eng_node* handle) {
     return ObjectOf<HostNode>(handle);
@@ -81,7 +89,6 @@ HostSelectionSets g_selectionSets;
 
 class HostInterface final : public WithViewports<HostView> {
 public:
-    HWND GetMAXHWnd() override { return eng_main_window(); }
     const MCHAR* GetDir(int which) override { return Kept(eng_dir(which)); }
     void RegisterDlgWnd(HWND dialog) override { eng_register_dialog(dialog); }
     int UnRegisterDlgWnd(HWND dialog) override { return eng_unregister_dialog(dialog); }

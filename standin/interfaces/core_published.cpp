@@ -2,6 +2,8 @@
 
 #include "standin/interfaces/core_objects.h"
 
+#include "host_text.h"
+
 #include <cstring>
 
 FPStatus FPInterface::Invoke(FunctionID function, TimeValue time, FPValue& result,
@@ -12,7 +14,7 @@ FPStatus FPInterface::Invoke(FunctionID, TimeValue, FPParams*) {
     return Unexpected("FPInterface::Invoke");
 }
 // clang-format off
-FunctionID FPInterface::FindFn(MCHAR*) { return -1; }
+FunctionID FPInterface::FindFn(GivenText) { return -1; }
 BOOL FPInterface::IsEnabled(FunctionID) { return TRUE; }
 BOOL FPInterface::IsChecked(FunctionID) { return FALSE; }
 BOOL FPInterface::IsVisible(FunctionID) { return TRUE; }
@@ -44,8 +46,8 @@ FPInterface* ClassDesc::GetInterface(Interface_ID id) {
     return EntryWithId(interfaces, id);
 }
 // clang-format off
-MCHAR* ClassDesc::GetRsrcString(INT_PTR) { return Unexpected("ClassDesc::GetRsrcString"); }
-FPInterface* ClassDesc::GetInterface(MCHAR*) { return nullptr; }
+AnsweredText ClassDesc::GetRsrcString(INT_PTR) { return Unexpected("ClassDesc::GetRsrcString"); }
+FPInterface* ClassDesc::GetInterface(GivenText) { return nullptr; }
 void ClassDesc::AddInterface(FPInterface* publisher) { interfaces.Append(1, &publisher); }
 // clang-format on
 

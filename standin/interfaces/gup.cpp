@@ -9,9 +9,28 @@
 GUP::GUP() = default;
 GUP::~GUP() = default;
 
-bool GUP::ExecuteStringScript(MCHAR* string) {
+#if SDK_GENERATION >= 2024
+bool GUP::ExecuteStringScript(const MCHAR* string, MAXScript::ScriptSource source) {
+    // From elsewhere the host's script security may refuse what a script does.
+    if (source != MAXScript::ScriptSource::NonEmbedded) {
+        return Unexpected("GUP::ExecuteStringScript of another source");
+    }
     return eng_execute_script(Narrow(string)) != 0;
 }
+bool GUP::ExecuteFileScript(const MCHAR*, MSTR*) {
+    return Unexpected("GUP::ExecuteFileScript");
+}
+bool GUP::ExecuteScriptAsset(const MaxSDK::AssetManagement::AssetUser&, MSTR*) {
+    return Unexpected("GUP::ExecuteScriptAsset");
+}
+#else
+bool GUP::ExecuteStringScript(GivenText string) {
+    return eng_execute_script(Narrow(string)) != 0;
+}
+bool GUP::ExecuteFileScript(GivenText) {
+    return Unexpected("GUP::ExecuteFileScript");
+}
+#endif
 
 // clang-format off
 HINSTANCE GUP::MaxInst() { return GetModuleHandleA(nullptr); }
@@ -20,9 +39,10 @@ Interface* GUP::Max() { return GetCOREInterface(); }
 DllDir* GUP::MaxDllDir() { return Unexpected("GUP::MaxDllDir"); }
 BitmapManager* GUP::Bmi() { return Unexpected("GUP::Bmi"); }
 int GUP::EnumTree(ITreeEnumProc*) { return Unexpected("GUP::EnumTree"); }
-bool GUP::ExecuteFileScript(MCHAR*) { return Unexpected("GUP::ExecuteFileScript"); }
+#if SDK_GENERATION < 2016
 DWORD_PTR GUP::Control(DWORD) { return 0; }
 IOResult GUP::Save(ISave*) { return IO_OK; }
 IOResult GUP::Load(ILoad*) { return IO_OK; }
 void GUP::DeleteThis() {}
+#endif
 // clang-format on

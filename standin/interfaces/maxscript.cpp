@@ -122,7 +122,9 @@ static void ShowListener(int there) {
     the_listener = there != 0 ? &g_listener : nullptr;
 }
 
+#if SDK_GENERATION < 2016
 MacroRecorder* macroRecorder = GetCOREInterface()->GetMacroRecorder();
+#endif
 
 static const eng_script_calls kScriptCalls = {CallPrimitive, ShowListener};
 static const bool g_registered = (eng_register_script_calls(&kScriptCalls), true);

@@ -18,19 +18,25 @@ void MaxHeapOperators::operator delete(void* memory) {
     eng_free(memory);
 }
 
+#if SDK_GENERATION < 2016
 void* MAX_new(std::size_t size) {
     return eng_fails("MAX_new") != 0 ? nullptr : eng_alloc(size);
 }
 void MAX_delete(void* memory) {
     eng_free(memory);
 }
+using Inserted = void*;
+#else
+using Inserted = const void*;
+#endif
 
 // The elements follow the head.
 static char* ElementAt(TabHdr* head, int index, int elementSize) {
     return reinterpret_cast<char*>(head + 1) + static_cast<std::size_t>(index) * elementSize;
 }
 
-int TBInsertAt(TabHdr** table, int at, int num, void* elements, int elementSize, int allocExtra) {
+int TBInsertAt(TabHdr** table, int at, int num, Inserted elements, int elementSize,
+               int allocExtra) {
     TabHdr* head = *table;
     const int count = head == nullptr ? 0 : head->n;
     if (num <= 0) return count;

@@ -2,6 +2,7 @@
 
 #include "standin/interfaces/menu_objects.h"
 
+#if SDK_GENERATION < 2016
 template <class Object, class Base, class Engine>
 static void Release(Base* object, void (*release)(Engine*)) {
     if (object == nullptr) return;
@@ -10,10 +11,13 @@ static void Release(Base* object, void (*release)(Engine*)) {
     ::delete static_cast<Object*>(object);
     release(handle);
 }
+#endif
 
 // clang-format off
 IMenu* GetIMenu() { return ObjectOf<HostMenu>(eng_new_menu()); }
 IMenuItem* GetIMenuItem() { return ObjectOf<HostMenuItem>(eng_new_item()); }
+#if SDK_GENERATION < 2016
 void ReleaseIMenu(IMenu* menu) { Release<HostMenu>(menu, eng_release_menu); }
 void ReleaseIMenuItem(IMenuItem* item) { Release<HostMenuItem>(item, eng_release_item); }
+#endif
 // clang-format on

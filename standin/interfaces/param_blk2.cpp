@@ -29,6 +29,11 @@ void ClassDesc2::EndEditParams(IObjParam*, ReferenceMaker*, ULONG, Animatable*) 
 void ClassDesc2::MakeAutoParamBlocks(ReferenceMaker*) {
     Unexpected("ClassDesc2::MakeAutoParamBlocks");
 }
-void ClassDesc2::SetUserDlgProc(ParamBlockDesc2*, MapID, ParamMap2UserDlgProc*) {
-    Unexpected("ClassDesc2::SetUserDlgProc");
+#if SDK_GENERATION >= 2018
+using WhetherSet = bool;
+#else
+using WhetherSet = void;
+#endif
+WhetherSet ClassDesc2::SetUserDlgProc(ParamBlockDesc2*, MapID, ParamMap2UserDlgProc*) {
+    return static_cast<WhetherSet>(Unexpected("ClassDesc2::SetUserDlgProc"));
 }

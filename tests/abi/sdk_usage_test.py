@@ -113,8 +113,8 @@ class Strictness(InAFolder):
 
     def test_narrow_texts_for_a_unicode_host(self):
         text = '#include <max.h>\nconst MCHAR* F() { return "x"; }\n'
-        self.refuse(text, "msvc-unicode")
-        self.refuse(text, "gnu-unicode")
+        self.refuse(text, "msvc-2024")
+        self.refuse(text, "gnu-2024")
 
 
 if __name__ == "__main__":

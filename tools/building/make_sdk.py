@@ -118,6 +118,10 @@ class Generation:
         self.name = name
         self.wide = self.properties.get("texts") == "wide"
 
+    @property
+    def version_word(self):
+        return int(self.properties["release"]) << 16 | int(self.properties["interface"]) << 8
+
     def includes(self, directive, words, place):
         """Whether `@from`, `@until` or `@only` with these words means this generation."""
         unknown = [word for word in words if word not in self.names]
@@ -132,9 +136,9 @@ class Generation:
         return self.column in columns
 
     def filled_in(self, line):
-        return line.replace("{T}", "_W" if self.wide else "D") \
-                   .replace("{S}", "WStr" if self.wide else "CStr") \
-                   .replace("{generation}", self.name)
+        words = {"T": "_W" if self.wide else "D", "S": "WStr" if self.wide else "CStr",
+                 "generation": self.name, **self.properties}
+        return re.sub(r"\{(\w+)\}", lambda match: words.get(match[1], match[0]), line)
 
 
 def lines_of(path):

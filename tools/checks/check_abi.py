@@ -449,7 +449,16 @@ def compare_derived_tables(report, expected, file, symbols, classes):
                    " ".join(sorted(seen)))
 
 
-def compare_plugin(report, expected, path, map_path, import_lists, classes):
+def version_word(file, symbols):
+    """What the plug-in announces to the host, out of the code of the function that knows it."""
+    address = next((address for address, names in symbols.items()
+                    if "?VersionWord@host@@YAKXZ" in names), None)
+    code = file.get_data(address - file.OPTIONAL_HEADER.ImageBase, 6) if address else b""
+    # mov eax, the word; ret
+    return struct.unpack("<I", code[1:5])[0] if code[:1] == b"\xb8" and code[5:] == b"\xc3" else None
+
+
+def compare_plugin(report, expected, path, map_path, import_lists, classes, word):
     data, file = read_plugin(path)
     head = file.OPTIONAL_HEADER
     machine = file.FILE_HEADER.Machine
@@ -479,7 +488,10 @@ def compare_plugin(report, expected, path, map_path, import_lists, classes):
         else:
             report.compare(f"imports of {dll}", f"{len(names)} names", "a DLL of Windows",
                            "a DLL of Windows" if dll.lower() in system else "another DLL")
-    compare_derived_tables(report, expected, file, read_map(map_path), classes)
+    symbols = read_map(map_path)
+    found = version_word(file, symbols)
+    report.compare("plug-in", "version word", f"{word:#x}", "none" if found is None else f"{found:#x}")
+    compare_derived_tables(report, expected, file, symbols, classes)
 
 
 def main():
@@ -507,7 +519,8 @@ def main():
         if arguments.plugin is not None:
             compare_plugin(report, expected, arguments.plugin, arguments.map,
                            read_import_lists(arguments.imports or made / "imports"),
-                           arguments.classes)
+                           arguments.classes,
+                           make_sdk.Generation(make_sdk.SDK, arguments.generation).version_word)
     except (Unreadable, make_sdk.Wrong) as problem:
         print(f"check_abi: {problem}", file=sys.stderr)
         return 2

@@ -220,8 +220,11 @@ def uses(sources, copy, declarations):
 
 
 def code_of(source):
-    """The text without comments and without what stands in quotes, in lines as before."""
+    """The text without comments, without what stands in quotes and without what is for later hosts, in
+    lines as before."""
     text = source.read_text(encoding="utf-8")
+    text = re.sub(r"^#if MAX_RELEASE >= .*?^#(?:else|endif)$",
+                  lambda match: "\n" * match[0].count("\n"), text, flags=re.M | re.S)
     return re.sub(r'//[^\n]*|"(?:[^"\\\n]|\\.)*"', '""', text)
 
 

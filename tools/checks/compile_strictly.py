@@ -3,9 +3,9 @@
 
 usage: compile_strictly.py [--mode MODE]... [SOURCE...]
 
-modes: msvc          clang in Microsoft mode, extensions of Microsoft's and of GNU's as errors
-       msvc-unicode  the same, bound to the Unicode SDK
-       gnu-unicode   g++ of mingw-w64, bound to the Unicode SDK
+modes: msvc       clang in Microsoft mode, extensions of Microsoft's and of GNU's as errors
+       msvc-2024  the same, bound to the SDK of 2024
+       gnu-2024   g++ of mingw-w64, bound to the SDK of 2024
 
 Without --mode all three. A source of host/ansi or host/unicode is compiled for its own generation
 only. Exit status: 0 all compile, 1 one does not, 2 a compiler is missing.
@@ -24,7 +24,7 @@ import unity_build
 from check_sdk_usage import make_sdk
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-MODES = ["msvc", "msvc-unicode", "gnu-unicode"]
+MODES = ["msvc", "msvc-2024", "gnu-2024"]
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Werror"]
 # What clang in Microsoft mode takes in silence or with a word, and what no other compiler may know.
 STRICT = ["-Wmicrosoft", "-Wgnu", "-Wlanguage-extension-token",
@@ -37,15 +37,15 @@ STRICT = ["-Wmicrosoft", "-Wgnu", "-Wlanguage-extension-token",
 @functools.lru_cache(maxsize=None)
 def command_for(mode):
     unicode = ["-DUNICODE", "-D_UNICODE"]
-    headers = make_sdk.made("2014" if mode.endswith("unicode") else "2012") / "include"
+    headers = make_sdk.made("2024" if mode.endswith("2024") else "2012") / "include"
     strict = WARNINGS
-    if mode == "gnu-unicode":
+    if mode == "gnu-2024":
         compiler = ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-fno-exceptions",
                     *unicode, "-isystem", str(headers), "-I", str(ROOT),
                     "-I", str(sdk_usage.generated_folder()), "-DWINVER=0x0601", "-D_WIN32_WINNT=0x0601",
                     "-DWIN32_LEAN_AND_MEAN", "-DNOMINMAX"]
     else:
-        compiler = [sdk_usage.CLANG, *(unicode if mode == "msvc-unicode" else []),
+        compiler = [sdk_usage.CLANG, *(unicode if mode == "msvc-2024" else []),
                     *sdk_usage.compiler_flags(headers)]
         strict = WARNINGS + STRICT
     return [*compiler, *system_headers.compiled(compiler), *strict, "-fsyntax-only",
@@ -53,7 +53,7 @@ def command_for(mode):
 
 
 def belongs(mode, source):
-    generation = "unicode" if mode.endswith("unicode") else "ansi"
+    generation = "unicode" if mode.endswith("2024") else "ansi"
     other = "ansi" if generation == "unicode" else "unicode"
     return not source.is_relative_to(ROOT / "host" / other)
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# usage: play_scenarios.sh BUILD_DIRECTORY gnu|msvc|msvc-unicode virtual|real AREA
+# usage: play_scenarios.sh BUILD_DIRECTORY gnu|msvc|msvc-GENERATION virtual|real AREA
 # Plays all scenarios of tests/scenarios/ROOM/AREA in one process and holds their expectations. The trace
 # stays in build/traces/AREA.ABI.INPUT.trace.
 set -u

@@ -79,7 +79,7 @@ wine_session_ends_with_script() {
     trap 'exit 143' TERM
 }
 
-# choose_build BUILD_DIRECTORY gnu|msvc|msvc-unicode: sets `program` to the stand-in and `walks` to the
+# choose_build BUILD_DIRECTORY gnu|msvc|msvc-GENERATION: sets `program` to the stand-in and `walks` to the
 # program of the walks, which are always the gnu build's, and `where` to the options that name what
 # they load.
 choose_build() {
@@ -90,7 +90,7 @@ choose_build() {
     # shellcheck disable=SC2034  # for the caller
     walks=$programs/walks/walks.exe
     # shellcheck disable=SC2034  # for the caller
-    where=(--abi "${abi%-unicode}" --host-dir "$built/host"
+    where=(--abi "${abi%%-*}" --host-dir "$built/host"
         --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map")
 }
 

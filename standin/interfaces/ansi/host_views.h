@@ -10,6 +10,7 @@ using ViewObject = ViewExp;
 template <class View>
 class WithViewports : public Published<Interface> {
 public:
+    HWND GetMAXHWnd() override { return eng_main_window(); }
     ViewExp* GetActiveViewport() override { return ObjectOf<View>(eng_active_viewport()); }
     ViewExp* GetViewport(HWND window) override { return ObjectOf<View>(eng_viewport_of(window)); }
     void ReleaseViewport(ViewExp* view) override { eng_release_viewport(HandleOf<View>(view)); }

@@ -9,6 +9,9 @@ class ViewObject : public ViewExp {
 public:
     bool IsAlive() override { return true; }
     ViewExp* ToPointer() override { return this; }
+#if SDK_GENERATION >= 2018
+    BOOL IsCanvasNavigationMode() override { return Unexpected("IsCanvasNavigationMode"); }
+#endif
 };
 
 // Stands where there is no viewport. Only whether it is alive may be asked.
@@ -16,6 +19,9 @@ class NoView final : public ViewExp {
 public:
     bool IsAlive() override { return false; }
     ViewExp* ToPointer() override { return Unexpected("ToPointer"); }
+#if SDK_GENERATION >= 2018
+    BOOL IsCanvasNavigationMode() override { return Unexpected("IsCanvasNavigationMode"); }
+#endif
     int GetViewType() override { return Unexpected("GetViewType"); }
     BOOL IsPerspView() override { return Unexpected("IsPerspView"); }
     INode* GetViewCamera() override { return Unexpected("GetViewCamera"); }
@@ -28,6 +34,12 @@ public:
 template <class View>
 class WithViewports : public Published<Interface> {
 public:
+    HWND GetMAXHWnd() const override { return eng_main_window(); }
+#if SDK_GENERATION >= 2018
+    MaxSDK::QmaxMainWindow* GetQmaxMainWindow() const override {
+        return Unexpected("GetQmaxMainWindow");
+    }
+#endif
     ViewExp& GetActiveViewExp() override { return Lent(eng_active_viewport()); }
     ViewExp& GetViewExp(HWND window) override { return Lent(eng_viewport_of(window)); }
 

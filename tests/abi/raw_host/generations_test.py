@@ -37,6 +37,7 @@ class RawHosts:
     def __init__(self, text, host):
         self.slots, self.members, self.sizes, self.fields, self.imports = {}, {}, {}, {}, {}
         self.derived = set()
+        self.word = None
         owner = None
         column = None
         for number, line in enumerate(text.split("\n"), 1):
@@ -62,6 +63,8 @@ class RawHosts:
         kind, _, rest = what.partition(" ")
         if what == "slots":
             self.slots[owner] = int(cell)
+        elif kind == "word":
+            self.word = int(cell, 16)
         elif kind == "size":
             self.sizes[rest] = int(cell)
         elif kind == "field":
@@ -113,6 +116,7 @@ def differences(host, sdk=ROOT / "sdk", text=None):
         if one != other:
             found.append(f"{what}: later_hosts.txt has {one}, sdk/ has {other}")
 
+    compare("version word", raw.word, make_sdk.Generation(sdk, host).version_word)
     for name, count in raw.slots.items():
         compare(f"{name}: slots", count, table.classes[name][0] if name in table.classes else None)
     members = {(name, member.slot): row_of(member, table.travels)
@@ -185,7 +189,7 @@ class Mistakes(unittest.TestCase):
             self.in_raw("181  183  181  GetTime()", "181  184  181  GetTime()"))
 
     def test_a_way_to_travel(self):
-        found = self.in_tables("maxtypes.h", "address address address address register register",
+        found = self.in_tables("maxtypes.h", "address address address register register",
                                "address register register", "address address register", which=1)
         self.assertEqual(
             [f"{slot}: later_hosts.txt has ('{name}', 'id', 'pointer', 'imported'), sdk/ has "
