@@ -33,11 +33,11 @@ world::ActionState ActionStateOf(const std::string& word) {
                            : world::ActionState::kStuck;
 }
 
-std::vector<int> Frames(const Command& command) {
-    std::vector<int> frames;
+std::vector<int> Numbers(const Command& command) {
+    std::vector<int> numbers;
     for (size_t i = 0; i < command.numbers.size(); ++i)
-        frames.push_back(NumberAt(command, i));
-    return frames;
+        numbers.push_back(NumberAt(command, i));
+    return numbers;
 }
 
 std::string Open(Game&, const Command& command) {
@@ -61,6 +61,7 @@ constexpr Deed kDeeds[] = {
     {kModeNone, Plain<[](const Command&) { world::ClearModes(); }>},
     {kModePop, Plain<[](const Command&) { world::PopMode(); }>},
     {kModePush, Plain<[](const Command& c) { world::PushMode(NumberAt(c, 0), ModeClass(c)); }>},
+    {kModeStack, Plain<[](const Command& c) { world::SetModes(Numbers(c)); }>},
     {kModeReplace,
      Plain<[](const Command& c) { world::ReplaceMode(NumberAt(c, 0), ModeClass(c)); }>},
     {kSelect, Plain<[](const Command& c) { world::Select(c.words); }>},
@@ -85,8 +86,8 @@ constexpr Deed kDeeds[] = {
     {kHide, Plain<[](const Command& c) { world::HideObject(c.words[0], true); }>},
     {kUnhide, Plain<[](const Command& c) { world::HideObject(c.words[0], false); }>},
     {kTracks, Plain<[](const Command& c) { world::SetSelectedTracks(c.words); }>},
-    {kKeys, Plain<[](const Command& c) { world::SetKeys(c.words[0], Frames(c)); }>},
-    {kSelectKeys, Plain<[](const Command& c) { world::SelectKeys(c.words[0], Frames(c)); }>},
+    {kKeys, Plain<[](const Command& c) { world::SetKeys(c.words[0], Numbers(c)); }>},
+    {kSelectKeys, Plain<[](const Command& c) { world::SelectKeys(c.words[0], Numbers(c)); }>},
     {kForeground, Plain<[](const Command& c) { world::SetForegroundTitle(c.text); }>},
     {kPlay, Plain<[](const Command& c) { world::SetPlaying(c.on); }>},
     {kFail, Plain<[](const Command& c) { world::SetFault(c.words[0], c.on); }>},

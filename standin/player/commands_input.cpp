@@ -40,7 +40,7 @@ std::string MoveBy(Game&, const Command& command) {
 }
 
 std::string PressButton(Game&, const Command& command) {
-    input::InjectButton(ButtonKey(command), true);
+    input::InjectButton(ButtonKey(command), true, command.verb == kMouseAgain);
     return {};
 }
 
@@ -110,6 +110,7 @@ constexpr Deed kDeeds[] = {
     {kMoveBy, MoveBy},
     {kMoveWindow, MoveInWindow},
     {kMouseDown, PressButton},
+    {kMouseAgain, PressButton},
     {kMouseUp, ReleaseButton},
     {kDoubleClick, DoubleClick},
     {kKey, Key},

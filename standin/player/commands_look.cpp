@@ -136,6 +136,14 @@ std::string ExpectNothing(Game& game, const Command&) {
     return {};
 }
 
+std::string ExpectAnswer(Game& game, const Command& command) {
+    const std::string wanted = "out " + command.words[0];
+    const auto answer = trace::AnswerOfEvent();
+    if (!answer || !scenario::MatchesLine(wanted, *answer))
+        Differ(game, wanted, answer.value_or("nothing"));
+    return {};
+}
+
 trace::Reading ReadingOf(const std::string& line) {
     using trace::Reading;
     return line.starts_with("state ")  ? Reading::kStates
@@ -162,7 +170,7 @@ std::string Expect(Game& game, const Command& command) {
 
 constexpr Deed kDeeds[] = {
     {kShow, Show},     {kShowCamera, ShowCamera},       {kShowPlugin, ShowPlugin},
-    {kExpect, Expect}, {kExpectNothing, ExpectNothing},
+    {kExpect, Expect}, {kExpectNothing, ExpectNothing}, {kExpectAnswer, ExpectAnswer},
 };
 
 }  // namespace

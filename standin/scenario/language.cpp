@@ -34,6 +34,8 @@ constexpr Row kHands[] = {
      "presses a mouse button where the cursor is; always a press of its own, never the second of a "
      "double click",
      kEvent},
+    {kMouseAgain, "down again left|right|middle",
+     "the second press of a double click; `up` releases it", kEvent},
     {kMouseUp, "up left|right|middle", "releases it", kEvent},
     {kDoubleClick, "doubleclick left|right|middle",
      "the second press of a double click, and its release", kEvent},
@@ -58,6 +60,8 @@ constexpr Row kHost[] = {
     {kModeNone, "mode none", "no tool at all", kEvent},
     {kModePop, "mode pop", "the tool before this one", kEvent},
     {kModePush, "mode push N [class N]", "a tool on top of those there are", kEvent},
+    {kModeStack, "mode stack N…",
+     "these tools, the last one on top; where they are these already, nothing happens", kEvent},
     {kModeReplace, "mode N [class N]",
      "the tool in place of all: 1 move, 2 rotate, 3 scale, 6 select; `class`, if not the host's",
      kEvent},
@@ -124,6 +128,9 @@ constexpr Row kLooking[] = {
     {kShow, "show SUBJECT", "one of the subjects below, as `state …` lines"},
     {kExpectNothing, "expect nothing", "the last event did no more than what was read of it",
      kQuiet, kAfterEvent},
+    {kExpectAnswer, "expect answer ANSWER",
+     "the last event itself was answered so, whatever it set off: the first `out` line", kQuiet,
+     kAfterEvent},
     {kExpect, "expect LINE",
      "the next line of what the last event did is this one; `*` stands for any text, `…` (or "
      "`...`) alone for any number of lines",
@@ -153,6 +160,7 @@ constexpr Argument kArguments[] = {
     {"CONTROL", Check::kWindow, "a control (as options.1007)"},
     {"OBJECT", Check::kObject, "an object (Box001, Sphere001, Cone001, Torus001 or a copy)"},
     {"NAME", Check::kName, "a name"},
+    {"ANSWER", Check::kName, "an answer (swallow, pass, or a number)"},
     {"KEY", Check::kKey,
      "a key (alt, ctrl, shift, one of these with l or r before it, a letter, a digit, f1 to f24, "
      "left, right, up, down, tab, enter, escape, space)"},

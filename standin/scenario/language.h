@@ -18,6 +18,7 @@ enum class Verb {
     kMoveBy,
     kMoveWindow,
     kMouseDown,
+    kMouseAgain,
     kMouseUp,
     kDoubleClick,
     kKey,
@@ -33,6 +34,7 @@ enum class Verb {
     kModeNone,
     kModePop,
     kModePush,
+    kModeStack,
     kModeReplace,
     kSelect,
     kSubobject,
@@ -73,6 +75,7 @@ enum class Verb {
     kShowPlugin,
     kShow,
     kExpectNothing,
+    kExpectAnswer,
     kExpect,
 };
 

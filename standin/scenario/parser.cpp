@@ -380,7 +380,7 @@ std::string MissingIn(const Scenario& scenario) {
     if (!any([](const Command& command) { return command.verb == Verb::kStart; }))
         missing = "there is no start, so the plug-in is not loaded";
     if (!any([](const Command& command) {
-            return command.verb == Verb::kExpectNothing ||
+            return command.verb == Verb::kExpectNothing || command.verb == Verb::kExpectAnswer ||
                    (command.verb == Verb::kExpect && !IsAnyLines(command.text));
         }))
         missing += std::string(missing.empty() ? "" : "; ") +

@@ -38,6 +38,8 @@ void BeginCommand(bool is_event);
 // `state`, `value` and `got` lines.
 enum class Reading { kEffects, kStates, kValues, kArrivals };
 std::optional<std::string> NextLine(Reading reading);
+// The first `out` line of what NextLine reads, read or not: the answer to the event itself.
+std::optional<std::string> AnswerOfEvent();
 // The effects of the last command, read or not.
 const std::vector<std::string>& EffectsOfCommand();
 // The same without `out` lines and with the effects of the events in between.

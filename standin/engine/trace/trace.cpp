@@ -259,6 +259,12 @@ std::optional<std::string> NextLine(Reading reading) {
     return unread.lines[unread.next++];
 }
 
+std::optional<std::string> AnswerOfEvent() {
+    for (const std::string& line : g_journal.unread[static_cast<int>(Reading::kEffects)].lines)
+        if (line.starts_with("out ")) return line;
+    return {};
+}
+
 const std::vector<std::string>& EffectsOfCommand() {
     // What is still to be read may be of an earlier command, when this one has set nothing off.
     static const std::vector<std::string> none;

@@ -144,6 +144,14 @@ void PushMode(int id, int class_id) {
     ChangeModes(std::move(modes));
 }
 
+void SetModes(const std::vector<int>& ids) {
+    const std::vector<eng_mode*>& now = g_world.modes;
+    std::vector<eng_mode*> modes;
+    for (size_t i = 0; i < ids.size(); ++i)
+        modes.push_back(i < now.size() && now[i]->id == ids[i] ? now[i] : ModeOf(ids[i], -1));
+    if (modes != now) ChangeModes(std::move(modes));
+}
+
 void PopMode() {
     if (g_world.modes.empty()) return;
     std::vector<eng_mode*> modes = g_world.modes;

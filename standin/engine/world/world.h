@@ -45,6 +45,8 @@ bool IsObject(std::string_view name);
 void ReplaceMode(int id, int class_id = -1);
 void ClearModes();
 void PushMode(int id, int class_id = -1);
+// The stack from below. Where it is so already, nobody is told anything.
+void SetModes(const std::vector<int>& ids);
 void PopMode();
 int ModeId();  // of the current mode; kNoMode for none
 inline constexpr int kNoMode = -2147483647;
