@@ -89,6 +89,25 @@ bool IsReset(const std::string& line) {
     return std::find(reset.begin(), reset.end(), line) != reset.end();
 }
 
+// What a recording does not see, or must not tell: other programs, what is in the scene, the
+// hardware, messages that are nobody's input, keys that write.
+bool IsRecorded(const std::string& line) {
+    static constexpr std::string_view kUntold[] = {
+        "poke ",        "fail ",       "busy ", "peek ",     "code ",      "reenter ",
+        "swap ",        "click ",      "menu ", "closebox ", "place ",     "query ",
+        "accelerator ", "script",      "hide ", "show ",     "tracks ",    "keys ",
+        "selectkeys ",  "foreground ", "set ",  "rebuild ",  "polytools ", "destroy "};
+    const auto begins = [&line](std::string_view with) { return line.starts_with(with); };
+    if (std::any_of(std::begin(kUntold), std::end(kUntold), begins)) return false;
+    if (begins("key "))
+        for (const char* key : {" tab", " space", " enter", " escape"})
+            if (line.ends_with(key)) return false;
+    const bool checks = line.ends_with(" on") || line.ends_with(" off");
+    if (begins("button 50027")) return !checks;
+    if (begins("button ")) return checks && (begins("button 59231") || begins("button 40074"));
+    return !line.ends_with(" stuck");
+}
+
 constexpr int kPartOfAWalk = 400;  // commands between two rests
 
 constexpr int kWidth = 1280, kHeight = 1024;  // of the main monitor
@@ -131,6 +150,8 @@ public:
             }
         }
         if (of_part > 0) Rest();
+        if (kind_.recorded)
+            std::erase_if(lines_, [](const std::string& line) { return !IsRecorded(line); });
         return Repair(lines_);
     }
 

@@ -25,6 +25,7 @@ struct Kind {
     std::vector<std::string> faults;  // calls that may fail; none: nothing fails
     bool destroys = false;            // windows of the host may vanish towards the end
     bool real = false;                // with the system's own input, which cannot do everything
+    bool recorded = false;            // only what a recording of the session can tell
     int left = 0, top = 0;            // where the screen begins, left of the main monitor or above
     int release = 13900;
 };

@@ -435,6 +435,30 @@ TEST_F(HostFunctions, ActionsOfAReport) {
     EXPECT_STREQ(action.name, "Lock Selected Vertices");
 }
 
+TEST_F(HostFunctions, WhatARecordingAsks) {
+    constexpr unsigned long kTable = 0x837D5FB8;
+    constexpr uint64_t kCallback = 0x12345678900;
+    const auto expect_table = [this] {
+        ExpectActionManager();
+        m_host.Expect("IActionManager.FindTable", {m_actions, kTable}, m_table);
+    };
+    expect_table();
+    m_host.Expect("ActionTable.GetCallback", {m_table}, kCallback);
+    EXPECT_EQ(m_plugin.Call("CallbackOfTable", {kTable}), kCallback);
+    expect_table();
+    m_host.Expect("ActionTable.SetCallback", {m_table, kCallback});
+    m_plugin.Call("SetCallbackOfTable", {kTable, kCallback});
+    struct Row {
+        const char* name;
+        bool is_it;
+    };
+    for (const Row& row :
+         {Row{"Box001", true}, {"Box0011", false}, {"Box00", false}, {"", false}}) {
+        m_host.Expect("INode.GetName", {m_node}, Word(row.name));
+        EXPECT_EQ(Truth(m_plugin.Call("IsNodeNamed", {m_node, Word("Box001")})), row.is_it);
+    }
+}
+
 // ---- scripts
 // -------------------------------------------------------------------------------------
 
