@@ -47,11 +47,40 @@ function(karvel_debian_headers target folder package)
     target_include_directories(${target} SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/debian_headers)
 endfunction()
 
+# karvel_share_headers(TARGET NAME HEADERS <FILE>... LIBRARIES NAME... [OPTIONS FLAG...]): headers that
+# are most of what the target's sources read; they are compiled once for all targets with this NAME,
+# whose options have to be alike. That each source includes what it needs shows where it is compiled
+# without: in the msvc build or the native one.
+function(karvel_share_headers target shared)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "HEADERS;LIBRARIES;OPTIONS")
+    if(KARVEL_GNU)
+        list(APPEND arg_HEADERS <windows.h>)
+    endif()
+    if(NOT TARGET ${shared})
+        set(nothing ${CMAKE_BINARY_DIR}/generated/nothing.cpp)
+        file(CONFIGURE OUTPUT ${nothing} CONTENT "")
+        add_library(${shared} OBJECT ${nothing})
+        target_link_libraries(${shared} PRIVATE ${arg_LIBRARIES})
+        target_precompile_headers(${shared} PRIVATE ${arg_HEADERS})
+        target_compile_options(${shared} PRIVATE ${arg_OPTIONS})
+    endif()
+    target_precompile_headers(${target} REUSE_FROM ${shared})
+endfunction()
+
+# What the plug-in, the stand-in and the programs around it read, with the compiler that takes longest.
+function(karvel_share_system_headers target options)
+    if(KARVEL_GNU)
+        karvel_share_headers(${target} ${options}_headers LIBRARIES ${options}
+            HEADERS <algorithm> <functional> <map> <memory> <optional> <string> <string_view> <vector>)
+    endif()
+endfunction()
+
 # karvel_static_library(NAME SOURCES FILE... [LIBRARIES NAME...]): one of our own parts.
 function(karvel_static_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE karvel_options PUBLIC ${arg_LIBRARIES})
+    karvel_share_system_headers(${name} karvel_options)
 endfunction()
 
 # karvel_engine(SOURCES FILE... [LIBRARIES NAME...]): the stand-in's engine (gnu only).
@@ -91,6 +120,7 @@ function(karvel_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE karvel_options ${arg_LIBRARIES})
+    karvel_share_system_headers(${name} karvel_options)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KARVEL_BIN_DIR})
     add_dependencies(stand_in ${name})
 endfunction()
@@ -105,6 +135,7 @@ function(karvel_host_dll name)
     target_compile_definitions(${target} PRIVATE ${arg_DEFINES})
     target_link_libraries(${target} PRIVATE
         karvel_host_side_options karvel_sdk_headers ${arg_LIBRARIES} standin_engine)
+    karvel_share_system_headers(${target} karvel_host_side_options)
     set_target_properties(${target} PROPERTIES
         PREFIX ""
         LIBRARY_OUTPUT_DIRECTORY ${KARVEL_HOST_DIR}

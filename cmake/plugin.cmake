@@ -82,6 +82,7 @@ function(karvel_plugin)
         karvel_static_library(karvel_pure SOURCES ${pure})
         if(KARVEL_COVERAGE)
             target_compile_options(karvel_pure PRIVATE --coverage -O0 -fno-exceptions)
+            set_target_properties(karvel_pure PROPERTIES DISABLE_PRECOMPILE_HEADERS ON)
             target_link_options(karvel_pure PUBLIC --coverage)
         endif()
     else()
@@ -119,6 +120,7 @@ function(karvel_plugin_file target folder exports)
     add_library(${target} MODULE ${arg_SOURCES})
     target_link_libraries(${target} PRIVATE
         karvel_host_side_options karvel_sdk_headers karvel_sdk_libraries)
+    karvel_share_system_headers(${target} karvel_host_side_options)
     set_target_properties(${target} PROPERTIES
         PREFIX ""
         LIBRARY_OUTPUT_DIRECTORY ${folder}
@@ -145,6 +147,7 @@ function(karvel_plugin_file target folder exports)
         if(KARVEL_COVERAGE)
             target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/write_coverage.cpp)
             target_compile_options(${target} PRIVATE --coverage -O0)
+            set_target_properties(${target} PROPERTIES DISABLE_PRECOMPILE_HEADERS ON)
             target_link_options(${target} PRIVATE --coverage)
         else()
             # An undefined operation ends the program at once; there is no library that could tell

@@ -1,34 +1,12 @@
 # Tests: programs of GoogleTest cases, and scripts. What plays scenarios is in scenarios.cmake.
 
-# karvel_share_test_headers(TARGET FILE...): GoogleTest's headers, most of what a test's source
-# reads, are compiled once for a build. Not for sources that are not a test's own: those have to
-# include what they need.
-function(karvel_share_test_headers target)
-    if(NOT TARGET karvel_test_headers)
-        set(nothing ${CMAKE_BINARY_DIR}/generated/test_headers.cpp)
-        file(CONFIGURE OUTPUT ${nothing} CONTENT "")
-        add_library(karvel_test_headers OBJECT ${nothing})
-        target_link_libraries(karvel_test_headers PRIVATE karvel_options gmock_main)
-        target_precompile_headers(karvel_test_headers PRIVATE <gmock/gmock.h>)
-        target_compile_options(karvel_test_headers PRIVATE -O0)
-    endif()
-    # A test calls what it tests a few times; to optimise the calls takes longer than they do.
-    target_compile_options(${target} PRIVATE -O0)
-    target_precompile_headers(${target} REUSE_FROM karvel_test_headers)
-    foreach(source ${ARGN})
-        cmake_path(IS_ABSOLUTE source elsewhere)
-        if(elsewhere)
-            set_source_files_properties(${source} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
-        endif()
-    endforeach()
-endfunction()
-
-# karvel_gtest(NAME SOURCES FILE... [LIBRARIES NAME...] [LABELS WORD...] [BUILDS gnu|native...]
-#              [TIMEOUT SECONDS] [ARGUMENTS TEXT...]):
-# one program of GoogleTest cases, one ctest test. Without BUILDS it is built for gnu and native.
+# karvel_gtest(NAME SOURCES FILE... [PLUGIN FILE...] [LIBRARIES NAME...] [LABELS WORD...]
+#              [BUILDS gnu|native...] [TIMEOUT SECONDS] [ARGUMENTS TEXT...]):
+# one program of GoogleTest cases, one ctest test. Without BUILDS it is built for gnu and native. PLUGIN
+# names sources of the plug-in, whose objects are linked as they are in it.
 function(karvel_gtest name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT"
-                          "SOURCES;LIBRARIES;LABELS;BUILDS;ARGUMENTS")
+                          "SOURCES;PLUGIN;LIBRARIES;LABELS;BUILDS;ARGUMENTS")
     if(NOT arg_BUILDS)
         set(arg_BUILDS gnu native)
     endif()
@@ -42,18 +20,19 @@ function(karvel_gtest name)
         set_target_properties(${name} PROPERTIES
             RULE_LAUNCH_LINK ${CMAKE_SOURCE_DIR}/tools/building/link_tests.py)
     endif()
-    karvel_share_test_headers(${name} ${arg_SOURCES})
-    if(KARVEL_COVERAGE)
-        # The plug-in's sources among them; those in karvel_pure count by themselves. Without
-        # exceptions, as in the plug-in, or their branches could not be added to its own.
-        get_property(platform GLOBAL PROPERTY KARVEL_PLATFORM_SOURCES)
-        foreach(source ${arg_SOURCES})
-            if(source IN_LIST platform)
-                set_source_files_properties(${source} PROPERTIES COMPILE_OPTIONS
-                    "--coverage;-O0;-fno-exceptions;-fno-threadsafe-statics;-fcheck-new")
-                target_link_options(${name} PRIVATE --coverage)
-            endif()
-        endforeach()
+    # A test calls what it tests a few times; to optimise the calls takes longer than they do.
+    target_compile_options(${name} PRIVATE -O0)
+    karvel_share_headers(${name} karvel_test_headers
+        HEADERS <gmock/gmock.h> LIBRARIES karvel_options gmock_main OPTIONS -O0)
+    foreach(source ${arg_PLUGIN})
+        if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${source})
+            message(FATAL_ERROR "${name}: the plug-in has no source ${source}")
+        endif()
+        target_sources(${name} PRIVATE
+            $<FILTER:$<TARGET_OBJECTS:KarvelMax>,INCLUDE,/${source}>)
+    endforeach()
+    if(KARVEL_COVERAGE AND arg_PLUGIN)
+        target_link_options(${name} PRIVATE --coverage)
     endif()
     add_test(NAME ${KARVEL_ABI}.${name} COMMAND ${name} ${arg_ARGUMENTS}
              WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})

@@ -2,7 +2,7 @@
 # To be sourced. The packages that the verbs need.
 
 declare -A packages=(
-    [build]="cmake ninja-build g++ g++-mingw-w64-x86-64 clang-19 lld-19 llvm-19 googletest python3 python3-pil nlohmann-json3-dev libcli11-dev libstb-dev librsvg2-bin fontconfig fonts-dejavu-core"
+    [build]="cmake ninja-build g++ g++-mingw-w64-x86-64 clang-19 lld-19 llvm-19 googletest libgmock-dev python3 python3-pil nlohmann-json3-dev libcli11-dev libstb-dev librsvg2-bin fontconfig fonts-dejavu-core"
     [wine]="wine wine64 fonts-wine util-linux"
     [display]="xvfb imagemagick xdotool"
     [archive]="python3-markdown weasyprint python3-pefile"
