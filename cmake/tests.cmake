@@ -44,6 +44,11 @@ function(karvel_test_properties test timeout labels)
         set(timeout 600)
     endif()
     set_tests_properties(${test} PROPERTIES TIMEOUT ${timeout} LABELS "${KARVEL_ABI};${labels}")
+    # As long as ctest has no times of an earlier run: the long ones first, so that the end of none is
+    # waited for with a processor that has nothing to do.
+    if(labels MATCHES "fault|walk|interactive|lint|package|abi")
+        set_tests_properties(${test} PROPERTIES COST 10)
+    endif()
     # Two Wine sessions, each on its own processor (tools/session/wine_session.sh), and one test at a
     # time in each: more would only wait for each other. What needs none fills the gaps: label no-wine.
     if(KARVEL_MSVC)
