@@ -7,6 +7,7 @@ usage: archive_test.py MAKE_PACKAGE BUILD_ROOT
 
 import hashlib
 import html.parser
+import io
 import os
 import posixpath
 import re
@@ -15,25 +16,40 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import xml.etree.ElementTree as xml
 import zipfile
 
+import complete_builds
+
 MAKE_PACKAGE, BUILD_ROOT = sys.argv[1:3]
-MSVC = os.path.join(BUILD_ROOT, "msvc")
+sys.path.insert(0, os.path.dirname(MAKE_PACKAGE))
+import bundle  # noqa: E402
+import hosts  # noqa: E402
+
 GNU = os.path.join(BUILD_ROOT, "gnu")
+HOSTS = hosts.read()
+LATER = [host for host in HOSTS if host.release > 2012]
+PRODUCT_BUILD = "msvc"
+
+# Releases that load each other's files: the older one's goes for both.
+PAIRS = {2010: 2011, 2013: 2014, 2015: 2016, 2020: 2021}
 
 PAGES = ["CHANGELOG.html", "cheat-sheet.html", "diagnostics/report.html", "user-guide.html"]
+ICONS = ["Karvel_16a.bmp", "Karvel_16i.bmp", "Karvel_24a.bmp", "Karvel_24i.bmp"]
+BUNDLE = "KarvelMax.bundle/"
 FILES = [
+    "2012/KarvelMax.gup",
     "INSTALL.txt",
-    "KarvelMax.gup",
+    "KarvelMax.bundle/PackageContents.xml",
     "NOTICE.txt",
     "SHA256SUMS",
     "cheat-sheet.pdf",
-    "diagnostics/KarvelReport.gup",
-    "icons/Karvel_16a.bmp",
-    "icons/Karvel_16i.bmp",
-    "icons/Karvel_24a.bmp",
-    "icons/Karvel_24i.bmp",
-] + PAGES
+    "diagnostics/2012/KarvelReport.gup",
+] + PAGES + [folder + icon for folder in ("2012/icons/", "KarvelMax.bundle/Contents/icons/")
+             for icon in ICONS]
+for generation in {host.generation for host in LATER}:
+    FILES += [f"KarvelMax.bundle/Contents/{generation}/KarvelMax.gup",
+              f"diagnostics/{generation}/KarvelReport.gup"]
 
 
 def source(path):
@@ -78,33 +94,49 @@ class ArchiveTest(unittest.TestCase):
         self.directory = tempfile.mkdtemp(prefix="karvel-package-")
         self.addCleanup(shutil.rmtree, self.directory)
 
-    def make(self, build, name="package.zip"):
-        output = os.path.join(self.directory, name)
-        done = subprocess.run([sys.executable, MAKE_PACKAGE, "--build", build, "--output", output],
+        self.builds = os.path.join(self.directory, "builds")
+        complete_builds.complete(BUILD_ROOT, self.builds)
+
+    def make(self):
+        output = os.path.join(self.directory, "package.zip")
+        done = subprocess.run([sys.executable, MAKE_PACKAGE, "--builds", self.builds,
+                               "--output", output],
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, check=False)
         return done, output
 
-    def made(self, name="package.zip"):
-        done, output = self.make(MSVC, name)
+    def made(self):
+        done, output = self.make()
         self.assertEqual(done.returncode, 0, done.stderr)
         return output
 
-    def copy_of_build(self):
-        build = os.path.join(self.directory, "build")
-        for part in ("package", "plugin", "artwork", "diagnostics"):
-            shutil.copytree(os.path.join(MSVC, part), os.path.join(build, part))
-        return build
+    def refused(self, pattern):
+        """One line, and no archive."""
+        done, output = self.make()
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stderr, r"\A\S+" + pattern + r".*\n\Z")
+        self.assertFalse(os.path.exists(output))
 
-    found = None
+    def copy_builds(self):
+        """So that a test may change them."""
+        copies = os.path.join(self.directory, "copies")
+        shutil.copytree(self.builds, copies)
+        self.builds = copies
+
+    def build(self, *place):
+        return os.path.join(self.builds, *place)
+
+    archive = None
+
+    def first_archive(self):
+        """Made once: its printed page takes seconds."""
+        if ArchiveTest.archive is None:
+            with open(self.made(), "rb") as file:
+                ArchiveTest.archive = file.read()
+        return ArchiveTest.archive
 
     def contents(self):
         """Place in the folder of the archive -> bytes."""
-        if ArchiveTest.found is None:
-            ArchiveTest.found = self.read_contents()
-        return dict(ArchiveTest.found)
-
-    def read_contents(self):
-        with zipfile.ZipFile(self.made()) as archive:
+        with zipfile.ZipFile(io.BytesIO(self.first_archive())) as archive:
             self.assertIsNone(archive.testzip())
             names = archive.namelist()
             self.assertEqual(names, sorted(names))
@@ -120,8 +152,115 @@ class ArchiveTest(unittest.TestCase):
         instructions = contents["INSTALL.txt"].decode("ascii")
         listed = re.search(r"What is in the download\r\n-+\r\n\r\n(.*?)\r\n\r\n", instructions,
                            re.S).group(1)
-        names = [line.split()[0].replace("\\", "/") for line in listed.split("\r\n")]
-        self.assertEqual(sorted(names), sorted(FILES + ["images"]))
+        listed = [name.replace("\\", "/") for name in re.findall(r"^  (\S+)", listed, re.M)]
+        for name in listed:
+            self.assertTrue(name in contents or any(each.startswith(name + "/") for each in contents),
+                            name)
+        for name in contents:
+            self.assertTrue(any(name == each or name.startswith(each + "/") for each in listed), name)
+
+    def test_each_release_has_its_row_where_users_look(self):
+        wanted = {str(host.release): "product" if host.release == 2012 else "preview" for host in HOSTS}
+        self.assertEqual(wanted, {str(host.release): host.state for host in HOSTS})
+        found = re.findall(r"^  (\d{4})  +.*?  +(\w+)(: not yet run on the host)?$",
+                           source("package/INSTALL.txt.in"), re.M)
+        self.assertEqual(wanted, {release: state for release, state, _ in found})
+        readme = re.findall(r"^\| 3ds Max (\d{4}) \|[^|]+\| (\w+)(: not yet run on the host)? \|",
+                            source("README.md"), re.M)
+        self.assertEqual(found, readme)
+        for release, state, unseen in found:
+            self.assertEqual(state == "preview", bool(unseen), release)
+
+    def test_a_release_takes_the_file_of_its_own_interface(self):
+        for host in HOSTS:
+            self.assertIn(int(host.generation), (host.release, PAIRS.get(host.release)), host)
+
+    def test_later_releases_find_their_files_in_the_bundle(self):
+        package = xml.fromstring(self.contents()[BUNDLE + "PackageContents.xml"])
+        rows = {}
+        for components in package.iter("Components"):
+            years, entry = components.find("RuntimeRequirements"), components.find("ComponentEntry")
+            self.assertEqual(years.get("SeriesMin"), years.get("SeriesMax"))
+            rows.setdefault(int(years.get("SeriesMin")), []).append(
+                (components.get("Description"), entry.get("ModuleName")))
+        icons = [(kind, "./Contents/icons/") for kind in ("light icon paths parts",
+                                                          "dark icon paths parts")]
+        self.assertEqual(rows, {
+            host.release: [("plugins parts", f"./Contents/{host.generation}/KarvelMax.gup")] +
+                          (icons if host.release >= 2017 else []) for host in LATER})
+        self.assertEqual(package.get("UpgradeCode"), "{847E38AF-6F7B-4A59-8046-48407547DAD6}")
+        self.assertNotEqual(package.get("UpgradeCode"), package.get("ProductCode"))
+        self.assertEqual(package.get("AppVersion"), "1.5.0")
+
+    def inside_bundle(self):
+        return {name.removeprefix(BUNDLE): data for name, data in self.contents().items()
+                if name.startswith(BUNDLE)}
+
+    def test_the_bundle_is_valid(self):
+        self.assertEqual([], bundle.problems(self.inside_bundle(), LATER))
+
+    def test_a_bundle_that_is_against_the_format_is_found(self):
+        changes = {
+            r' SeriesMax="2016"': "",                            # a series is missing
+            r' SeriesMin="2018"': ' SeriesMin="R18"',
+            r' ModuleName="./Contents/2016/KarvelMax.gup"': "",  # a component without its file
+            r'"plugins parts"': '"plug-in parts"',
+            r' UpgradeCode="[^"]*"': ' UpgradeCode="karvel"',
+            r' OS="Win64"': ' OS="Win32"',
+            r' ProductType="Application"': "",
+            r'"./Contents/2016': r'"..\\2016',
+            r"<CompanyDetails[^>]*>": "",
+            r"<RuntimeRequirements[^>]*>": "",
+            r"</ApplicationPackage>": "",
+        }
+        for old, new in changes.items():
+            files = self.inside_bundle()
+            text = files["PackageContents.xml"].decode("utf-8")
+            changed = re.sub(old, new, text, count=1)
+            self.assertNotEqual(text, changed, old)
+            files["PackageContents.xml"] = changed.encode("utf-8")
+            found = bundle.problems(files, LATER)
+            self.assertTrue(found, old)
+            self.assertRegex(found[0], r"^\d+: ", old)
+
+    def test_a_bundle_that_does_not_give_each_release_its_file_is_found(self):
+        self.assertEqual(bundle.problems({}, LATER), ["is missing"])
+
+        files = self.inside_bundle()
+        del files["Contents/2016/KarvelMax.gup"]
+        self.assertEqual(bundle.problems(files, LATER),
+                         ["Contents/2016/KarvelMax.gup is not in the bundle"] * 2)
+
+        files = {name: data for name, data in self.inside_bundle().items()
+                 if not name.startswith("Contents/icons/")}
+        self.assertEqual(set(bundle.problems(files, LATER)), {"Contents/icons/ is not in the bundle"})
+
+        def with_text(old, new):
+            files = self.inside_bundle()
+            text = files["PackageContents.xml"].decode("utf-8")
+            self.assertIn(old, text)
+            return bundle.problems(
+                {**files, "PackageContents.xml": text.replace(old, new, 1).encode("utf-8")}, LATER)
+
+        self.assertEqual(with_text('SeriesMin="2016" SeriesMax="2016"',
+                                   'SeriesMin="2016" SeriesMax="2018"'),
+                         ["2016 to 2018 is a range, give each release a row"])
+        self.assertEqual(with_text('SeriesMin="2016" SeriesMax="2016"',
+                                   'SeriesMin="2017" SeriesMax="2017"'),
+                         ["2016 does not load Contents/2016/KarvelMax.gup",
+                          "2017 loads Contents/2016/KarvelMax.gup, which is not for it"])
+        self.assertEqual(with_text('SeriesMin="2016" SeriesMax="2016"',
+                                   'SeriesMin="2015" SeriesMax="2015"'),
+                         ["2016 does not load Contents/2016/KarvelMax.gup",
+                          "2015 loads Contents/2016/KarvelMax.gup twice"])
+        self.assertEqual(with_text("Contents/2018/KarvelMax.gup", "Contents/2016/KarvelMax.gup"),
+                         ["2018 does not load Contents/2018/KarvelMax.gup",
+                          "2018 loads Contents/2016/KarvelMax.gup, which is not for it"])
+
+        files = self.inside_bundle()
+        files["Contents/2017/KarvelMax.gup"] = b""
+        self.assertEqual(bundle.problems(files, LATER),
+                         ["Contents/2017/KarvelMax.gup is loaded by no release"])
 
     def test_pages_are_the_repository_s_own(self):
         contents = self.contents()
@@ -168,10 +307,6 @@ class ArchiveTest(unittest.TestCase):
         self.assertIn(b"/Subtype /Image", sheet)
         self.assertNotIn(b"/URI", sheet)
 
-    def test_no_file_that_this_host_does_not_read(self):
-        self.assertNotIn("PackageContents.xml", {os.path.basename(name)
-                                                 for name in self.contents()})
-
     def test_says_whose_it_is(self):
         contents = self.contents()
         for name in PAGES + ["INSTALL.txt", "NOTICE.txt"]:
@@ -187,45 +322,47 @@ class ArchiveTest(unittest.TestCase):
                                 for name, data in contents.items()})
 
     def test_same_input_gives_the_same_bytes(self):
-        first = self.made("first.zip")
-        build = self.copy_of_build()
-        for directory, _, names in os.walk(build):
+        first = self.first_archive()
+        self.copy_builds()
+        for directory, _, names in os.walk(self.builds):
             for name in names:
                 os.utime(os.path.join(directory, name), (1, 1))
-        done, second = self.make(build, "second.zip")
-        self.assertEqual(done.returncode, 0, done.stderr)
-        with open(first, "rb") as one, open(second, "rb") as other:
-            self.assertEqual(one.read(), other.read())
+        with open(self.made(), "rb") as second:
+            self.assertEqual(first, second.read())
 
     def test_refuses_the_gnu_file(self):
-        build = self.copy_of_build()
-        shutil.copy(os.path.join(GNU, "plugin", "KarvelMax.gup"), os.path.join(build, "plugin"))
-        done, output = self.make(build)
-        self.assertEqual(done.returncode, 1)
-        self.assertIn("KarvelMax.gup:0: it was not built for the host's C++ ABI", done.stderr)
-        self.assertEqual(len(done.stderr.splitlines()), 1)
-        self.assertFalse(os.path.exists(output))
+        self.copy_builds()
+        shutil.copy(os.path.join(GNU, "plugin", "KarvelMax.gup"), self.build(PRODUCT_BUILD, "plugin"))
+        self.refused(r"KarvelMax\.gup:0: it was not built for the host's C\+\+ ABI")
+
+    def test_refuses_the_file_of_another_generation(self):
+        self.copy_builds()
+        shutil.copy(self.build("msvc-2018", "plugin", "KarvelMax.gup"),
+                    self.build("msvc-2016", "plugin"))
+        self.refused(r"msvc-2016/plugin/KarvelMax\.gup:0: it does not announce 0x42682c00, "
+                     "which hosts of 2016 take, but 0x4e203200")
 
     def test_refuses_a_file_that_is_no_plugin(self):
-        build = self.copy_of_build()
-        plugin = os.path.join(build, "plugin", "KarvelMax.gup")
+        self.copy_builds()
+        plugin = self.build(PRODUCT_BUILD, "plugin", "KarvelMax.gup")
         with open(plugin, "rb") as file:
             whole = file.read()
         for damaged in (b"", b"MZ", b"not a program at all" * 20, whole[:600]):
             with open(plugin, "wb") as file:
                 file.write(damaged)
-            done, output = self.make(build)
-            self.assertEqual(done.returncode, 1, damaged[:20])
-            self.assertRegex(done.stderr, r"\A\S+KarvelMax\.gup:0: .+\n\Z")
-            self.assertFalse(os.path.exists(output))
+            self.refused(r"KarvelMax\.gup:0: ")
 
     def test_names_a_missing_file(self):
-        build = self.copy_of_build()
-        os.remove(os.path.join(build, "package", "INSTALL.txt"))
-        done, output = self.make(build)
-        self.assertEqual(done.returncode, 1)
-        self.assertRegex(done.stderr, r"\A\S+INSTALL\.txt:0: .+\n\Z")
-        self.assertFalse(os.path.exists(output))
+        self.copy_builds()
+        os.remove(self.build(PRODUCT_BUILD, "package", "INSTALL.txt"))
+        self.refused(r"msvc/package/INSTALL\.txt:0: ")
+
+    def test_no_archive_without_a_file_for_each_host(self):
+        for place in ("plugin/KarvelMax.gup", "diagnostics/KarvelReport.gup"):
+            plugin = self.build(f"msvc-{LATER[-1].generation}", place)
+            os.rename(plugin, plugin + ".away")
+            self.refused(rf"msvc-\d{{4}}/{place}:0: ")
+            os.rename(plugin + ".away", plugin)
 
 
 if __name__ == "__main__":

@@ -8,12 +8,12 @@ directory=$(mktemp -d "${TMPDIR:-/tmp}/karvel-installed.XXXXXX")
 wine_session_ends_with_script "rm -rf '$directory'"
 
 cd "$directory" || exit 1
-"$karvel_root/tools/package/make_package.py" --build "$karvel_root/build/msvc" \
-    --output package.zip || exit 1
+"$karvel_root/tests/package/complete_builds.py" "$karvel_root/build" builds || exit 1
+"$karvel_root/tools/package/make_package.py" --builds builds --output package.zip || exit 1
 /usr/bin/python3 -m zipfile -e package.zip unpacked || exit 1
 (cd unpacked/KarvelMax && sha256sum --quiet -c SHA256SUMS) || exit 1
 mkdir -p host/plugins
-cp unpacked/KarvelMax/KarvelMax.gup host/plugins/
+cp unpacked/KarvelMax/2012/KarvelMax.gup host/plugins/
 cp "$karvel_root"/build/msvc/host/*.dll host/
 
 wine_session_begin null || exit 1

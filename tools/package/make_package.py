@@ -1,10 +1,11 @@
 #!/usr/bin/python3
-"""Makes the archive that a user downloads, from a finished msvc build.
+"""Makes the archive that a user downloads, from finished builds of all generations.
 
-usage: make_package.py --build DIRECTORY --output FILE.zip
+usage: make_package.py --builds DIRECTORY --output FILE.zip
+       make_package.py --list-builds
 
-Needs the packages python3-pefile and, for the pages that are made from the Markdown of the
-repository, python3-markdown and weasyprint.
+Needs the packages python3-pefile, libxml2-utils and, for the pages that are made from the Markdown of
+the repository, python3-markdown and weasyprint.
 The same input gives the same bytes: entries are sorted and carry one fixed time.
 """
 
@@ -14,65 +15,76 @@ import os
 import sys
 import zipfile
 
-import pefile
-
+import bundle
+import hosts
+import plugin_file
 import user_pages
 
 ROOT = "KarvelMax"
 # The oldest time that the format knows.
 FIXED_TIME = (1980, 1, 1, 0, 0, 0)
 
-# Place in the archive -> place in the build directory. 3ds Max reads bundles from 2014 on, so the
-# archive for 2012 is no bundle.
-CONTENTS = {
-    "KarvelMax.gup": "plugin/KarvelMax.gup",
-    "INSTALL.txt": "package/INSTALL.txt",
-    "NOTICE.txt": "package/NOTICE.txt",
-    "icons/Karvel_16i.bmp": "artwork/Karvel_16i.bmp",
-    "icons/Karvel_16a.bmp": "artwork/Karvel_16a.bmp",
-    "icons/Karvel_24i.bmp": "artwork/Karvel_24i.bmp",
-    "icons/Karvel_24a.bmp": "artwork/Karvel_24a.bmp",
-    "diagnostics/KarvelReport.gup": "diagnostics/KarvelReport.gup",
-}
+BUNDLE = "KarvelMax.bundle/"
+TEXTS = hosts.build_of(hosts.PRODUCT) + "/package/"
+PICTURES = hosts.build_of(hosts.PRODUCT) + "/artwork/"
+ICONS = ("Karvel_16i.bmp", "Karvel_16a.bmp", "Karvel_24i.bmp", "Karvel_24a.bmp")
+
+
+def places(served):
+    """Place in the archive -> place below the folder of all builds."""
+    found = {name: TEXTS + name for name in ("INSTALL.txt", "NOTICE.txt")}
+    found[BUNDLE + bundle.CONTENTS_FILE] = TEXTS + bundle.CONTENTS_FILE
+    icons = [BUNDLE + bundle.ICONS]
+    for host in served:
+        build = hosts.build_of(host.generation)
+        plugin = BUNDLE + bundle.plugin_of(host.generation)
+        if not host.takes_bundles:
+            plugin = f"{host.release}/KarvelMax.gup"
+            icons.append(f"{host.release}/icons/")
+        found[plugin] = f"{build}/plugin/KarvelMax.gup"
+        found[f"diagnostics/{host.generation}/KarvelReport.gup"] = \
+            f"{build}/diagnostics/KarvelReport.gup"
+    found.update((folder + name, PICTURES + name) for folder in icons for name in ICONS)
+    return found
 
 
 class PackageError(Exception):
     pass
 
 
-def check_plugin(data):
-    """Only a file whose names the host exports may reach a user."""
+def read(path, build):
     try:
-        file = pefile.PE(data=data, fast_load=True)
-        file.parse_data_directories([pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_IMPORT"]])
-    except pefile.PEFormatError as error:
-        raise PackageError(f"it is no Windows file ({error.value})") from None
-    if file.FILE_HEADER.Machine != pefile.MACHINE_TYPE["IMAGE_FILE_MACHINE_AMD64"]:
-        raise PackageError("it is no 64-bit file")
-    core = [each.name.decode("latin-1") for dll in getattr(file, "DIRECTORY_ENTRY_IMPORT", [])
-            if dll.dll == b"core.dll" for each in dll.imports if each.name]
-    foreign = [name for name in core if not name.startswith("?")]
-    if not core or foreign:
-        raise PackageError("it was not built for the host's C++ ABI"
-                           + (f" (it imports {foreign[0]})" if foreign else "")
-                           + ", package the msvc build")
+        with open(path, "rb") as file:
+            return file.read()
+    except OSError as error:
+        raise PackageError(f"{path}:0: {error.strerror}, build it with ./dev build {build}") from None
 
 
-def make(build, output):
+def add_bundle(files, served):
+    """Completes the bundle among the files of the archive."""
+    in_bundles = [host for host in served if host.takes_bundles]
+    name = BUNDLE + bundle.CONTENTS_FILE
+    files[name] = bundle.make_contents(files[name], in_bundles)
+    inside = {place.removeprefix(BUNDLE): data for place, data in files.items()
+              if place.startswith(BUNDLE)}
+    for problem in bundle.problems(inside, in_bundles):
+        raise PackageError(f"{name}:0: {problem}")
+
+
+def make(builds, output):
+    served = hosts.read()
+    generations = {hosts.build_of(host.generation): host.generation for host in served}
     files = {}
-    for name, place in CONTENTS.items():
-        path = os.path.join(build, place)
-        try:
-            with open(path, "rb") as file:
-                files[name] = file.read()
-        except OSError as error:
-            raise PackageError(f"{path}:0: {error.strerror}, build it with ./dev build msvc") from None
-    for name in (name for name in CONTENTS if name.endswith(".gup")):
-        try:
-            check_plugin(files[name])
-        except PackageError as error:
-            path = os.path.join(build, CONTENTS[name])
-            raise PackageError(f"{path}:0: {error}") from None
+    for name, place in places(served).items():
+        path = os.path.join(builds, place)
+        build = place.split("/")[0]
+        files[name] = read(path, build)
+        if name.endswith(".gup"):
+            try:
+                plugin_file.check(files[name], generations[build])
+            except plugin_file.FileError as error:
+                raise PackageError(f"{path}:0: {error}") from None
+    add_bundle(files, served)
 
     # The line of the notice that says whose this is stands below each page.
     files.update(user_pages.make(files["NOTICE.txt"].decode("ascii").splitlines()[1]))
@@ -94,12 +106,18 @@ def make(build, output):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("--build", required=True)
-    parser.add_argument("--output", required=True)
+    parser.add_argument("--builds", help="the folder with a build of each generation")
+    parser.add_argument("--output", help="the archive")
+    parser.add_argument("--list-builds", action="store_true", help="which builds it takes, a line each")
     options = parser.parse_args()
+    if options.list_builds:
+        print(*map(hosts.build_of, hosts.generations(hosts.read())), sep="\n")
+        return 0
+    if not options.builds or not options.output:
+        parser.error("--builds and --output are needed")
     try:
-        make(options.build, options.output)
-    except (PackageError, user_pages.PageError) as error:
+        make(options.builds, options.output)
+    except (PackageError, plugin_file.make_sdk.Wrong, user_pages.PageError) as error:
         print(error, file=sys.stderr)
         return 1
     return 0

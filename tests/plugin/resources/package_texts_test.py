@@ -35,7 +35,10 @@ class Instructions(unittest.TestCase):
 
     def test_tells_what_a_user_needs(self):
         for words in ("3ds Max 2012", "folder  plugins  of", "UI\\Icons", "Karvel.ini",
-                      "plug-in configuration folder", "\r\nRemove\r\n", "\r\nInstall\r\n",
+                      "plug-in configuration folder", "\r\nRemove\r\n",
+                      "\r\nInstall: 3ds Max 2012\r\n", "\r\nInstall: later releases\r\n",
+                      "%ProgramData%\\Autodesk\\ApplicationPlugins",
+                      "%APPDATA%\\Autodesk\\ApplicationPlugins", "Unblock", "getDir #userIcons",
                       "\r\nUpdate\r\n", "\r\nSettings\r\n", "SHA256SUMS"):
             self.assertIn(words, self.text)
 
