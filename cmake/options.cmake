@@ -8,8 +8,8 @@ set(KARVEL_ABI "" CACHE STRING "Which build this is: gnu, msvc or native; set by
 set_property(CACHE KARVEL_ABI PROPERTY STRINGS gnu msvc native)
 set(MAXSDK "" CACHE PATH "Folder of the real SDK (with include/ and x64/lib/); empty: sdk/")
 set(KARVEL_SDK_GENERATION 2012 CACHE STRING
-    "Which SDK the plug-in is bound to: 2012 (the one that ships), 2016, 2018 or 2024")
-set_property(CACHE KARVEL_SDK_GENERATION PROPERTY STRINGS 2012 2016 2018 2024)
+    "Which SDK the plug-in is bound to: 2012 (the one that ships), 2016, 2018, 2024 or 2026")
+set_property(CACHE KARVEL_SDK_GENERATION PROPERTY STRINGS 2012 2016 2018 2024 2026)
 option(KARVEL_FUZZERS "Make the fuzzers with libFuzzer (native, with clang)" OFF)
 option(KARVEL_COVERAGE "Count the executed lines of the plug-in (gnu only)" OFF)
 
@@ -38,12 +38,13 @@ endif()
 if(KARVEL_SDK_GENERATION STREQUAL 2012)
     set(KARVEL_LATER_HOST FALSE)
     set(KARVEL_GENERATION_DIR ansi)
-elseif(KARVEL_SDK_GENERATION MATCHES "^(2016|2018|2024)$")
+elseif(KARVEL_SDK_GENERATION MATCHES "^(2016|2018|2024|2026)$")
     set(KARVEL_LATER_HOST TRUE)
     set(KARVEL_GENERATION_DIR unicode)
 else()
     message(FATAL_ERROR
-        "KARVEL_SDK_GENERATION is '${KARVEL_SDK_GENERATION}', it can be 2012, 2016, 2018 or 2024")
+        "KARVEL_SDK_GENERATION is '${KARVEL_SDK_GENERATION}', it can be 2012, 2016, 2018, 2024 or "
+        "2026")
 endif()
 if(KARVEL_COVERAGE AND NOT KARVEL_GNU)
     message(FATAL_ERROR "KARVEL_COVERAGE needs the gnu build: cmake --preset coverage")
@@ -76,10 +77,8 @@ foreach(dir ${KARVEL_BIN_DIR} ${KARVEL_HOST_DIR} ${KARVEL_PLUGIN_DIR}
     file(MAKE_DIRECTORY ${dir})
 endforeach()
 
-# Generations of the host beside the one that ships: those that have a column under sdk/, and those
-# that files are built for.
-set(KARVEL_LATER_GENERATIONS 2016 2018 2024 2026)
-set(KARVEL_LATER_HOSTS 2016 2018 2024)
+# Generations of the host beside the one that ships.
+set(KARVEL_LATER_HOSTS 2016 2018 2024 2026)
 
 # The host DLLs by the names that 3ds Max gives them.
 set(KARVEL_HOST_DLLS core maxutil MAXScrpt gup ParamBlk2 menus)

@@ -132,8 +132,13 @@ using TableName = const MSTR;
 #else
 using TableName = MSTR;
 #endif
+#if SDK_GENERATION >= 2026
+using TableActions = const ActionDescription;
+#else
+using TableActions = ActionDescription;
+#endif
 ActionTable::ActionTable(ActionTableId id, ActionContextId contextId, TableName& name,
-                         HACCEL hDefaults, int numIds, ActionDescription* pOps, HINSTANCE hInst)
+                         HACCEL hDefaults, int numIds, TableActions* pOps, HINSTANCE hInst)
     : mId(id),
       mContextId(contextId),
       mName(name),
@@ -170,7 +175,13 @@ int ActionTable::ReadPersistentActionId(TableName& idString) {
 // clang-format off
 ActionCallback::ActionCallback() : mpTable(nullptr) {}
 ActionCallback::~ActionCallback() = default;
+#if SDK_GENERATION >= 2026
+void ActionCallback::PopulateDynamicMenu(MaxSDK::CUI::ICuiDynamicMenu*, int, HWND,
+                                         const IPoint2&) {}
+void ActionCallback::DynamicMenuItemSelected(int, int) {}
+#else
 IMenu* ActionCallback::GetDynamicMenu(int, HWND, IPoint2&) { return nullptr; }
+#endif
 
 BaseInterface* ActionTable::GetInterface(Interface_ID id) { return id == GetID() ? this : nullptr; }
 Interface_ID ActionTable::GetID() { return Interface_ID(mId, mContextId); }

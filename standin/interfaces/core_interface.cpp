@@ -89,13 +89,23 @@ HostSelectionSets g_selectionSets;
 
 class HostInterface final : public WithViewports<HostView> {
 public:
+#if SDK_GENERATION >= 2026
+    MSTR GetDir(int which) override { return MSTR(Kept(eng_dir(which))); }
+#else
     const MCHAR* GetDir(int which) override { return Kept(eng_dir(which)); }
+#endif
     void RegisterDlgWnd(HWND dialog) override { eng_register_dialog(dialog); }
     int UnRegisterDlgWnd(HWND dialog) override { return eng_unregister_dialog(dialog); }
     IActionManager* GetActionManager() override {
         return Given("GetActionManager", HostActionManager());
     }
+#if SDK_GENERATION >= 2026
+    MaxSDK::CUI::ICuiMenuManager* GetICuiMenuManager() override {
+        return Unexpected("GetICuiMenuManager");
+    }
+#else
     IMenuManager* GetMenuManager() override { return Given("GetMenuManager", HostMenuManager()); }
+#endif
     MacroRecorder* GetMacroRecorder() override {
         return Given<MacroRecorder>("GetMacroRecorder", &g_recorder);
     }
@@ -164,7 +174,11 @@ DWORD Get3DSMAXVersion() { return eng_version(); }
 
 Hold theHold;
 void Hold::Begin() { eng_hold_begin(); }
+#if SDK_GENERATION >= 2026
+void Hold::Accept(const MSTR& name) { eng_hold_accept(Narrow(name.data())); }
+#else
 void Hold::Accept(GivenText name) { eng_hold_accept(Narrow(name)); }
+#endif
 void Hold::Cancel() { eng_hold_cancel(); }
 
 Interval::Interval(TimeValue first, TimeValue last) : start(first), end(last) {}

@@ -6,10 +6,14 @@
 #include <max.h>
 
 #include <INamedSelectionSetManager.h>
-#include <imenuman.h>
 #include <macrorec.h>
+#if SDK_GENERATION < 2026
+#include <imenuman.h>
+#endif
 
 IActionManager* HostActionManager();
+#if SDK_GENERATION < 2026
 IMenuManager* HostMenuManager();
+#endif
 
 CommandMode* ModeObject(eng_mode* handle);

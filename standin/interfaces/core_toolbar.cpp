@@ -1,7 +1,9 @@
 // core.dll: the toolbars and their buttons, and the menu manager.
 
 #include "standin/interfaces/core_objects.h"
+#if SDK_GENERATION < 2026
 #include "standin/interfaces/menu_objects.h"
+#endif
 
 namespace {
 
@@ -19,6 +21,7 @@ public:
 class HostToolbars final : public CUIFrameMgr {};
 HostToolbars g_toolbars;
 
+#if SDK_GENERATION < 2026
 class HostManagerOfMenus final : public Published<IMenuManager> {
 public:
     bool RegisterMenu(IMenu* menu, DWORD flags) override {
@@ -31,11 +34,14 @@ public:
     IMenu* GetMainMenuBar() override { return ObjectOf<HostMenu>(eng_main_menu()); }
 };
 HostManagerOfMenus g_menuManager;
+#endif
 
 }  // namespace
 
 // clang-format off
+#if SDK_GENERATION < 2026
 IMenuManager* HostMenuManager() { return &g_menuManager; }
+#endif
 CUIFrameMgr* GetCUIFrameMgr() { return Given<CUIFrameMgr>("GetCUIFrameMgr", &g_toolbars); }
 void CUIFrameMgr::SetMacroButtonStates(BOOL force) { eng_set_macro_button_states(force); }
 ICustButton* CUIFrameMgr::GetICustButton(int id) {

@@ -1,5 +1,11 @@
 // menus.dll: where menus and their entries come from.
 
+#include "standin/interfaces/host_dll.h"
+
+#include <sdk_layout.h>
+
+// The host of 2026 has none of these menus.
+#if SDK_GENERATION < 2026
 #include "standin/interfaces/menu_objects.h"
 
 #if SDK_GENERATION < 2016
@@ -21,3 +27,4 @@ void ReleaseIMenu(IMenu* menu) { Release<HostMenu>(menu, eng_release_menu); }
 void ReleaseIMenuItem(IMenuItem* item) { Release<HostMenuItem>(item, eng_release_item); }
 #endif
 // clang-format on
+#endif

@@ -34,7 +34,7 @@ REFUSED = [
     ("play --abi clang dev", "gnu, msvc"),
     ("play --abi=clang dev", "gnu, msvc"),
     ("play --abi gnu --host 2024 dev", "--abi msvc only"),
-    ("play --host unicode dev", "it can be 2012, 2016, 2018, 2024"),
+    ("play --host unicode dev", "it can be 2012, 2016, 2018, 2024, 2026"),
     ("play --queries=yes dev", "--queries takes no value"),
     ("play --seed 1 dev", "no option --seed"),
     ("play -x dev", "no option -x"),

@@ -17,6 +17,15 @@ choose_build "$built" "$abi"
 
 shopt -s nullglob
 files=(tests/scenarios/*/"$area"/*.scn)
+# What a later host does not have, with the reasons.
+differences=tests/scenarios/host_${abi#msvc-}.txt
+if [ -f "$differences" ]; then
+    sed -n 's/^without //p' "$differences" | while read -r file; do
+        [ -f "$file" ] || { echo "$differences names $file, which is not there" >&2; exit 1; }
+    done || exit 1
+    mapfile -t files < <(printf '%s\n' "${files[@]}" |
+        grep -vxFf <(sed -n 's/^without //p' "$differences"))
+fi
 if [ ${#files[@]} -eq 0 ]; then
     echo "tests/scenarios/*/$area holds no scenario: a test of nothing" >&2
     exit 1
@@ -29,7 +38,7 @@ traces=$(dirname "$built")/traces
 mkdir -p "$traces"
 trace=$traces/$area.$abi.$input.trace
 rm -f "$trace"
-list=$traces/$area.files
+list=$traces/$area.$abi.files
 messages=$traces/$area.$abi.$input.messages
 printf '%s\n' "${files[@]}" >"$list"
 run_wine "$program" play "${where[@]}" --strict --input "$input" \
