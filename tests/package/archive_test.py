@@ -339,8 +339,8 @@ class ArchiveTest(unittest.TestCase):
         self.copy_builds()
         shutil.copy(self.build("msvc-2018", "plugin", "KarvelMax.gup"),
                     self.build("msvc-2016", "plugin"))
-        self.refused(r"msvc-2016/plugin/KarvelMax\.gup:0: it does not announce 0x42682c00, "
-                     "which hosts of 2016 take, but 0x4e203200")
+        self.refused(r"msvc-2016/plugin/KarvelMax\.gup:0: it announces 0x4e203200, "
+                     "hosts of 2016 take 0x42682c00, ")
 
     def test_refuses_a_file_that_is_no_plugin(self):
         self.copy_builds()
@@ -350,7 +350,7 @@ class ArchiveTest(unittest.TestCase):
         for damaged in (b"", b"MZ", b"not a program at all" * 20, whole[:600]):
             with open(plugin, "wb") as file:
                 file.write(damaged)
-            self.refused(r"KarvelMax\.gup:0: ")
+            self.refused(r"KarvelMax\.gup:")
 
     def test_names_a_missing_file(self):
         self.copy_builds()

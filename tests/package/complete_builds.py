@@ -10,9 +10,10 @@ import os
 import pathlib
 import sys
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools" / "package"))
+for folder in ("building", "package"):
+    sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools" / folder))
 import hosts  # noqa: E402
-import plugin_file  # noqa: E402
+import make_sdk  # noqa: E402
 
 PLUGINS = ("plugin/KarvelMax.gup", "diagnostics/KarvelReport.gup")
 
@@ -21,9 +22,9 @@ def made_up(product, generation):
     with open(product, "rb") as file:
         data = file.read()
     # mov eax, number; ret
-    old, new = (b"\xb8" + plugin_file.version_word(each).to_bytes(4, "little") + b"\xc3"
+    old, new = (make_sdk.Generation(make_sdk.SDK, each).version_word.to_bytes(4, "little")
                 for each in (hosts.PRODUCT, generation))
-    return data.replace(old, new)
+    return data.replace(b"\xb8" + old + b"\xc3", b"\xb8" + new + b"\xc3")
 
 
 def complete(root, folder):

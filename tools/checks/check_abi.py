@@ -449,11 +449,14 @@ def compare_derived_tables(report, expected, file, symbols, classes):
                    " ".join(sorted(seen)))
 
 
-def version_word(file, symbols):
-    """What the plug-in announces to the host, out of the code of the function that knows it."""
-    address = next((address for address, names in symbols.items()
-                    if "?VersionWord@host@@YAKXZ" in names), None)
-    code = file.get_data(address - file.OPTIONAL_HEADER.ImageBase, 6) if address else b""
+def version_word(file):
+    """What the plug-in announces to the host, out of the code of the function that the host asks."""
+    directory = getattr(file, "DIRECTORY_ENTRY_EXPORT", None)
+    address = next((each.address for each in directory.symbols if each.name == b"LibVersion"),
+                   None) if directory else None
+    code = file.get_data(address, 6) if address else b""
+    if code[:1] == b"\xe9":  # jmp: it is only handed on
+        code = file.get_data(address + 5 + struct.unpack("<i", code[1:5])[0], 6)
     # mov eax, the word; ret
     return struct.unpack("<I", code[1:5])[0] if code[:1] == b"\xb8" and code[5:] == b"\xc3" else None
 
@@ -489,7 +492,7 @@ def compare_plugin(report, expected, path, map_path, import_lists, classes, word
             report.compare(f"imports of {dll}", f"{len(names)} names", "a DLL of Windows",
                            "a DLL of Windows" if dll.lower() in system else "another DLL")
     symbols = read_map(map_path)
-    found = version_word(file, symbols)
+    found = version_word(file)
     report.compare("plug-in", "version word", f"{word:#x}", "none" if found is None else f"{found:#x}")
     compare_derived_tables(report, expected, file, symbols, classes)
 

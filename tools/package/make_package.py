@@ -12,13 +12,18 @@ The same input gives the same bytes: entries are sorted and carry one fixed time
 import argparse
 import hashlib
 import os
+import pathlib
 import sys
 import zipfile
 
 import bundle
 import hosts
-import plugin_file
 import user_pages
+
+for folder in ("building", "checks"):
+    sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / folder))
+import check_abi  # noqa: E402
+import make_sdk  # noqa: E402
 
 ROOT = "KarvelMax"
 # The oldest time that the format knows.
@@ -60,6 +65,22 @@ def read(path, build):
         raise PackageError(f"{path}:0: {error.strerror}, build it with ./dev build {build}") from None
 
 
+def check_plugin(path, generation):
+    """Only a file that its host can load may reach a user."""
+    _, file = check_abi.read_plugin(path)
+    core = check_abi.imports_of(file).get("core.dll", [])
+    foreign = [name for name in core if not name.startswith("?")]
+    if not core or foreign:
+        raise PackageError(f"{path}:0: it was not built for the host's C++ ABI"
+                           + (f" (it imports {foreign[0]})" if foreign else "")
+                           + ", package the msvc build")
+    wanted = make_sdk.Generation(make_sdk.SDK, generation).version_word
+    found = check_abi.version_word(file)
+    if found != wanted:
+        raise PackageError(f"{path}:0: it announces {found and hex(found)}, hosts of {generation} take "
+                           f"{wanted:#x}, build it with ./dev build {hosts.build_of(generation)}")
+
+
 def add_bundle(files, served):
     """Completes the bundle among the files of the archive."""
     in_bundles = [host for host in served if host.takes_bundles]
@@ -80,10 +101,7 @@ def make(builds, output):
         build = place.split("/")[0]
         files[name] = read(path, build)
         if name.endswith(".gup"):
-            try:
-                plugin_file.check(files[name], generations[build])
-            except plugin_file.FileError as error:
-                raise PackageError(f"{path}:0: {error}") from None
+            check_plugin(path, generations[build])
     add_bundle(files, served)
 
     # The line of the notice that says whose this is stands below each page.
@@ -117,7 +135,7 @@ def main():
         parser.error("--builds and --output are needed")
     try:
         make(options.builds, options.output)
-    except (PackageError, plugin_file.make_sdk.Wrong, user_pages.PageError) as error:
+    except (PackageError, check_abi.Unreadable, make_sdk.Wrong, user_pages.PageError) as error:
         print(error, file=sys.stderr)
         return 1
     return 0
