@@ -312,6 +312,14 @@ TEST_F(Recordings, TellHowMuchTimeWentByBetweenCommands) {
     EXPECT_THAT(Lines(),
                 ElementsAre("move screen 1 1", "expect answer pass", "clock +50", "command 10",
                             "expect answer 1", "clock +7", "command 10", "expect answer 1"));
+    during_ = [this] {
+        now_ += 200;
+        Move(2, 1);
+    };
+    Command(21);
+    now_ += 3;
+    Command(10);
+    EXPECT_THAT(Lines(), testing::Contains("clock +3"));
 }
 
 TEST_F(Recordings, ExpectNothingOfAnEventWithOthersInIt) {
@@ -416,6 +424,15 @@ TEST_F(Recordings, SayNothingAboutWhatNobodyKnows) {
     Row("action 0 40105 *") = 1;
     Move(2, 1);
     EXPECT_THAT(Lines(), ElementsAre("action 0 40105 on", "move screen 2 1", "expect answer pass"));
+}
+
+TEST_F(Recordings, SayNothingAboutWhatNobodyKnowsAnyMore) {
+    Sends({{Input::kDown, 0}});
+    Row("action 0 40105 *") = 0;
+    Mouse(Input::kDown, Button::kLeft, 0, 0);
+    Row("action 0 40105 *") = kNotTold;
+    Move(1, 1);
+    EXPECT_THAT(Lines(), ElementsAre("move screen 1 1", "expect answer pass"));
 }
 
 TEST_F(Recordings, FollowTheStackOfTools) {
