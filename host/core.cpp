@@ -23,7 +23,8 @@ HWND MainWindow() {
 
 const char* ConfigurationDirectory() {
     Interface* core = Core();
-    return PathFromHost(core ? core->GetDir(APP_PLUGCFG_DIR) : nullptr);
+    if (!core) return PathFromHost(nullptr);
+    return PathFromHost(core->GetDir(APP_PLUGCFG_DIR));
 }
 
 void RegisterDialogWindow(HWND dialog) {

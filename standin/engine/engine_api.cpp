@@ -2,7 +2,10 @@
 #include "standin/engine/engine_api.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -140,6 +143,68 @@ void SetAction(eng_item& item, unsigned long table, int id) {
     item.has_action = true;
     item.table = table;
     item.action = id;
+}
+
+int AddNotification(void* procedure, void* own, int code) {
+    g_world.notifications.push_back({procedure, own, code});
+    return 1;
+}
+
+// As Windows writes it; empty for none.
+std::string IdText(const void* id) {
+    GUID guid;
+    std::memcpy(&guid, id, sizeof guid);
+    if (IsEqualGUID(guid, GUID{})) return {};
+    char text[40];
+    std::snprintf(text, sizeof text, "%08lx-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x",
+                  guid.Data1, guid.Data2, guid.Data3, guid.Data4[0], guid.Data4[1], guid.Data4[2],
+                  guid.Data4[3], guid.Data4[4], guid.Data4[5], guid.Data4[6], guid.Data4[7]);
+    return text;
+}
+
+// Where the entry with this id stands in the menu; at its end for none, nowhere for an unknown one.
+std::optional<int> PlaceBefore(const eng_menu& menu, const std::string& id) {
+    const auto found = std::find_if(menu.items.begin(), menu.items.end(),
+                                    [&](const eng_item* item) { return item->id == id; });
+    if (!id.empty() && found == menu.items.end()) return std::nullopt;
+    return id.empty() ? -1 : static_cast<int>(found - menu.items.begin());
+}
+
+// Null: the menus are not being loaded, something has the id already, or there is no such place.
+eng_item* CreateEntry(eng_menu& menu, const void* given_id, const void* before) {
+    const std::optional<int> place = PlaceBefore(menu, IdText(before));
+    const std::string id = IdText(given_id);
+    const bool known = std::any_of(g_world.items.begin(), g_world.items.end(),
+                                   [&](const auto& item) { return item->id == id; });
+    if (!g_world.menus_loading || known || !place) return nullptr;
+    eng_item* const item = New(g_world.items);
+    item->id = id;
+    AddItem(menu, item, *place);
+    return item;
+}
+
+eng_menu* CreateSubMenu(eng_menu& menu, const void* id, const char* title, const void* before) {
+    eng_item* const entry = CreateEntry(menu, id, before);
+    if (!entry) return nullptr;
+    entry->submenu = New(g_world.menus);
+    entry->submenu->title = title;
+    entry->submenu->registered = true;
+    return entry->submenu;
+}
+
+int CreateAction(eng_menu& menu, const void* id, unsigned long table, int action, const char* title,
+                 const void* before) {
+    eng_item* const entry = CreateEntry(menu, id, before);
+    if (!entry) return 0;
+    entry->title = title;
+    SetAction(*entry, table, action);
+    return 1;
+}
+
+int CreateSeparator(eng_menu& menu, const void* id, const void* before) {
+    eng_item* const entry = CreateEntry(menu, id, before);
+    if (entry) entry->separator = true;
+    return entry != nullptr;
 }
 
 eng_button* ToolbarButton(int id) {

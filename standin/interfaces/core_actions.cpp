@@ -133,12 +133,12 @@ using TableName = const MSTR;
 using TableName = MSTR;
 #endif
 #if SDK_GENERATION >= 2026
-using TableActions = const ActionDescription;
+using Description = const ActionDescription;
 #else
-using TableActions = ActionDescription;
+using Description = ActionDescription;
 #endif
 ActionTable::ActionTable(ActionTableId id, ActionContextId contextId, TableName& name,
-                         HACCEL hDefaults, int numIds, TableActions* pOps, HINSTANCE hInst)
+                         HACCEL hDefaults, int numIds, Description* pOps, HINSTANCE hInst)
     : mId(id),
       mContextId(contextId),
       mName(name),
@@ -176,8 +176,7 @@ int ActionTable::ReadPersistentActionId(TableName& idString) {
 ActionCallback::ActionCallback() : mpTable(nullptr) {}
 ActionCallback::~ActionCallback() = default;
 #if SDK_GENERATION >= 2026
-void ActionCallback::PopulateDynamicMenu(MaxSDK::CUI::ICuiDynamicMenu*, int, HWND,
-                                         const IPoint2&) {}
+void ActionCallback::PopulateDynamicMenu(MaxSDK::CUI::ICuiDynamicMenu*, int, HWND, const IPoint2&) {}
 void ActionCallback::DynamicMenuItemSelected(int, int) {}
 #else
 IMenu* ActionCallback::GetDynamicMenu(int, HWND, IPoint2&) { return nullptr; }

@@ -18,7 +18,7 @@ namespace {
 class HostNode final : public StandsFor<Published<INode>, eng_node> {
 public:
     using StandsFor::StandsFor;
-    AnsweredText GetName() override { return Kept(eng_node_name(m_handle)); }
+    AnsweredText GetName() override { return Unexpected("INode::GetName"); }
     void Hide(BOOL onOff) override { eng_node_hide(m_handle, onOff); }
     int IsHidden(DWORD, BOOL) override { return eng_node_is_hidden(m_handle); }
 #if SDK_GENERATION >= 2018
@@ -100,11 +100,9 @@ public:
         return Given("GetActionManager", HostActionManager());
     }
 #if SDK_GENERATION >= 2026
-    MaxSDK::CUI::ICuiMenuManager* GetICuiMenuManager() override {
-        return Unexpected("GetICuiMenuManager");
-    }
+    MenuManager* GetICuiMenuManager() override { return HostMenuManager(); }
 #else
-    IMenuManager* GetMenuManager() override { return Given("GetMenuManager", HostMenuManager()); }
+    MenuManager* GetMenuManager() override { return HostMenuManager(); }
 #endif
     MacroRecorder* GetMacroRecorder() override {
         return Given<MacroRecorder>("GetMacroRecorder", &g_recorder);

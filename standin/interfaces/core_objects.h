@@ -7,13 +7,17 @@
 
 #include <INamedSelectionSetManager.h>
 #include <macrorec.h>
-#if SDK_GENERATION < 2026
+
+// Who has the menus: an interface of its own from 2025 on.
+#if SDK_GENERATION >= 2026
+#include <CUI/ICuiMenuManager.h>
+using MenuManager = MaxSDK::CUI::ICuiMenuManager;
+#else
 #include <imenuman.h>
+using MenuManager = IMenuManager;
 #endif
 
 IActionManager* HostActionManager();
-#if SDK_GENERATION < 2026
-IMenuManager* HostMenuManager();
-#endif
+MenuManager* HostMenuManager();  // null while a scenario makes the call fail
 
 CommandMode* ModeObject(eng_mode* handle);

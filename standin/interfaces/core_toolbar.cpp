@@ -1,9 +1,8 @@
-// core.dll: the toolbars and their buttons, and the menu manager.
+// core.dll: the toolbars and their buttons.
 
 #include "standin/interfaces/core_objects.h"
-#if SDK_GENERATION < 2026
-#include "standin/interfaces/menu_objects.h"
-#endif
+
+#include <custcont.h>
 
 namespace {
 
@@ -21,27 +20,9 @@ public:
 class HostToolbars final : public CUIFrameMgr {};
 HostToolbars g_toolbars;
 
-#if SDK_GENERATION < 2026
-class HostManagerOfMenus final : public Published<IMenuManager> {
-public:
-    bool RegisterMenu(IMenu* menu, DWORD flags) override {
-        return eng_register_menu(HandleOf<HostMenu>(menu), flags) != 0;
-    }
-    bool RegisterMenuBarContext(MenuContextId id, const MCHAR* name) override {
-        return eng_register_menu_context(id, Narrow(name)) != 0;
-    }
-    void UpdateMenuBar() override { eng_update_menu_bar(); }
-    IMenu* GetMainMenuBar() override { return ObjectOf<HostMenu>(eng_main_menu()); }
-};
-HostManagerOfMenus g_menuManager;
-#endif
-
 }  // namespace
 
 // clang-format off
-#if SDK_GENERATION < 2026
-IMenuManager* HostMenuManager() { return &g_menuManager; }
-#endif
 CUIFrameMgr* GetCUIFrameMgr() { return Given<CUIFrameMgr>("GetCUIFrameMgr", &g_toolbars); }
 void CUIFrameMgr::SetMacroButtonStates(BOOL force) { eng_set_macro_button_states(force); }
 ICustButton* CUIFrameMgr::GetICustButton(int id) {

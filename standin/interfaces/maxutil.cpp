@@ -6,6 +6,9 @@
 
 #include <baseinterface.h>
 #include <tab.h>
+#if SDK_GENERATION >= 2026
+#include <MaxGuid.h>
+#endif
 
 #include <cstring>
 
@@ -80,6 +83,30 @@ void zfree(void** memory) {
     eng_free(*memory);
     *memory = nullptr;
 }
+
+#if SDK_GENERATION >= 2026
+// "{8 digits-4-4-4-12}", each part the number that it reads.
+MaxSDK::MaxGuid::MaxGuid(const char* text) : data1(0), data2(0), data3(0), data4{} {
+    int digit = 0;
+    for (; *text != '\0' && digit < 32; ++text) {
+        const char c = *text;
+        const bool decimal = c >= '0' && c <= '9';
+        if (!decimal && (c < 'a' || c > 'f')) continue;
+        const int value = decimal ? c - '0' : c - 'a' + 10;
+        if (digit < 8) {
+            data1 = data1 * 16 + static_cast<unsigned long>(value);
+        } else if (digit < 12) {
+            data2 = static_cast<unsigned short>(data2 * 16 + value);
+        } else if (digit < 16) {
+            data3 = static_cast<unsigned short>(data3 * 16 + value);
+        } else {
+            unsigned char& byte = data4[(digit - 16) / 2];
+            byte = static_cast<unsigned char>(byte * 16 + value);
+        }
+        ++digit;
+    }
+}
+#endif
 
 BaseInterface* InterfaceServer::GetInterface(Interface_ID) {
     return nullptr;

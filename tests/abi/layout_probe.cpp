@@ -54,6 +54,19 @@ void CallMenus(IMenuManager* menus, IMenu* menu, IMenuItem* item) {
 }
 #endif
 
+#if SDK_GENERATION >= 2026 && __has_include(<CUI/ICuiMenu.h>)
+#include <CUI/ICuiMenu.h>
+#include <CUI/ICuiMenuManager.h>
+#include <notify.h>
+
+void CallLaterMenus(MaxSDK::CUI::ICuiMenuManager* menus, MaxSDK::CUI::ICuiMenu* menu) {
+    const MaxSDK::MaxGuid id("");
+    menus->GetMainMenuBar();
+    menu->CreateSeparator(id, id);
+    static_assert(sizeof(NotifyInfo) + sizeof(*menus) + sizeof(*menu) > 0);
+}
+#endif
+
 class ProbeDescriptor : public ClassDesc2 {
 public:
     int IsPublic() override { return TRUE; }

@@ -211,7 +211,7 @@ def compile_probe(generation, declarations, classes=()):
             first = next((line for line in result.stderr.splitlines() if "error" in line),
                          result.stderr.strip())
             raise Unreadable(f"the declarations do not compile: {first}")
-        return result.stdout, read_text(code)
+        return without_namespaces(result.stdout), read_text(code)
 
 
 def how_it_travels(code, name):
@@ -233,10 +233,15 @@ def classes_by_value(signature):
             if each and each[-1] not in "*&" and each not in SCALARS and each != "derived"]
 
 
+def without_namespaces(text):
+    """The tables name classes by their last names, which are unique."""
+    return re.sub(r"\bMaxSDK::(CUI::)?", "", text)
+
+
 def plain(signature):
     """A signature without what the compiler adds and without names for char."""
     signature = re.sub(r" \[(pure|deleting)\]", "", signature.strip())
-    signature = signature.replace("MCHAR", "char").replace("wchar_t", "char")
+    signature = without_namespaces(signature).replace("MCHAR", "char").replace("wchar_t", "char")
     return re.sub(r"BaseInterface::(?=LifetimeType)", "", signature)
 
 

@@ -19,10 +19,15 @@ if [ -f "$differences" ]; then
     kept=$(mktemp -d)
     trap 'rm -rf "$kept"' EXIT
     lines=$(sed -n 's/^line //p' "$differences" | paste -sd '|')
+    blocks=$(sed -n 's/^block //p' "$differences" | paste -sd '|')
     for trace in "$one" "$other"; do
-        awk 'NR == FNR { if ($1 == "without") left_out["# " $2]; next }
-             /^# .*\.scn$/ { skipped = $0 in left_out }
-             !skipped' "$differences" "$trace" | grep -vE "$lines" >"$kept/${trace##*/}"
+        awk -v blocks="${blocks:-^$}" '
+             NR == FNR { if ($1 == "without") left_out["# " $2]; next }
+             /^# .*\.scn$/ { skipped = $0 in left_out; in_block = 0 }
+             $0 ~ blocks { in_block = 1 }
+             !skipped && !in_block
+             /^ *out / { in_block = 0 }' "$differences" "$trace" |
+            grep -vE "$lines" >"$kept/${trace##*/}"
     done
     one=$kept/${one##*/}
     other=$kept/${other##*/}

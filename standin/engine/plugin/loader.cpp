@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 #include "standin/engine/intercept/intercept.h"
 #include "standin/engine/plugin/link_map.h"
@@ -27,6 +28,7 @@ constexpr unsigned long kUtilityClasses = 0x10E0;  // the super class of global 
 struct Plugin {
     HMODULE module = nullptr;
     void* utility = nullptr;
+    bool started = false;
     link_map::Map map;
 };
 Plugin g_plugin;
@@ -308,6 +310,7 @@ bool Start(const Files& files, std::string* message) {
 void RunStartOperation() {
     trace::In("start");
     const unsigned long answer = world::g_plugin_calls->gup_start(g_plugin.utility);
+    if (!std::exchange(g_plugin.started, true)) world::LoadMenus();
     trace::Out(std::to_string(answer));
     if (g_companion.utility) world::g_plugin_calls->gup_start(g_companion.utility);
 }

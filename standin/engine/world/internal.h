@@ -111,6 +111,7 @@ struct eng_menu : world::Handle {
 };
 
 struct eng_item : world::Handle {
+    std::string id;  // from 2025 on
     std::string title;
     bool separator = false;
     bool has_action = false;
@@ -258,6 +259,13 @@ struct State {
     std::set<int> menu_contexts;
     eng_menu* main_menu = nullptr;
     HMENU menu_bar = nullptr;
+    struct Notification {
+        void* procedure;
+        void* own;
+        int code;
+    };
+    std::vector<Notification> notifications;
+    bool menus_loading = false;
 
     // PolyTools
     int sculpt_tool = 0;
@@ -280,6 +288,7 @@ struct State {
 
 extern State g_world;
 extern const eng_plugin_calls* g_plugin_calls;
+extern void (*g_notify)(void* procedure, void* own, int code);  // null: a host before 2025
 extern const eng_script_calls* g_script_calls;
 
 // --- scene (scene.cpp) ---

@@ -14,6 +14,9 @@ namespace {
 constexpr UINT kFirstOwnCommand = 0x7000;
 constexpr UINT kFirstActionCommand = 0xA000;
 
+// Published by the host's maker: menus of others stand before it.
+constexpr char kHelpMenuId[] = "cee8f758-2199-411b-81e7-d3ff4a80d143";
+
 enum OwnCommand : UINT {
     kReset = kFirstOwnCommand,
     kExit,
@@ -192,6 +195,7 @@ void CreateMenus() {
             g_world.menus.push_back(std::move(menu));
             auto item = std::make_unique<eng_item>();
             item->submenu = open;
+            if (open->title == "Help") item->id = kHelpMenuId;
             g_world.main_menu->items.push_back(item.get());
             g_world.items.push_back(std::move(item));
         }
@@ -202,6 +206,20 @@ void CreateMenus() {
         open->items.push_back(item.get());
         g_world.items.push_back(std::move(item));
     }
+    UpdateMenuBar();
+}
+
+void LoadMenus() {
+    constexpr int kMenusAreLoading = 0x120;
+    if (!g_notify) return;
+    g_world.menus_loading = true;
+    for (const auto& one : std::vector(g_world.notifications)) {
+        if (one.code != kMenusAreLoading) continue;
+        trace::In("notification " + std::to_string(one.code));
+        g_notify(one.procedure, one.own, one.code);
+        trace::Out("0");
+    }
+    g_world.menus_loading = false;
     UpdateMenuBar();
 }
 

@@ -11,6 +11,7 @@ namespace world {
 State g_world;
 const eng_plugin_calls* g_plugin_calls = nullptr;
 const eng_script_calls* g_script_calls = nullptr;
+void (*g_notify)(void* procedure, void* own, int code) = nullptr;
 
 namespace {
 

@@ -102,6 +102,8 @@ std::string Evaluate(std::string_view text);
 void RegisterPluginTable(void* table, unsigned long id);
 void* PluginTable();
 void* ActionCallback();  // null until the table is activated
+// From 2025 on, once all plug-ins have started: each is told, and makes its menus.
+void LoadMenus();
 bool AnyDialogOpen();
 bool IsDialog(HWND window);              // one of the plug-in's that is known by a name
 bool HandleDialogMessage(MSG* message);  // IsDialogMessage over the registered dialogs
