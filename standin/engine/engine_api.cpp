@@ -209,10 +209,7 @@ int CreateSeparator(eng_menu& menu, const void* id, const void* before) {
 
 eng_button* ToolbarButton(int id) {
     eng_button* button = world::FindButton(id);
-    const bool on_toolbar =
-        button && button->window &&
-        (button->parent == g_world.toolbar || button->parent == g_world.navigation_toolbar);
-    return on_toolbar ? button : nullptr;
+    return button && button->window && button->on_toolbar ? button : nullptr;
 }
 
 void SetFlyout(eng_button& button, int entry, bool notify) {

@@ -22,7 +22,7 @@ constexpr const char* kUsage =
     "standin play [--input virtual|real] [--abi gnu|msvc] [--release N] [--screen WxH]\n"
     "             [--queries] [--facts] [--forgiving] [--strict] [--trace FILE] [--shots DIR]\n"
     "             [--jobs N] [--host-dir DIR] [--plugin FILE] [--map FILE] [--config-dir DIR]\n"
-    "             [--diagnostics] [--files-from LIST] FILE.scn...\n"
+    "             [--diagnostics] [--world REPORT] [--files-from LIST] FILE.scn...\n"
     "standin interactive [--abi gnu|msvc] [--release N] [--queries] [--facts] [--config-dir DIR]\n"
     "             [--trace FILE] [--watch]\n"
     "standin faults\n"
@@ -34,6 +34,9 @@ struct Arguments {
     std::string trace;
     std::string out;
     std::string tour_scenarios;
+    report::Report report;
+    bool tells_release = false;
+    bool tells_screen = false;
     int jobs = 2;
     bool strict = false;
     bool diagnostics = false;
@@ -112,6 +115,7 @@ std::string Parse(std::vector<std::string> list, Arguments* result) {
     app.add_option("--map", options.files.map);
     app.add_option("--companion", options.files.companion);
     app.add_option("--config-dir", options.config_dir);
+    app.add_option("--world", options.world);
     std::vector<std::string> files;
     app.add_option("files", files);
     std::reverse(list.begin(), list.end());  // as CLI11 wants it
@@ -127,6 +131,8 @@ std::string Parse(std::vector<std::string> list, Arguments* result) {
         return "\"" + values.back() + "\" is no value for " + name;
     }
     result->files.insert(result->files.end(), files.begin(), files.end());
+    result->tells_release = app.count("--release") > 0;
+    result->tells_screen = app.count("--screen") > 0;
     return {};
 }
 
@@ -169,15 +175,42 @@ std::optional<std::string> ReadFile(const std::string& name) {
     return text;
 }
 
+// Reads the report whose windows the host has; complains where it is not sound. What the options
+// do not say is as it was there.
+bool ReadReport(Arguments* arguments) {
+    player::Options& options = arguments->options;
+    if (options.world.empty()) return true;
+    const std::optional<std::string> text = ReadFile(options.world);
+    if (!text) {
+        std::fprintf(stderr, "%s: the report is missing, check its name\n", options.world.c_str());
+        return false;
+    }
+    report::Mistake mistake;
+    report::Report& report = arguments->report;
+    if (!report::Read(*text, &report, &mistake)) {
+        std::fprintf(stderr, "%s:%d: %s\n", options.world.c_str(), mistake.line,
+                     mistake.message.c_str());
+        return false;
+    }
+    options.report = &report;
+    if (!arguments->tells_release) options.release = report.release;
+    if (!arguments->tells_screen) {
+        options.screen_width = report.screen_at.x + report.screen_size.x;
+        options.screen_height = report.screen_at.y + report.screen_size.y;
+    }
+    return true;
+}
+
 // Reads a scenario; complains where it is not sound.
-bool ReadScenario(const std::string& file, scenario::Scenario* result) {
+bool ReadScenario(const Arguments& arguments, const std::string& file, scenario::Scenario* result) {
     const std::optional<std::string> text = ReadFile(file);
     if (!text) {
         std::fprintf(stderr, "%s: the file is missing, check its name\n", file.c_str());
         return false;
     }
     scenario::Mistake mistake;
-    if (scenario::Parse(*text, player::KnownWords(), result, &mistake)) return true;
+    if (scenario::Parse(*text, player::KnownWords(arguments.options.report), result, &mistake))
+        return true;
     std::fprintf(stderr, "%s:%d: %s\n", file.c_str(), mistake.line, mistake.message.c_str());
     return false;
 }
@@ -229,7 +262,7 @@ int PlayAll(const Arguments& arguments) {
     bool sound = CheckFiles(arguments);
     for (size_t i = 0; i < arguments.files.size(); ++i)
         if (sound || !arguments.files.empty())
-            sound = ReadScenario(arguments.files[i], &scenarios[i]) &&
+            sound = ReadScenario(arguments, arguments.files[i], &scenarios[i]) &&
                     (HasAll(arguments, arguments.files[i], scenarios[i]) || !arguments.strict) &&
                     sound;
     if (!sound) return player::kUnreadable;
@@ -274,7 +307,7 @@ int PlayOne(const Arguments& arguments) {
         std::fprintf(stderr, "standin: %s\n", message.c_str());
         return player::kUnreadable;
     }
-    if (!ReadScenario(arguments.files[0], &read)) return player::kUnreadable;
+    if (!ReadScenario(arguments, arguments.files[0], &read)) return player::kUnreadable;
     const int status = player::Play(arguments.options, arguments.files[0], read);
     // A coverage build of the plug-in offers to write its counts, which it does by itself only when
     // a process ends in an orderly way.
@@ -312,7 +345,7 @@ int PlayTour(Arguments arguments) {
     std::vector<tour::Stop> stops;
     for (const std::string& file : files) {
         scenario::Scenario read;
-        sound = ReadScenario(file, &read) && sound;
+        sound = ReadScenario(arguments, file, &read) && sound;
         stops.push_back({file, read.caption});
     }
     if (!sound) return player::kUnreadable;
@@ -357,6 +390,7 @@ worker::Outcome PlayInWorker(int count, char** arguments, HANDLE ready, Observer
     Arguments read;
     if (const std::string problem = ReadArguments(count, arguments, 0, &read); !problem.empty())
         return {Usage(problem), true};
+    if (!ReadReport(&read)) return {kUnreadable, true};
     read.options.ready = ready;
     read.options.observer = observer;
     // Windows, hooks, timers, focus and keys belong to a thread and end with it.
@@ -377,7 +411,7 @@ int Main(int count, char** arguments) {
         return Usage(problem);
     if (command == "play") {
         if (read.files.empty()) return Usage("missing a scenario's file");
-        return PlayAll(read);
+        return ReadReport(&read) ? PlayAll(read) : kUnreadable;
     }
     if (command == "tour") {
         if (read.out.empty()) return Usage("missing --out and a folder for the pictures");

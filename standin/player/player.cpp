@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cctype>
 #include <cstdio>
@@ -345,9 +346,13 @@ private:
 
 }  // namespace
 
-scenario::Vocabulary KnownWords() {
+scenario::Vocabulary KnownWords(const report::Report* report) {
     scenario::Vocabulary known;
-    known.is_window = [](std::string_view name) { return world::IsName(name); };
+    known.is_window = [report](std::string_view name) {
+        const auto has_name = [name](const auto& view) { return view.name == name; };
+        return world::IsName(name) || (report && std::any_of(report->viewports.begin(),
+                                                             report->viewports.end(), has_name));
+    };
     known.is_object = [](std::string_view name) { return world::IsObject(name); };
     known.is_action = [](unsigned long table, int id) { return world::IsAction(table, id); };
     known.is_fault = faults::IsName;
@@ -461,6 +466,32 @@ int RunInteractive(const Options& options) {
     return kGood;
 }
 
+// The settings file: the scenario's lines, and those of the report for other keys.
+std::vector<std::string> Settings(const Options& options, const scenario::Scenario& scenario) {
+    std::vector<std::string> lines = scenario.ini;
+    if (!options.report) return lines;
+    for (const report::Line& line : options.report->lines) {
+        if (line.noun != "setting") continue;
+        const std::string key = line.word + '=';
+        if (std::none_of(scenario.ini.begin(), scenario.ini.end(),
+                         [&key](const std::string& own) { return own.starts_with(key); }))
+            lines.push_back(key + line.Text("value"));
+    }
+    return lines;
+}
+
+// Where the whole screen begins: by the scenario, or by the report when its screen is the one that
+// is played on.
+POINT ScreenOrigin(const Options& options, const scenario::Scenario& scenario) {
+    if (scenario.screen_width || !options.report)
+        return {scenario.screen_left, scenario.screen_top};
+    const report::Pair at = options.report->screen_at;
+    const report::Pair size = options.report->screen_size;
+    const bool same =
+        at.x + size.x == options.screen_width && at.y + size.y == options.screen_height;
+    return same ? POINT{at.x, at.y} : POINT{0, 0};
+}
+
 int Play(const Options& options, const std::string& file, const scenario::Scenario& scenario) {
     g_file = file;
     ULONG kept_for_report = 64 * 1024;
@@ -469,8 +500,9 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
 
     g_preparing = "making the settings folder";
     ConfigDir config_dir;
+    const std::vector<std::string> settings = Settings(options, scenario);
     if (!config_dir.Make(options.config_dir) ||
-        (scenario.has_ini && !config_dir.WriteSettings(scenario.ini))) {
+        ((scenario.has_ini || !settings.empty()) && !config_dir.WriteSettings(settings))) {
         Complain(0, "the settings folder " + config_dir.Path() +
                         " can not be written, give another one with --config-dir");
         return kUnreadable;
@@ -491,10 +523,11 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
         scenario.screen_height ? scenario.screen_height : options.screen_height;
     world_options.visible = !options.shots.empty();
     world_options.config_dir = config_dir.Path() + (scenario.config_dir_slash ? "\\" : "");
+    world_options.report = options.report;
     g_preparing = "opening the desktop";
     const std::string problem =
         input::Open(options.input, options.desktop, world_options.screen_width,
-                    world_options.screen_height, {scenario.screen_left, scenario.screen_top});
+                    world_options.screen_height, ScreenOrigin(options, scenario));
     if (options.ready) SetEvent(options.ready);
     if (!problem.empty()) {
         Complain(scenario.screen_line, problem);

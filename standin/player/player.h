@@ -7,6 +7,7 @@
 
 #include "standin/engine/input/control.h"
 #include "standin/engine/plugin/loader.h"
+#include "standin/engine/world/report.h"
 #include "standin/scenario/parser.h"
 
 namespace player {
@@ -46,13 +47,16 @@ struct Options {
     bool watch = false;            // interactive: the trace tells what there is to be seen
     bool forgiving = false;        // a command that can not be carried out is left out
     Observer* observer = nullptr;  // null: nobody looks on
+    std::string world;             // file of the report whose windows the host has, empty: its own
+    const report::Report* report = nullptr;  // what stands there
     std::string desktop;     // the system's desktop to play on, which is made where it is missing
     HANDLE ready = nullptr;  // an event to set when the desktop stands, null: nobody waits
     plugin::Files files;
 };
 
-// What the world, the fault lists and the link map know, for the parser.
-scenario::Vocabulary KnownWords();
+// What the world (that of the report, where there is one), the fault lists and the link map know,
+// for the parser.
+scenario::Vocabulary KnownWords(const report::Report* report);
 
 // The trace goes to standard output, messages to standard error, with `file` before them.
 int Play(const Options& options, const std::string& file, const scenario::Scenario& scenario);

@@ -25,6 +25,7 @@ std::vector<std::string> ArgumentsOf(const player::Options& options) {
     add("--shots", options.shots);
     add("--transcript", options.transcript);
     add("--config-dir", options.config_dir);
+    add("--world", options.world);
     if (options.forgiving) list.emplace_back("--forgiving");
     if (options.queries) list.emplace_back("--queries");
     if (options.facts) list.emplace_back("--facts");

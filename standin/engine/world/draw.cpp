@@ -455,8 +455,7 @@ void DrawPanel(Canvas& canvas, HWND window) {
     canvas.Frame(canvas.area, kDark);
     char title[128] = "";
     GetWindowTextA(window, title, sizeof title);
-    const bool toolbar = window == g_world.toolbar || window == g_world.navigation_toolbar;
-    if (!*title || toolbar) return;
+    if (!*title || IsToolbar(window)) return;
     canvas.Fill({0, 0, canvas.area.right, 20}, kDark);
     canvas.Text(8, 3, title, kLight);
 }

@@ -380,6 +380,7 @@ LRESULT CALLBACK EditorProcedure(HWND window, UINT message, WPARAM wparam, LPARA
                 if (g_edit.window == window) EndEdit(true);
                 ForgetPresses(window);
                 editor->client = nullptr;
+                if (editor->frame == window) editor->frame = nullptr;
                 break;
             default: break;
         }
@@ -388,11 +389,8 @@ LRESULT CALLBACK EditorProcedure(HWND window, UINT message, WPARAM wparam, LPARA
 }
 
 LRESULT CALLBACK EditorFrameProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (KeepsFromSystem(message, wparam, lparam)) return 0;
     switch (message) {
-        case WM_SYSCOMMAND:
-            // Alt alone would start the menu loop of the window's system menu and stop everything.
-            if ((wparam & 0xFFF0) == SC_KEYMENU) return 0;
-            break;
         case WM_NCDESTROY:
             for (Editor& editor : g_world.editors)
                 if (editor.frame == window) editor.frame = nullptr;

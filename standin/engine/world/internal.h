@@ -5,8 +5,10 @@
 #include <windows.h>
 
 #include <array>
+#include <deque>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -97,7 +99,8 @@ struct eng_button : world::Handle {
     const char* label = "";  // what is drawn on it
     HWND window = nullptr;
     HWND parent = nullptr;
-    RECT place{};  // in the parent
+    RECT place{};             // in the parent
+    bool on_toolbar = false;  // the toolbars know it
     bool enabled = true;
     bool checked = false;
     bool pressed = false;
@@ -188,26 +191,21 @@ struct State {
 
     // windows
     HWND main = nullptr;
-    HWND toolbar = nullptr;
     HWND view_panel = nullptr;
     HWND command_panel = nullptr;
-    HWND rollup = nullptr;  // the rollups of the command panel, one page each
-    HWND geometry_page = nullptr;
-    HWND brush_page = nullptr;
     HWND paint_floater = nullptr;
-    HWND paint_page = nullptr;
     HWND time_slider = nullptr;
     HWND thumb = nullptr;
     HWND track_bar = nullptr;
     HWND other = nullptr;
     HWND status = nullptr;
-    HWND navigation_panel = nullptr;
-    HWND navigation_toolbar = nullptr;
     HWND try_panel = nullptr;
     HWND titled = nullptr;  // stands for a foreground window of any title
     HWND foreground = nullptr;
     std::map<std::string, HWND, std::less<>> dialogs;
-    std::array<eng_view, 4> views;
+    std::map<int, HWND> told;  // windows of a report by their numbers there
+    std::string missing;       // the one that the system did not make
+    std::deque<eng_view> views;
     eng_view* active_view = nullptr;
     std::array<Editor, 3> editors;
     std::vector<std::unique_ptr<eng_button>> buttons;
@@ -356,6 +354,7 @@ std::vector<std::pair<Vector, Vector>> WireFrame(const eng_node& node);  // worl
 eng_node* HitTest(const eng_view& view, POINT client);
 eng_view* ViewOf(HWND window);
 void CreateViews();
+eng_view& AddView(std::string_view name, ViewKind kind);
 void ResetViews();
 void ActivateView(eng_view* view);
 void ZoomExtents(eng_view& view, bool selected_only);
@@ -386,6 +385,26 @@ void FrameTrackViewTimes();
 void FrameTrackViewValues();
 
 // --- windows (windows.cpp) ---
+constexpr char kMainClass[] = "StandinMainWindow";
+constexpr char kViewportClass[] = "StandinViewport";
+constexpr char kFrameClass[] = "StandinEditorFrame";
+constexpr DWORD kChildStyle = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
+// A window to be made, of the stand-in's own or of those that a report tells.
+struct Piece {
+    std::string class_name = {};
+    std::string title = {};
+    HWND parent = nullptr;  // or owner
+    RECT place{};           // in the parent, or on the screen
+    int id = 0;
+    DWORD style = kChildStyle;
+    DWORD exstyle = 0;
+    HMENU menu = nullptr;
+    std::string behaves_as = {};             // the class whose behaviour it has; empty: its own
+    std::optional<bool> double_clicks = {};  // empty: as it is known of the class
+    HWND* slot = nullptr;                    // where the world keeps it
+};
+HWND Make(const Piece& piece);
+bool IsToolbar(HWND window);
 void CreateWindows();
 void DestroyWindows();
 // Buttons that went down in a window and have not come up; with the first one the window takes the
@@ -395,10 +414,15 @@ void ReleaseIn(HWND window, unsigned button);
 void ForgetPresses(HWND window);
 bool IsPressedIn(HWND window, unsigned button);
 POINT PointOf(LPARAM lparam);
+bool KeepsFromSystem(UINT message, WPARAM wparam, LPARAM lparam);
 void CreateButtonWindow(eng_button& button);
 // A procedure that calls `procedure` and whose own address is below 2 GiB.
 WNDPROC LowAddressProcedure(WNDPROC procedure);
 void Redraw();  // everything that shows the scene
+
+// --- a world from a report (told.cpp) ---
+void CreateWindowsOf(const report::Report& told);
+void SetStatesOf(const report::Report& told);
 
 // --- menus (menus.cpp) ---
 void CreateMenus();

@@ -396,25 +396,25 @@ void ForgetDrag(HWND window) {
     g_drag = {};
 }
 
+eng_view& AddView(std::string_view name, ViewKind kind) {
+    constexpr double kTop = 90, kUser = 30, kPerspective = 20;  // elevations
+    eng_view& view = g_world.views.emplace_back();
+    view.name = name;
+    view.kind = view.home_kind = kind;
+    const bool flat = kind == ViewKind::kOrthographic;
+    const double elevation = name == "viewport.front"  ? 0
+                             : flat                    ? kTop
+                             : kind == ViewKind::kUser ? kUser
+                                                       : kPerspective;
+    view.camera = view.home = {flat ? 0.0 : 30.0, elevation, 300, {}};
+    return view;
+}
+
 void CreateViews() {
-    struct Row {
-        const char* name;
-        ViewKind kind;
-        double azimuth, elevation;
-    };
-    static constexpr Row kViews[] = {
-        {"viewport.top", ViewKind::kOrthographic, 0, 90},
-        {"viewport.front", ViewKind::kOrthographic, 0, 0},
-        {"viewport.user", ViewKind::kUser, 30, 30},
-        {"viewport.persp", ViewKind::kPerspective, 30, 20},
-    };
-    for (size_t i = 0; i < g_world.views.size(); ++i) {
-        eng_view& view = g_world.views[i];
-        view.name = kViews[i].name;
-        view.kind = view.home_kind = kViews[i].kind;
-        view.camera = view.home = {kViews[i].azimuth, kViews[i].elevation, 300, {}};
-    }
-    g_world.active_view = &g_world.views[3];
+    AddView("viewport.top", ViewKind::kOrthographic);
+    AddView("viewport.front", ViewKind::kOrthographic);
+    AddView("viewport.user", ViewKind::kUser);
+    g_world.active_view = &AddView("viewport.persp", ViewKind::kPerspective);
 }
 
 void ResetViews() {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "standin/engine/intercept/faults.h"
 #include "standin/engine/input/input.h"
@@ -26,10 +27,12 @@ constexpr int kPageHeight = 126;  // of a rollup
 constexpr UINT kControlCommand = WM_USER + 700;
 constexpr WPARAM kSetState = 24;
 
-constexpr char kMainClass[] = "StandinMainWindow";
-constexpr char kViewportClass[] = "StandinViewport";
 constexpr char kPlainClass[] = "StandinPanel";
-constexpr char kFrameClass[] = "StandinEditorFrame";
+
+template <typename List, typename One>
+bool Contains(const List& list, const One& one) {
+    return std::find(std::begin(list), std::end(list), one) != std::end(list);
+}
 
 std::map<HWND, unsigned> g_presses;
 HWND g_capture_owner = nullptr;
@@ -44,6 +47,7 @@ HINSTANCE Module() {
 }
 
 LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (KeepsFromSystem(message, wparam, lparam)) return 0;
     switch (message) {
         case WM_COMMAND:
             if (HIWORD(wparam) == 0 && lparam == 0 && MenuCommand(LOWORD(wparam))) return 0;
@@ -51,10 +55,6 @@ LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
         case WM_INITMENUPOPUP:
             if (HIWORD(lparam) == 0) PrepareMenu(reinterpret_cast<HMENU>(wparam));
             return 0;
-        case WM_SYSCOMMAND:
-            // Alt alone would enter the modal loop of the menu bar; in the host, Alt is a modifier.
-            if ((wparam & 0xFFF0) == SC_KEYMENU) return 0;
-            break;
         case WM_MOUSEACTIVATE:
             // A click inside never changes which of our windows is in front.
             if (GetActiveWindow()) return MA_NOACTIVATE;
@@ -80,18 +80,18 @@ void OnButtonCommand(HWND parent, WPARAM wparam) {
 void ForgetPanel(HWND window) {
     ForgetPresses(window);
     for (HWND* known :
-         {&g_world.toolbar, &g_world.view_panel, &g_world.command_panel, &g_world.rollup,
-          &g_world.geometry_page, &g_world.brush_page, &g_world.paint_floater, &g_world.paint_page,
-          &g_world.time_slider, &g_world.track_bar, &g_world.other, &g_world.status,
-          &g_world.navigation_panel, &g_world.navigation_toolbar, &g_world.try_panel,
-          &g_world.titled})
+         {&g_world.view_panel, &g_world.command_panel, &g_world.paint_floater, &g_world.time_slider,
+          &g_world.track_bar, &g_world.other, &g_world.status, &g_world.try_panel, &g_world.titled})
         if (*known == window) *known = nullptr;
+    for (Editor& editor : g_world.editors)
+        if (editor.frame == window) editor.frame = nullptr;
     if (g_world.foreground == window) g_world.foreground = nullptr;
 }
 
-// Everything without behaviour of its own; toolbars and the status bar get the commands of their
-// buttons here.
+// Everything without behaviour of its own, whatever its class is called; toolbars and the status
+// bar get the commands of their buttons here.
 LRESULT CALLBACK PanelProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (KeepsFromSystem(message, wparam, lparam)) return 0;
     switch (message) {
         case WM_COMMAND: OnButtonCommand(window, wparam); return 0;
         case WM_PAINT: DrawWindow(window); return 0;
@@ -102,9 +102,11 @@ LRESULT CALLBACK PanelProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
     return DefWindowProcA(window, message, wparam, lparam);
 }
 
-// The pages of a rollup are dialogs.
-INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wparam, LPARAM) {
+// The pages of a rollup are dialogs, and so are a host's editors.
+INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (KeepsFromSystem(message, wparam, lparam)) return TRUE;
     switch (message) {
+        case WM_CLOSE: ::DestroyWindow(page); return TRUE;
         case WM_COMMAND: OnButtonCommand(page, wparam); return TRUE;
         case WM_PAINT: DrawWindow(page); return TRUE;
         case WM_ERASEBKGND: SetWindowLongPtrA(page, DWLP_MSGRESULT, 1); return TRUE;
@@ -166,55 +168,61 @@ LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARA
 // plain press until somebody has looked.
 constexpr std::string_view kToldOfDoubleClicks[] = {kViewportClass};
 
-void RegisterClass(const char* name, WNDPROC procedure) {
-    WNDCLASSEXA window_class{};
-    window_class.cbSize = sizeof window_class;
-    const bool told = std::find(std::begin(kToldOfDoubleClicks), std::end(kToldOfDoubleClicks),
-                                std::string_view(name)) != std::end(kToldOfDoubleClicks);
-    window_class.style = told ? CS_DBLCLKS : 0;
-    window_class.lpfnWndProc = procedure;
-    window_class.hInstance = Module();
-    window_class.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
-    window_class.hbrBackground = nullptr;
-    window_class.lpszClassName = name;
-    RegisterClassExA(&window_class);
-}
-
 struct WindowClass {
-    const char* name;
+    std::string_view name;
     WNDPROC procedure;
 };
 constexpr WindowClass kClasses[] = {
-    {kMainClass, MainProcedure},        {kViewportClass, ViewportProcedure},
-    {kPlainClass, PanelProcedure},      {kFrameClass, EditorFrameProcedure},
-    {"CustToolbar", PanelProcedure},    {"ViewPanel", PanelProcedure},
-    {"TimeSlider", PanelProcedure},     {"TrackBar", PanelProcedure},
-    {"CustStatus", PanelProcedure},     {"RollupWindow", PanelProcedure},
+    {kMainClass, MainProcedure},        {kFrameClass, EditorFrameProcedure},
     {"CustButton", ButtonProcedure},    {"TimeSliderThumb", ThumbProcedure},
     {"TVTrackWindow", EditorProcedure}, {"UnwrapView", EditorProcedure},
     {"SVGraphWindow", EditorProcedure},
 };
-bool g_registered = false;
 
-void RegisterClasses() {
-    if (g_registered) return;
-    g_registered = true;
+// Classes of the system that are taken as they are: what such a window does by itself, as a label
+// that lets the mouse through, is a part of how the host behaves. Others of the system's, as combo
+// boxes, would make windows of their own, which a report tells as well.
+constexpr std::string_view kSystemClasses[] = {"Button", "Static", "Edit", "ListBox", "ScrollBar"};
+constexpr std::string_view kDialogClass = "#32770";
+
+// What the engine has registered, with the procedure that windows of the class begin with.
+std::map<std::string, WNDPROC, std::less<>> g_classes;
+
+WNDPROC ProcedureOf(const Piece& piece) {
+    const std::string& name = piece.behaves_as.empty() ? piece.class_name : piece.behaves_as;
+    static const WNDPROC low = LowAddressProcedure(ViewportProcedure);
+    if (name == kViewportClass) return low;
     for (const WindowClass& one : kClasses)
-        RegisterClass(one.name, one.procedure == ViewportProcedure
-                                    ? LowAddressProcedure(ViewportProcedure)
-                                    : one.procedure);
+        if (one.name == name) return one.procedure;
+    return PanelProcedure;
 }
 
-HWND CreateChild(const char* class_name, const char* title, HWND parent, int x, int y, int width,
-                 int height, int id = 0) {
-    return CreateWindowExA(0, class_name, title,
-                           WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, x, y,
-                           std::max(1, width), std::max(1, height), parent,
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Module(), nullptr);
+void RegisterClassOf(const Piece& piece) {
+    if (!g_classes.try_emplace(piece.class_name, ProcedureOf(piece)).second) return;
+    WNDCLASSEXA window_class{};
+    window_class.cbSize = sizeof window_class;
+    const bool told = piece.double_clicks.value_or(Contains(kToldOfDoubleClicks, piece.class_name));
+    window_class.style = told ? CS_DBLCLKS : 0;
+    window_class.lpfnWndProc = g_classes[piece.class_name];
+    window_class.hInstance = Module();
+    window_class.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
+    window_class.hbrBackground = nullptr;
+    window_class.lpszClassName = piece.class_name.c_str();
+    RegisterClassExA(&window_class);
+}
+
+HWND CreateChild(std::string_view class_name, const char* title, HWND parent, int x, int y,
+                 int width, int height, int id = 0) {
+    return Make({.class_name = std::string(class_name),
+                 .title = title,
+                 .parent = parent,
+                 .place = {x, y, x + std::max(1, width), y + std::max(1, height)},
+                 .id = id});
 }
 
 void PlaceButtonIn(eng_button& button, HWND parent, int x, int y, int width, int height) {
     button.parent = parent;
+    button.on_toolbar = IsToolbar(parent);
     button.place = {x, y, x + width, y + height};
     CreateButtonWindow(button);
 }
@@ -224,24 +232,19 @@ void PlaceButtonIn(int id, HWND parent, int x, int y, int width, int height) {
 }
 
 // A page below `top` in a rollup, with a button under its title for each name that begins so.
-HWND CreatePage(const char* title, const char* buttons, int top) {
+void CreatePage(const char* title, const char* buttons, HWND rollup, int top) {
     constexpr int kWidth = kSideWidth - 8;
-    struct {
-        DLGTEMPLATE header;
-        WORD menu, window_class, title;
-    } empty{};
-    empty.header.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS | DS_CONTROL;
-    const HWND page =
-        CreateDialogIndirectParamA(Module(), &empty.header, g_world.rollup, PageProcedure, 0);
-    SetWindowTextA(page, title);
-    SetWindowPos(page, nullptr, 0, top, kWidth, kPageHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+    const HWND page = Make({.class_name = std::string(kDialogClass),
+                            .title = title,
+                            .parent = rollup,
+                            .place = {0, top, kWidth, top + kPageHeight},
+                            .style = kChildStyle | DS_CONTROL});
     int y = 24;
     for (const auto& button : g_world.buttons) {
         if (!button->name.starts_with(buttons)) continue;
         PlaceButtonIn(*button, page, 8, y, kWidth - 16, 30);
         y += 33;
     }
-    return page;
 }
 
 void OpenPaintFloater() {
@@ -253,11 +256,11 @@ void OpenPaintFloater() {
         CreateChild(kPlainClass, "VertexPaint", g_world.main, at.x, at.y, kSideWidth - 8, 180);
     SetWindowPos(g_world.paint_floater, HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    g_world.paint_page =
+    const HWND page =
         CreateChild("RollupWindow", "", g_world.paint_floater, 4, 24, kSideWidth - 16, 150);
     int y = 6;
     for (const int id : {1007, 1008, 1009, 1077}) {
-        PlaceButtonIn(id, g_world.paint_page, 6, y, kSideWidth - 28, 30);
+        PlaceButtonIn(id, page, 6, y, kSideWidth - 28, 30);
         y += 35;
     }
 }
@@ -267,9 +270,12 @@ void OpenPaintFloater() {
 void OpenEditor(Editor& editor, int index) {
     const int width = (g_world.options.screen_width - kSideWidth) / 3;
     const int height = (g_world.options.screen_height - kPanelTop - kBottomHeight) / 2;
-    editor.frame = CreateWindowExA(
-        0, kFrameClass, editor.title, WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN,
-        index * width, kPanelTop, width, height, g_world.main, nullptr, Module(), nullptr);
+    editor.frame =
+        Make({.class_name = kFrameClass,
+              .title = editor.title,
+              .parent = g_world.main,
+              .place = {index * width, kPanelTop, (index + 1) * width, kPanelTop + height},
+              .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN});
     RECT client{};
     GetClientRect(editor.frame, &client);
     editor.pan_x = editor.pan_y = 0;
@@ -301,11 +307,6 @@ constexpr std::string_view kButtonNames[] = {
     "brush.4184",   "brush.4185",   "brush.4186",    "paint.1007",    "paint.1008",
     "paint.1009",   "paint.1077",   "geometry.4184", "geometry.4185", "geometry.4186"};
 constexpr std::string_view kDialogNames[] = {"options", "welcome"};
-
-template <typename List>
-bool Contains(const List& list, std::string_view name) {
-    return std::find(std::begin(list), std::end(list), name) != std::end(list);
-}
 
 // `options.1007` is control 1007 of the dialog `options`; 0: the name is not of this form.
 int ControlOf(std::string_view name, std::string_view dialog) {
@@ -344,6 +345,18 @@ HWND FindControl(HWND dialog, int id) {
 
 }  // namespace
 
+// Alt alone would enter the modal loop of a menu bar or of a system menu and stop everything; in
+// the host, Alt is a modifier. And a window that can be sized may be larger than the screen.
+bool KeepsFromSystem(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_GETMINMAXINFO) {
+        auto& limits = *reinterpret_cast<MINMAXINFO*>(lparam);
+        limits.ptMinTrackSize = {0, 0};
+        limits.ptMaxTrackSize = {32767, 32767};
+        return true;
+    }
+    return message == WM_SYSCOMMAND && (wparam & 0xFFF0) == SC_KEYMENU;
+}
+
 POINT PointOf(LPARAM lparam) {
     return {static_cast<short>(LOWORD(lparam)), static_cast<short>(HIWORD(lparam))};
 }
@@ -374,10 +387,60 @@ WNDPROC LowAddressProcedure(WNDPROC procedure) {
 
 bool ForgetClasses() {
     bool all = true;
-    for (const WindowClass& one : kClasses)
-        all = (!g_registered || UnregisterClassA(one.name, Module())) && all;
+    for (const auto& [name, procedure] : g_classes)
+        all = UnregisterClassA(name.c_str(), Module()) && all;
+    g_classes.clear();
     if (g_low_page) VirtualFree(g_low_page, 0, MEM_RELEASE);
     return all;
+}
+
+namespace {
+
+// The system makes dialogs of templates. This one has no font, which some styles would want.
+HWND MakeDialog(const Piece& piece) {
+    struct {
+        DLGTEMPLATE header;
+        WORD menu, window_class, title;
+    } empty{};
+    empty.header.style = piece.style & ~static_cast<DWORD>(DS_SHELLFONT);
+    empty.header.dwExtendedStyle = piece.exstyle;
+    const HWND page =
+        CreateDialogIndirectParamA(Module(), &empty.header, piece.parent, PageProcedure, 0);
+    SetWindowTextA(page, piece.title.c_str());
+    SetWindowLongPtrA(page, GWLP_ID, piece.id);
+    SetWindowPos(page, nullptr, piece.place.left, piece.place.top,
+                 piece.place.right - piece.place.left, piece.place.bottom - piece.place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    return page;
+}
+
+}  // namespace
+
+HWND Make(const Piece& piece) {
+    const bool of_system = Contains(kSystemClasses, piece.class_name);
+    HWND window = nullptr;
+    if (piece.class_name == kDialogClass) {
+        window = MakeDialog(piece);
+    } else {
+        if (!of_system) RegisterClassOf(piece);
+        window = CreateWindowExA(
+            piece.exstyle, piece.class_name.c_str(), piece.title.c_str(), piece.style,
+            piece.place.left, piece.place.top, piece.place.right - piece.place.left,
+            piece.place.bottom - piece.place.top, piece.parent,
+            piece.menu ? piece.menu : reinterpret_cast<HMENU>(static_cast<INT_PTR>(piece.id)),
+            Module(), nullptr);
+        const WNDPROC procedure = ProcedureOf(piece);
+        if (!of_system && procedure != g_classes[piece.class_name])
+            SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
+    }
+    if (piece.slot) *piece.slot = window;
+    return window;
+}
+
+bool IsToolbar(HWND window) {
+    char class_name[32] = "";
+    GetClassNameA(window, class_name, sizeof class_name);
+    return std::strcmp(class_name, "CustToolbar") == 0;
 }
 
 void PressIn(HWND window, unsigned button) {
@@ -430,13 +493,14 @@ void CreateButtonWindow(eng_button& button) {
 }
 
 void CreateWindows() {
-    RegisterClasses();
     const int width = g_world.options.screen_width;
     const int height = g_world.options.screen_height;
     g_world.main =
-        CreateWindowExA(0, kMainClass, "Untitled - Stand-in host",
-                        WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN, 0, 0,
-                        width, height, nullptr, g_world.menu_bar, Module(), nullptr);
+        Make({.class_name = kMainClass,
+              .title = "Untitled - Stand-in host",
+              .place = {0, 0, width, height},
+              .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN,
+              .menu = g_world.menu_bar});
     POINT origin{0, 0};
     ClientToScreen(g_world.main, &origin);
     // Screen places to client places.
@@ -444,16 +508,17 @@ void CreateWindows() {
         return CreateChild(class_name, title, g_world.main, x - origin.x, y - origin.y, w, h);
     };
 
-    g_world.toolbar = child("CustToolbar", "Main Toolbar", 0, kToolbarTop, width, kToolbarHeight);
+    const HWND toolbar =
+        child("CustToolbar", "Main Toolbar", 0, kToolbarTop, width, kToolbarHeight);
     int x = 8;
     for (const int id : {50027, 40074, 50021}) {
-        PlaceButtonIn(id, g_world.toolbar, x, 2, 90, 30);
+        PlaceButtonIn(id, toolbar, x, 2, 90, 30);
         x += 94;
     }
 
     for (const auto& button : g_world.buttons) {
         if (!IsToolButton(*button)) continue;
-        PlaceButtonIn(*button, g_world.toolbar, x + 12, 2, 70, 30);
+        PlaceButtonIn(*button, toolbar, x + 12, 2, 70, 30);
         x += 74;
     }
 
@@ -471,10 +536,10 @@ void CreateWindows() {
 
     g_world.command_panel =
         child(kPlainClass, "Command Panel", panel_width, kPanelTop, kSideWidth, panel_height);
-    g_world.rollup = CreateChild("RollupWindow", "", g_world.command_panel, 4, 40, kSideWidth - 8,
-                                 2 * kPageHeight + 4);
-    g_world.geometry_page = CreatePage("Edit Geometry", "geometry.", 0);
-    g_world.brush_page = CreatePage("Paint Deformation", "brush.", kPageHeight + 4);
+    const HWND rollup = CreateChild("RollupWindow", "", g_world.command_panel, 4, 40,
+                                    kSideWidth - 8, 2 * kPageHeight + 4);
+    CreatePage("Edit Geometry", "geometry.", rollup, 0);
+    CreatePage("Paint Deformation", "brush.", rollup, kPageHeight + 4);
     if (g_world.options.practice) {
         WatchHooks();
         const int top = 44 + 2 * kPageHeight + 4;
@@ -489,12 +554,12 @@ void CreateWindows() {
     g_world.other = child(kPlainClass, "", 0, bottom + 64, kSideWidth, 22);
     g_world.status = child("CustStatus", "", 0, bottom + 90, panel_width, kBottomHeight - 94);
     PlaceButtonIn(59231, g_world.status, panel_width - 216, 8, 90, 30);
-    g_world.navigation_panel =
+    const HWND navigation_panel =
         child(kPlainClass, "", panel_width, bottom + 4, kSideWidth, kBottomHeight - 8);
-    g_world.navigation_toolbar =
-        CreateChild("CustToolbar", "Viewport Navigation", g_world.navigation_panel, 4, 4,
-                    kSideWidth - 8, kBottomHeight - 16);
-    PlaceButtonIn(50016, g_world.navigation_toolbar, 4, 4, 90, 30);
+    const HWND navigation_toolbar =
+        CreateChild("CustToolbar", "Viewport Navigation", navigation_panel, 4, 4, kSideWidth - 8,
+                    kBottomHeight - 16);
+    PlaceButtonIn(50016, navigation_toolbar, 4, 4, 90, 30);
     PlaceThumb();
     ShowWindow(g_world.main, SW_SHOW);
 }
@@ -544,8 +609,12 @@ void Create(const Options& options) {
     CreateEditors();
     CreateMenus();
     g_world.created = true;
-    CreateWindows();
+    if (options.report)
+        CreateWindowsOf(*options.report);
+    else
+        CreateWindows();
     ReplaceMode(6);
+    if (options.report) SetStatesOf(*options.report);
     g_world.last_commands.clear();
 }
 
@@ -565,7 +634,9 @@ bool IsName(std::string_view name) {
     for (const std::string_view dialog : kDialogNames)
         if (name == dialog || ControlOf(name, dialog) > 0) return true;
     return Contains(kViewNames, name) || Contains(kEditorNames, name) ||
-           Contains(kButtonNames, name);
+           Contains(kButtonNames, name) ||
+           std::any_of(g_world.views.begin(), g_world.views.end(),
+                       [name](const eng_view& view) { return view.name == name; });
 }
 
 HWND Find(std::string_view name) {
@@ -585,6 +656,7 @@ HWND Find(std::string_view name) {
 }
 
 std::string MissingWindow() {
+    if (g_world.options.report) return g_world.missing;
     // The floater with its buttons opens later.
     for (const KnownWindow& known : kKnownWindows)
         if (known.handle != &State::paint_floater && !(g_world.*known.handle))
@@ -620,6 +692,8 @@ std::vector<std::string> WindowNames() {
     for (const KnownWindow& known : kKnownWindows)
         names.emplace_back(known.name);
     names.insert(names.end(), std::begin(kViewNames), std::end(kViewNames));
+    for (size_t i = std::size(kViewNames); i < g_world.views.size(); ++i)
+        names.push_back(g_world.views[i].name);
     names.insert(names.end(), std::begin(kEditorNames), std::end(kEditorNames));
     names.insert(names.end(), std::begin(kButtonNames), std::end(kButtonNames));
     names.insert(names.end(), std::begin(kDialogNames), std::end(kDialogNames));
@@ -674,39 +748,62 @@ bool DestroyWindow(std::string_view name) {
 
 namespace {
 
-// A window with what is on it goes, and another comes in its place.
-HWND Rebuild(HWND old) {
-    char class_name[64] = "";
-    char title[64] = "";
-    GetClassNameA(old, class_name, sizeof class_name);
-    GetWindowTextA(old, title, sizeof title);
-    const HWND parent = GetParent(old);
+// A window as it stands, with those in it.
+struct Grown {
+    Piece piece;
+    HWND window = nullptr;
+    std::vector<Grown> inside;
+};
+
+Grown GrownFrom(HWND window) {
+    char class_name[128] = "";
+    char title[128] = "";
+    GetClassNameA(window, class_name, sizeof class_name);
+    GetWindowTextA(window, title, sizeof title);
+    const HWND parent = GetParent(window);
     RECT place{};
-    GetWindowRect(old, &place);
+    GetWindowRect(window, &place);
     MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
-    ::DestroyWindow(old);
-    return CreateChild(class_name, title, parent, place.left, place.top, place.right - place.left,
-                       place.bottom - place.top);
+    eng_button* const button = ButtonOf(window);
+    Grown grown{{.class_name = class_name,
+                 .title = title,
+                 .parent = parent,
+                 .place = place,
+                 .id = GetDlgCtrlID(window),
+                 .style = static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)),
+                 .exstyle = static_cast<DWORD>(GetWindowLongA(window, GWL_EXSTYLE)),
+                 .slot = button                     ? &button->window
+                         : window == g_world.status ? &g_world.status
+                                                    : nullptr},
+                window,
+                {}};
+    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+        grown.inside.push_back(GrownFrom(child));
+    return grown;
+}
+
+void MakeAgain(Grown& grown) {
+    const HWND window = Make(grown.piece);
+    for (const auto& button : g_world.buttons)
+        if (button->parent == grown.window) button->parent = window;
+    for (Grown& child : grown.inside) {
+        child.piece.parent = window;
+        MakeAgain(child);
+    }
 }
 
 }  // namespace
 
 void RebuildToolbars() {
-    for (HWND* const known : {&g_world.toolbar, &g_world.status, &g_world.navigation_toolbar}) {
-        const HWND old = *known;
-        std::vector<eng_button*> buttons;
-        std::vector<eng_button*> there;
-        for (const auto& button : g_world.buttons) {
-            if (!old || button->parent != old) continue;
-            buttons.push_back(button.get());
-            if (button->window) there.push_back(button.get());
-        }
-        if (buttons.empty()) continue;
-        *known = Rebuild(old);
-        for (eng_button* const button : buttons)
-            button->parent = *known;
-        for (eng_button* const button : there)
-            CreateButtonWindow(*button);
+    std::vector<HWND> bars;
+    for (const auto& button : g_world.buttons)
+        if (button->name.starts_with("button.") && IsWindow(button->parent) &&
+            !Contains(bars, button->parent))
+            bars.push_back(button->parent);
+    for (const HWND bar : bars) {
+        Grown grown = GrownFrom(bar);
+        ::DestroyWindow(bar);
+        MakeAgain(grown);
     }
 }
 
@@ -722,9 +819,11 @@ void SetForegroundTitle(std::string_view title) {
     if (!front) {
         // Off the screen, so that no mouse event ever meets it.
         if (!g_world.titled)
-            g_world.titled =
-                CreateWindowExA(WS_EX_TOOLWINDOW, kPlainClass, "", WS_POPUP, -200, -200, 100, 50,
-                                g_world.main, nullptr, Module(), nullptr);
+            g_world.titled = Make({.class_name = kPlainClass,
+                                   .parent = g_world.main,
+                                   .place = {-200, -200, -100, -150},
+                                   .style = WS_POPUP,
+                                   .exstyle = WS_EX_TOOLWINDOW});
         SetWindowTextA(g_world.titled, text.c_str());
         ShowWindow(g_world.titled, SW_SHOWNOACTIVATE);
         front = g_world.titled;

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "standin/engine/world/report.h"
+
 namespace world {
 
 struct Options {
@@ -20,6 +22,7 @@ struct Options {
     std::vector<std::string> keys;  // and these lines below it
     bool draw_pointer = false;      // the pointer is drawn too: pictures lack the system's
     std::string config_dir;  // the host's plug-in configuration directory, as the host answers it
+    const report::Report* report = nullptr;  // whose windows and states it has; null: its own
 };
 
 void Create(const Options& options);
