@@ -6,8 +6,9 @@ usage: compile_strictly.py [--mode MODE]... [SOURCE...]
 modes: msvc       clang in Microsoft mode, extensions of Microsoft's and of GNU's as errors
        msvc-2024  the same, bound to the SDK of 2024
        gnu-2024   g++ of mingw-w64, bound to the SDK of 2024
+       msvc-2026  host/ alone in the first way, bound to the SDK of 2026, whose menus are others
 
-Without --mode all three. A source of host/ansi or host/unicode is compiled for its own generation
+Without --mode all four. A source of host/ansi or host/unicode is compiled for its own generation
 only. Exit status: 0 all compile, 1 one does not, 2 a compiler is missing.
 """
 
@@ -24,7 +25,9 @@ import unity_build
 from check_sdk_usage import make_sdk
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-MODES = ["msvc", "msvc-2024", "gnu-2024"]
+MODES = ["msvc", "msvc-2024", "gnu-2024", "msvc-2026"]
+# What the menus of hosts before 2025 are made with, and of those from then on.
+MENUS = [ROOT / "host" / "menus.cpp", ROOT / "host" / "unicode" / "menus_in_notification.cpp"]
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Werror"]
 # What clang in Microsoft mode takes in silence or with a word, and what no other compiler may know.
 STRICT = ["-Wmicrosoft", "-Wgnu", "-Wlanguage-extension-token",
@@ -34,10 +37,14 @@ STRICT = ["-Wmicrosoft", "-Wgnu", "-Wlanguage-extension-token",
           "-Wno-unused-private-field"]
 
 
+def generation_of(mode):
+    return mode.partition("-")[2] or "2012"
+
+
 @functools.lru_cache(maxsize=None)
 def command_for(mode):
     unicode = ["-DUNICODE", "-D_UNICODE"]
-    headers = make_sdk.made("2024" if mode.endswith("2024") else "2012") / "include"
+    headers = make_sdk.made(generation_of(mode)) / "include"
     strict = WARNINGS
     if mode == "gnu-2024":
         compiler = ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-fno-exceptions",
@@ -45,7 +52,7 @@ def command_for(mode):
                     "-I", str(sdk_usage.generated_folder()), "-DWINVER=0x0601", "-D_WIN32_WINNT=0x0601",
                     "-DWIN32_LEAN_AND_MEAN", "-DNOMINMAX"]
     else:
-        compiler = [sdk_usage.CLANG, *(unicode if mode == "msvc-2024" else []),
+        compiler = [sdk_usage.CLANG, *([] if generation_of(mode) == "2012" else unicode),
                     *sdk_usage.compiler_flags(headers)]
         strict = WARNINGS + STRICT
     return [*compiler, *system_headers.compiled(compiler), *strict, "-fsyntax-only",
@@ -53,9 +60,12 @@ def command_for(mode):
 
 
 def belongs(mode, source):
-    generation = "unicode" if mode.endswith("2024") else "ansi"
-    other = "ansi" if generation == "unicode" else "unicode"
-    return not source.is_relative_to(ROOT / "host" / other)
+    generation = generation_of(mode)
+    if source == MENUS[int(generation) < 2025]:
+        return False
+    other = "unicode" if generation == "2012" else "ansi"
+    return not source.is_relative_to(ROOT / "host" / other) and \
+        (generation != "2026" or source.is_relative_to(ROOT / "host"))
 
 
 def all_sources():
