@@ -16,7 +16,10 @@ bool PathBesideSettings(char (&path)[kPathSize], const char* name, int number,
     char* end = path + lstrlenA(path);
     while (end > path && end[-1] != '\\')
         --end;
-    if (end == path) return false;
+    if (end == path) {
+        lstrcpyA(path, name);
+        return false;
+    }
     char digits[16] = "";
     if (number > 1) wsprintfA(digits, "%d", number);
     wsprintfA(end, "%s%s%s", name, digits, extension);

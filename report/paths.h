@@ -5,7 +5,8 @@ namespace report {
 
 inline constexpr int kPathSize = 1100;
 
-// FOLDER\NAME.EXT, and from the second one on FOLDER\NAME2.EXT. False: the host names no folder.
+// FOLDER\NAME.EXT, and from the second one on FOLDER\NAME2.EXT. False: the host names no
+// folder, and the path is NAME.
 bool PathBesideSettings(char (&path)[kPathSize], const char* name, int number,
                         const char* extension);
 

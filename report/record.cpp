@@ -54,7 +54,7 @@ bool Write(const char* text, size_t length) {
 // Never one that is there already.
 bool OpenFile() {
     for (int number = 1; number <= kMostFiles; ++number) {
-        PathBesideSettings(g_path, kFileName, number, kExtension);
+        if (!PathBesideSettings(g_path, kFileName, number, kExtension)) return false;
         g_file = CreateFileA(g_path, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
                              FILE_ATTRIBUTE_NORMAL, nullptr);
         if (g_file != INVALID_HANDLE_VALUE) return true;

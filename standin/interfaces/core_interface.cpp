@@ -18,7 +18,7 @@ namespace {
 class HostNode final : public StandsFor<Published<INode>, eng_node> {
 public:
     using StandsFor::StandsFor;
-    AnsweredText GetName() override { return Unexpected("INode::GetName"); }
+    AnsweredText GetName() override { return Kept(eng_node_name(m_handle)); }
     void Hide(BOOL onOff) override { eng_node_hide(m_handle, onOff); }
     int IsHidden(DWORD, BOOL) override { return eng_node_is_hidden(m_handle); }
 #if SDK_GENERATION >= 2018
