@@ -1,51 +1,53 @@
-# Scenarios as tests: they are played in areas, and the traces of all builds must agree.
+# Scenarios as tests; the traces of all builds must agree. To begin takes as long as to play ten of
+# them, so a run of all tests plays a room of areas in one go: ctest's configuration `rooms`. Without a
+# configuration each area is a test of its own, for ./dev test -R. `_hosts` after either (rooms_hosts,
+# _hosts) plays all with each of the later hosts.
 
-# karvel_later_host_scenarios(AREA [TIMEOUT SECONDS]): the same scenarios with the plug-in and the host
-# DLLs of this later generation; the trace must be that of the file that ships. Each area is played by
-# one of the generations in every run, by all of them with ./dev test -L hosts.
-function(karvel_later_host_scenarios area)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "")
-    set(host msvc-${KARVEL_SDK_GENERATION})
-    get_property(areas GLOBAL PROPERTY KARVEL_AREAS)
-    list(LENGTH areas number)
-    set_property(GLOBAL APPEND PROPERTY KARVEL_AREAS ${area})
+# karvel_play_test(TEST SCRIPT LABELS TIMEOUT USUAL ALL ARGUMENT...): a test that calls a script of
+# tools/session, in the configurations USUAL and ALL.
+function(karvel_play_test test script labels timeout usual all)
+    add_test(NAME ${test} COMMAND ${CMAKE_SOURCE_DIR}/tools/session/${script} ${ARGN}
+             CONFIGURATIONS "${usual}" "${all}"
+             WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
+    karvel_test_properties(${test} "${timeout}" "${labels}")
+endfunction()
+
+# The same scenarios with the plug-in and the host DLLs of this later generation; the trace must be that
+# of the file that ships. One of the generations plays them in the usual run.
+function(karvel_later_host_scenarios name usual all folders)
+    get_property(played GLOBAL PROPERTY KARVEL_PLAYED${all})
+    list(LENGTH played number)
+    set_property(GLOBAL APPEND PROPERTY KARVEL_PLAYED${all} ${name})
     list(LENGTH KARVEL_LATER_HOSTS hosts)
     math(EXPR turn "${number} % ${hosts}")
     list(GET KARVEL_LATER_HOSTS ${turn} chosen)
-    set(only)
     if(NOT chosen EQUAL KARVEL_SDK_GENERATION)
-        set(only CONFIGURATIONS hosts)
+        set(usual ${all})
     endif()
-    set(test hosts.${KARVEL_SDK_GENERATION}.scenarios.${area})
-    add_test(NAME ${test}
-             COMMAND ${CMAKE_SOURCE_DIR}/tools/session/play_scenarios.sh
-                     ${CMAKE_BINARY_DIR} ${host} virtual ${area}
-             ${only}
-             WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
-    karvel_test_properties(${test} "${arg_TIMEOUT}" "scenario;virtual;hosts")
-    set_property(TEST ${test} PROPERTY FIXTURES_SETUP trace.${area}.${host}.virtual)
-    set(test hosts.${KARVEL_SDK_GENERATION}.traces.${area})
-    add_test(NAME ${test}
-             COMMAND ${CMAKE_SOURCE_DIR}/tools/session/compare_traces.sh
-                     ${area} msvc.virtual ${host}.virtual
-             ${only}
-             WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
-    karvel_test_properties(${test} 60 "trace;hosts")
-    set_property(TEST ${test} PROPERTY FIXTURES_REQUIRED
-        trace.${area}.msvc.virtual trace.${area}.${host}.virtual)
+    set(host msvc-${KARVEL_SDK_GENERATION})
+    set(tests hosts.${KARVEL_SDK_GENERATION})
+    karvel_play_test(${tests}.scenarios.${name} play_scenarios.sh "scenario;virtual;hosts" ""
+        "${usual}" ${all} ${CMAKE_BINARY_DIR} ${host} virtual ${name} ${folders})
+    set_property(TEST ${tests}.scenarios.${name} PROPERTY FIXTURES_SETUP trace.${name}.${host}.virtual)
+    karvel_play_test(${tests}.traces.${name} compare_traces.sh "trace;hosts" 60
+        "${usual}" ${all} ${name} msvc.virtual ${host}.virtual)
+    set_property(TEST ${tests}.traces.${name} PROPERTY FIXTURES_REQUIRED
+        trace.${name}.msvc.virtual trace.${name}.${host}.virtual)
 endfunction()
 
-# karvel_scenarios(AREA [INPUTS virtual|real...] [LABELS WORD...] [TIMEOUT SECONDS]): plays all
-# scenarios of tests/scenarios/ROOM/AREA with this build's plug-in, one Wine process per kind of input,
-# and holds their expectations. The traces stay in build/traces for the comparison below.
-function(karvel_scenarios area)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "INPUTS;LABELS")
+# karvel_scenarios(NAME USUAL FOLDER... [INPUTS virtual|real...]): plays all scenarios of these folders of
+# tests/scenarios with this build's plug-in, one Wine process per kind of input, and holds their
+# expectations. The traces stay in build/traces for the comparison below. USUAL is `rooms` or nothing.
+function(karvel_scenarios name usual)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "INPUTS")
     if(NOT KARVEL_ON_WINDOWS)
         return()
     endif()
+    set(folders ${arg_UNPARSED_ARGUMENTS})
+    set(all ${usual}_hosts)
     if(KARVEL_LATER_HOST)
         if(KARVEL_MSVC)
-            karvel_later_host_scenarios(${area} TIMEOUT "${arg_TIMEOUT}")
+            karvel_later_host_scenarios(${name} "${usual}" ${all} "${folders}")
         endif()
         return()
     endif()
@@ -53,14 +55,10 @@ function(karvel_scenarios area)
         set(arg_INPUTS virtual real)
     endif()
     foreach(input ${arg_INPUTS})
-        set(test ${KARVEL_ABI}.scenarios.${area}.${input})
-        add_test(NAME ${test}
-                 COMMAND ${CMAKE_SOURCE_DIR}/tools/session/play_scenarios.sh
-                         ${CMAKE_BINARY_DIR} ${KARVEL_ABI} ${input} ${area}
-                 WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
-        karvel_test_properties(${test} "${arg_TIMEOUT}" "scenario;${input};${arg_LABELS}")
-        set_property(TEST ${test} PROPERTY FIXTURES_SETUP trace.${area}.${KARVEL_ABI}.${input})
-        set_property(GLOBAL APPEND PROPERTY KARVEL_TRACES_${area} ${KARVEL_ABI}.${input})
+        set(test ${KARVEL_ABI}.scenarios.${name}.${input})
+        karvel_play_test(${test} play_scenarios.sh "scenario;${input}" "" "${usual}" ${all}
+            ${CMAKE_BINARY_DIR} ${KARVEL_ABI} ${input} ${name} ${folders})
+        set_property(TEST ${test} PROPERTY FIXTURES_SETUP trace.${name}.${KARVEL_ABI}.${input})
     endforeach()
 
     # The msvc build holds the traces against each other: all must be equal to the one of the file
@@ -69,14 +67,11 @@ function(karvel_scenarios area)
         foreach(abi gnu msvc)
             foreach(input ${arg_INPUTS})
                 if(NOT "${abi}.${input}" STREQUAL "msvc.virtual")
-                    set(test traces.${area}.${abi}.${input})
-                    add_test(NAME ${test}
-                             COMMAND ${CMAKE_SOURCE_DIR}/tools/session/compare_traces.sh
-                                     ${area} msvc.virtual ${abi}.${input}
-                             WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
-                    karvel_test_properties(${test} 60 "trace")
+                    set(test traces.${name}.${abi}.${input})
+                    karvel_play_test(${test} compare_traces.sh "trace" 60 "${usual}" ${all}
+                        ${name} msvc.virtual ${abi}.${input})
                     set_property(TEST ${test} PROPERTY FIXTURES_REQUIRED
-                        trace.${area}.msvc.virtual trace.${area}.${abi}.${input})
+                        trace.${name}.msvc.virtual trace.${name}.${abi}.${input})
                 endif()
             endforeach()
         endforeach()

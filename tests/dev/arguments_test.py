@@ -100,6 +100,18 @@ PASSED = [
     ("fuzz-model", ["rules", "--seconds", "5"], []),
 ]
 
+# In which configuration ctest runs the tests, one call after the other.
+CHOSEN = [
+    ([], "rooms"),
+    (["-R", "orbit"], ""),
+    (["--rerun-failed"], ""),
+    (["-L", "^(unit|hosts)$"], "rooms_hosts"),
+    (["-F"], "rooms_hosts"),
+    (["--tests-regex", "orbit", "--label-regex", "hosts"], "_hosts"),
+    (["-LE", "hosts", "-E", "orbit"], "rooms"),
+    (["-C", "mine"], "mine"),
+]
+
 # ctest's options that are not about running tests that are built.
 NOT_FOR_TESTS = re.compile(
     r"--(preset|list-presets|dashboard|test-model|test-action|group|script|script-new-process|"
@@ -178,6 +190,23 @@ class Arguments(unittest.TestCase):
                                       cwd=ROOT, capture_output=True, text=True)
                 self.assertEqual((done.returncode, done.stderr), (0, ""))
                 self.assertEqual(done.stdout.split("\0")[:-1], passed)
+
+
+    def test_how_scenarios_are_played(self):
+        script = ('root=$1; build=$2; later_hosts=; shift 2; . "$root/tools/dev/read_arguments.sh"; '
+                  '. "$root/tools/dev/choose_tests.sh"; read_arguments test "$@"; '
+                  'write_test_directory; ctest --test-dir "$build/tests" "${passed[@]}" -N')
+        with tempfile.TemporaryDirectory() as build:
+            pathlib.Path(build, "gnu").mkdir()
+            pathlib.Path(build, "gnu/CTestTestfile.cmake").write_text(
+                f'file(WRITE "{build}/chosen" "${{CTEST_CONFIGURATION_TYPE}}")\n')
+            for written, wanted in CHOSEN:
+                with self.subTest(written):
+                    done = subprocess.run(["bash", "-uc", script, "bash", ROOT, build, *written],
+                                          cwd=ROOT, capture_output=True, text=True)
+                    chosen = pathlib.Path(build, "chosen")
+                    self.assertEqual(chosen.read_text(), wanted, done.stderr)
+                    chosen.unlink()
 
 
 class Table(unittest.TestCase):

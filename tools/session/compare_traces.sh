@@ -1,5 +1,5 @@
 #!/bin/bash
-# usage: compare_traces.sh AREA ABI.INPUT ABI.INPUT
+# usage: compare_traces.sh NAME ABI.INPUT ABI.INPUT
 # The same scenarios must give the same traces, whatever compiled the plug-in and however the input
 # came.
 set -u

@@ -1,7 +1,7 @@
 #!/bin/bash
-# usage: play_scenarios.sh BUILD_DIRECTORY gnu|msvc|msvc-GENERATION virtual|real AREA
-# Plays all scenarios of tests/scenarios/ROOM/AREA in one process and holds their expectations. The trace
-# stays in build/traces/AREA.ABI.INPUT.trace.
+# usage: play_scenarios.sh BUILD_DIRECTORY gnu|msvc|msvc-GENERATION virtual|real NAME ROOM/AREA...
+# Plays all scenarios of these folders of tests/scenarios in one process and holds their expectations. The
+# trace stays in build/traces/NAME.ABI.INPUT.trace.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/wine_session.sh"
@@ -10,13 +10,21 @@ wine_session_ends_with_script
 built=$1
 abi=$2
 input=$3
-area=$4
+name=$4
 cd "$karvel_root" || exit 1
 
 choose_build "$built" "$abi"
 
 shopt -s nullglob
-files=(tests/scenarios/*/"$area"/*.scn)
+files=()
+for folder in "${@:5}"; do
+    found=(tests/scenarios/"$folder"/*.scn)
+    if [ ${#found[@]} -eq 0 ]; then
+        echo "tests/scenarios/$folder holds no scenario: a test of nothing" >&2
+        exit 1
+    fi
+    files+=("${found[@]}")
+done
 # What a later host does not have, with the reasons.
 differences=tests/scenarios/host_${abi#msvc-}.txt
 if [ -f "$differences" ]; then
@@ -27,7 +35,7 @@ if [ -f "$differences" ]; then
         grep -vxFf <(sed -n 's/^without //p' "$differences"))
 fi
 if [ ${#files[@]} -eq 0 ]; then
-    echo "tests/scenarios/*/$area holds no scenario: a test of nothing" >&2
+    echo "$name holds no scenario: a test of nothing" >&2
     exit 1
 fi
 
@@ -36,10 +44,10 @@ wine_session_begin null || exit 1
 
 traces=$(dirname "$built")/traces
 mkdir -p "$traces"
-trace=$traces/$area.$abi.$input.trace
+trace=$traces/$name.$abi.$input.trace
 rm -f "$trace"
-list=$traces/$area.$abi.files
-messages=$traces/$area.$abi.$input.messages
+list=$traces/$name.$abi.files
+messages=$traces/$name.$abi.$input.messages
 printf '%s\n' "${files[@]}" >"$list"
 run_wine "$program" play "${where[@]}" --strict --input "$input" \
     --jobs 1 --trace "$trace" --files-from "$list" 2>"$messages"
@@ -58,5 +66,5 @@ if [ $status -ne 0 ] && [ -s "$trace" ]; then
         awk -v wanted="# $file" '/^# .*\.scn$/ { on = $0 == wanted } on' "$trace" | head -n 150
     done
 fi
-echo "${#files[@]} scenarios of $area, $abi, $input input: status $status"
+echo "${#files[@]} scenarios of $name, $abi, $input input: status $status"
 exit $status
