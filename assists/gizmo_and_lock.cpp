@@ -3,6 +3,7 @@
 #include "host/host.h"
 #include "settings/plugin_settings.h"
 #include "host/toolbar_controls.h"
+#include "host/toolbars.h"
 
 int g_selectionLockRequests = 0;
 int g_previousLockRequests = 0;
@@ -17,8 +18,7 @@ constexpr int kGizmoTries = 5;
 
 void DriveLockButton(bool on) {
     for (int i = 0; i < kLockTries; ++i) {
-        HWND button = LockButton();
-        if (!button || host::IsButtonChecked(button).value_or(false) == on) return;
+        if (host::IsLockOn().value_or(on) == on) return;
         host::ExecuteAction(host::kMainTable, kLockAction);
     }
 }

@@ -4,6 +4,7 @@
 
 #include "assists/gizmo_and_lock.h"
 #include "host/host.h"
+#include "host/toolbars.h"
 #include "input/mouse_event.h"
 #include "resources/command_ids.h"
 #include "settings/plugin_settings.h"
@@ -39,7 +40,7 @@ bool CanNudge() {
     const auto mode_class = host::CurrentModeClass();
     if (!mode_class) return false;
     if ((*mode_class < 1 || *mode_class > 12) && !host::IsSubObjectEditing()) return false;
-    return host::IsToolbarButtonEnabled(host::kSelectButton).value_or(false);
+    return host::IsSelectEnabled().value_or(false);
 }
 
 void EnterNudgeSeries() {

@@ -3,6 +3,7 @@
 #include "host/host.h"
 #include "resources/command_ids.h"
 #include "host/toolbar_controls.h"
+#include "host/toolbars.h"
 
 int g_heldSnapSticky = 0;
 
@@ -34,9 +35,7 @@ void SetSnapToggle(bool on) {
 }
 
 void SetAngleSnap(bool on) {
-    if (host::IsButtonChecked(AngleSnapButton()).value_or(false) != on) {
-        host::ExecuteAction(host::kMainTable, kAngleSnapAction);
-    }
+    if (host::IsAngleSnapOn() != on) host::ExecuteAction(host::kMainTable, kAngleSnapAction);
 }
 
 }  // namespace

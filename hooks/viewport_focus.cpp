@@ -1,6 +1,7 @@
 #include "hooks/viewport_focus.h"
 
 #include "host/host.h"
+#include "host/view_windows.h"
 #include "input/screen.h"
 #include "settings/plugin_settings.h"
 
@@ -31,7 +32,7 @@ void FocusViewportUnderCursor() {
         g_lastFocusedViewport = nullptr;
         return;
     }
-    if (!g_viewPanel || GetParent(window) != g_viewPanel) return;
+    if (!host::IsViewToFocus(window, g_viewPanel)) return;
     host::SetActiveViewport(window);
     g_lastFocusedViewport = window;
 }

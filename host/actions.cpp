@@ -29,6 +29,11 @@ std::optional<bool> IsActionChecked(unsigned long table, int action) {
     return item ? std::optional<bool>(item->IsChecked() != FALSE) : std::nullopt;
 }
 
+std::optional<bool> IsActionEnabled(unsigned long table, int action) {
+    ActionItem* item = FindAction(table, action);
+    return item ? std::optional<bool>(item->IsEnabled() != FALSE) : std::nullopt;
+}
+
 bool ExecuteAction(unsigned long table, int action) {
     ActionItem* item = FindAction(table, action);
     return item && item->ExecuteAction();

@@ -1,6 +1,8 @@
 // What the sources of this folder share among themselves.
 #pragma once
 
+#include <optional>
+
 class GUP;
 class Interface;
 
@@ -8,6 +10,9 @@ namespace host {
 
 // The host's core interface; null is possible only outside a running host.
 Interface* Core();
+
+// Whether an action can be run now; empty when the host has no such action.
+std::optional<bool> IsActionEnabled(unsigned long table, int action);
 
 // Has MAXScript evaluate a text for the utility object. The text is not changed.
 void ExecuteScript(GUP& utility, char* text);

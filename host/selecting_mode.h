@@ -4,10 +4,11 @@
 
 #include "host/host.h"
 #include "host/mode_groups.h"
+#include "host/toolbars.h"
 
-// Where the host shows no button for it, nothing speaks against the select tool.
+// Where the host has none that could be asked, nothing speaks against the select tool.
 inline bool IsSelectToolAvailable() {
-    return host::IsToolbarButtonEnabled(host::kSelectButton).value_or(true);
+    return host::IsSelectEnabled().value_or(true);
 }
 
 // The object modes, and others while sub-objects are edited, but for those that create edges and

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "host/host.h"
+#include "host/view_windows.h"
 
 int g_searchCtrlId = 0;
 char g_searchText[128] = "";
@@ -33,7 +34,7 @@ WindowKind ClassifyWindow(HWND window) {
 
     HWND parent = GetParent(window);
     const host::Viewport viewport = host::Viewport::OfWindow(window);
-    if (parent && viewport && ClassName(parent).Is("ViewPanel")) {
+    if (viewport && host::MayHoldViewports(parent)) {
         return viewport.IsLocked() ? kWindowViewportLocked : kWindowViewport;
     }
     if (name.Is("UnwrapView")) return kWindowUnwrapView;

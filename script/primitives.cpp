@@ -4,9 +4,8 @@
 #include <cstring>
 
 #include "host/host.h"
-#include "host/window_kind.h"
+#include "host/toolbars.h"
 #include "script/poly_tools.h"
-#include "host/toolbar_controls.h"
 
 // Last, because they define macros in lower case.
 #include <maxscript/maxscript.h>
@@ -61,17 +60,12 @@ constexpr int kZoomExtentsEntry = 0;
 constexpr int kZoomExtentsSelectedEntry = 1;
 
 void ZoomExtents(int entry) {
-    if (!IsWindow(g_navigationPanel)) return;
-    g_searchCtrlId = kZoomExtentsButtonId;
-    // Deliberate: a search that finds nothing leaves the control that was found before.
-    EnumChildWindows(g_navigationPanel, FindButtonByIdAndText,
-                     reinterpret_cast<LPARAM>(&g_zoomExtentsButton));
-    const auto current = host::ButtonFlyout(g_zoomExtentsButton);
+    const auto current = host::ZoomExtentsEntry();
     if (!current) return;
     if (*current == entry) {
         host::ZoomExtentsOfActiveView();
     } else {
-        host::ChooseButtonFlyout(g_zoomExtentsButton, entry);
+        host::ChooseZoomExtentsEntry(entry);
     }
 }
 

@@ -1,10 +1,9 @@
 #include "shell/action_callback.h"
 
-#include <cstring>
-
 #include "assists/gizmo_and_lock.h"
 #include "assists/sticky_snap.h"
 #include "host/host.h"
+#include "host/toolbars.h"
 #include "navigation/time_scrub.h"
 #include "script/script_texts.h"
 #include "windows/options_window.h"
@@ -22,11 +21,7 @@ constexpr char kHotkeysOnly[] = "Sticky functions can only be used with hotkeys.
 bool IsCursorOverToolbarButton() {
     POINT cursor = {};
     GetCursorPos(&cursor);
-    char class_name[16];
-    if (!GetClassNameA(WindowFromPoint(cursor), class_name, static_cast<int>(sizeof class_name))) {
-        return false;
-    }
-    return std::strcmp(class_name, "CustButton") == 0;
+    return host::IsToolbarButton(WindowFromPoint(cursor)).value_or(false);
 }
 
 void ToggleOptions() {

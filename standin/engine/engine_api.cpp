@@ -207,8 +207,13 @@ int CreateSeparator(eng_menu& menu, const void* id, const void* before) {
     return entry != nullptr;
 }
 
+// What is drawn by the host itself is no window that it could be asked by.
+eng_button* ButtonWindow(eng_button* button) {
+    return button && !button->drawn ? button : nullptr;
+}
+
 eng_button* ToolbarButton(int id) {
-    eng_button* button = world::FindButton(id);
+    eng_button* button = ButtonWindow(world::FindButton(id));
     return button && button->window && button->on_toolbar ? button : nullptr;
 }
 

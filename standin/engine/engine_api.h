@@ -45,6 +45,7 @@ struct eng_value {
 // What the DLLs of the plug-in's ABI do for the engine: the calls from the host into the plug-in.
 // core.dll registers the first table when it is loaded, MAXScrpt.dll the second.
 struct eng_plugin_calls {
+    int release;  // of the host whose interface these DLLs have; what it says it is may differ
     void* (*create)(void* class_desc);                  // ClassDesc::Create: the GUP*, may be null
     unsigned long (*super_class_id)(void* class_desc);  // ClassDesc::SuperClassID
     int (*table_count)(void* class_desc);               // ClassDesc::NumActionTables

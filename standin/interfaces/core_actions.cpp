@@ -284,6 +284,7 @@ void ModeChanged(void* callback, eng_mode* oldMode, eng_mode* newMode) {
 
 // clang-format off
 const eng_plugin_calls kPluginCalls = {
+    .release = MAX_RELEASE,
     .create = [](void* desc) { return Descriptor(desc)->Create(FALSE); },
     .super_class_id = [](void* desc) -> unsigned long { return Descriptor(desc)->SuperClassID(); },
     .table_count = [](void* desc) { return Descriptor(desc)->NumActionTables(); },

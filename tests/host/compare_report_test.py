@@ -220,7 +220,7 @@ class Told(InAFolder):
         lines = out.split("\n")
         self.assertEqual(["contradicted: 1", "  Viewports",
                           "    view-panel (unconfirmed): viewports lie in a window of class "
-                          "`ViewPanel`"], lines[:3])
+                          "`ViewPanel`, before release 15000"], lines[:3])
         number = REPORT[:REPORT.index("viewport 8 ")].count("\n") + 1
         self.assertEqual(f"        {path}:{number}: viewport 8 type=2 perspective=0 user=0 active=0 "
                          "enabled=1 spot=0 camera=0", lines[3])

@@ -174,7 +174,7 @@ int Checker::KindOf(HWND window) const {
     if (own == "TrackBar") return hook_model::kTrackBar;
     const HWND parent = Fails("GetParent") ? nullptr : GetParent(window);
     const eng_view* const view = ViewFails() ? nullptr : world::ViewOf(window);
-    if (parent && view && ClassOf(parent) == "ViewPanel")
+    if (view && (!world::HasViewPanel() || (parent && ClassOf(parent) == "ViewPanel")))
         return view->locked && !Fails("GetViewSpot") ? hook_model::kLockedViewport
                                                      : hook_model::kViewport;
     if (own == "UnwrapView") return hook_model::kUnwrap;
@@ -284,8 +284,15 @@ bool Checker::Subobject() const {
 
 std::optional<bool> Checker::SelectButton() const {
     const eng_button* const button = world::FindButton(50027);
-    if (!button || !button->window || Fails("GetCUIFrameMgr") || Fails("GetICustButton")) return {};
-    return button->enabled && !Fails("ICustButton.IsEnabled") && !Fails("IsEnabled");
+    if (!button || !button->window) return {};
+    const bool enabled = button->enabled && !Fails("IsEnabled");
+    if (world::DrawsToolbars()) {
+        for (const char* call : {"GetCOREInterface", "GetActionManager", "FindTable", "GetAction"})
+            if (Fails(call)) return {};
+        return enabled && !Fails("ActionItem.IsEnabled");
+    }
+    if (Fails("GetCUIFrameMgr") || Fails("GetICustButton")) return {};
+    return enabled && !Fails("ICustButton.IsEnabled");
 }
 
 hook_model::KeyFacts Checker::KeyFactsOf(const input::HookCall& call) const {

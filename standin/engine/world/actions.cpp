@@ -83,18 +83,36 @@ void StartBrush(eng_button& brush, bool (*is_kind)(const eng_button&), int mode)
     if (ModeId() != mode) PushMode(mode);
 }
 
+// What plug-ins ask in place of the buttons that a host draws itself.
+constexpr ActionRow kActionsOfDrawnButtons[] = {
+    {kMainTable, 50016, "Zoom Extents"},
+    {kMainTable, 50021, "Key Mode Toggle"},
+    {kMainTable, 50027, "Select Object"},
+};
+
 // The button that shows an action's state, if there is one.
 eng_button* ButtonOfAction(const eng_action& action) {
-    if (action.table == kMainTable && (action.id == 59231 || action.id == 40074))
-        return FindButton(action.id);
-    return nullptr;
+    return action.table == kMainTable ? FindButton(action.id) : nullptr;
 }
 
 }  // namespace
 
+bool DrawsToolbars() {
+    constexpr int kFirstRelease = 20000;
+    return g_plugin_calls && g_plugin_calls->release >= kFirstRelease;
+}
+
+bool HasViewPanel() {
+    constexpr int kFirstReleaseWithout = 15000;
+    return !g_plugin_calls || g_plugin_calls->release < kFirstReleaseWithout;
+}
+
 void CreateActions() {
     for (const ActionRow& row : kActions)
         AddAction(row);
+    if (DrawsToolbars())
+        for (const ActionRow& row : kActionsOfDrawnButtons)
+            AddAction(row);
     FindAction(kMainTable, 40105)->checked = true;
 
     struct ButtonRow {
@@ -158,6 +176,17 @@ bool ActionChecked(const eng_action& action) {
     return action.checked;
 }
 
+bool ActionEnabled(const eng_action& action) {
+    const eng_button* const button = ButtonOfAction(action);
+    return EditorTakesAction(action) && !(button && button->drawn && !button->enabled);
+}
+
+eng_action* ActionOf(const eng_table& table, int id) {
+    eng_action* const action = FindAction(table.id, id);
+    const eng_button* const button = action ? ButtonOfAction(*action) : nullptr;
+    return button && button->drawn && !button->window ? nullptr : action;
+}
+
 static void SetActionChecked(eng_action& action, bool checked) {
     if (checked) ChooseUnwrapTool(action);
     action.checked = checked;
@@ -172,6 +201,8 @@ bool ExecuteAction(eng_action& action) {
     if (action.stuck) return true;
     if (action.table == kMainTable && (action.id == 50020 || action.id == 50022))
         StepKey(action.id == 50022);
+    else if (action.table == kMainTable && !IsAction(kMainTable, action.id))
+        ButtonCommand(*ButtonOfAction(action), BN_CLICKED);
     else if (action.table == kTrackViewTable && action.id == 1040)
         FrameTrackViewTimes();
     else if (action.table == kTrackViewTable && action.id == 2180)

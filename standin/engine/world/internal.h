@@ -101,6 +101,7 @@ struct eng_button : world::Handle {
     HWND parent = nullptr;
     RECT place{};             // in the parent
     bool on_toolbar = false;  // the toolbars know it
+    bool drawn = false;       // by the host itself, whose action of the number tells its state
     bool enabled = true;
     bool checked = false;
     bool pressed = false;
@@ -320,11 +321,22 @@ bool IsSelectMode(int id);
 bool IsViewMode(int id);
 std::string ModeText(const eng_mode* mode);
 
+// --- generations (actions.cpp) ---
+// Up to 2016 the buttons of the toolbars and the status bar are windows. Later hosts draw them
+// themselves: nothing that can be found or asked stands there, but the actions of the same numbers
+// tell their states.
+bool DrawsToolbars();
+// Whether the viewports lie in one window of a class by which plug-ins may know it.
+bool HasViewPanel();
+
 // --- actions and buttons (actions.cpp) ---
 void CreateActions();
 eng_table* FindTable(unsigned long id);
 eng_action* FindAction(unsigned long table, int id);
 bool ActionChecked(const eng_action& action);
+bool ActionEnabled(const eng_action& action);
+// As plug-ins find it: null as well where a toolbar that the host draws lacks the button.
+eng_action* ActionOf(const eng_table& table, int id);
 bool ExecuteAction(eng_action& action);
 eng_button* FindButton(int id);  // by control id, whether its window is there or not
 eng_button* ButtonOf(HWND window);

@@ -190,8 +190,9 @@ std::vector<std::string> Show(std::string_view what, std::string_view argument) 
     } else if (what == "actions") {
         for (const auto& [id, table] : g_world.tables)
             for (const auto& [number, action] : table->actions)
-                lines.push_back("action " + std::to_string(id) + " " + std::to_string(number) +
-                                (ActionChecked(*action) ? " on" : " off"));
+                if (IsAction(id, number))
+                    lines.push_back("action " + std::to_string(id) + " " + std::to_string(number) +
+                                    (ActionChecked(*action) ? " on" : " off"));
     } else if (what == "commands") {
         ShowCommands(lines);
     } else if (what == "views") {

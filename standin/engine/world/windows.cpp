@@ -28,6 +28,9 @@ constexpr UINT kControlCommand = WM_USER + 700;
 constexpr WPARAM kSetState = 24;
 
 constexpr char kPlainClass[] = "StandinPanel";
+// Where later hosts have other classes, which are not known.
+constexpr char kViewAreaClass[] = "StandinViewArea";
+constexpr char kDrawnButtonClass[] = "StandinDrawnButton";
 
 template <typename List, typename One>
 bool Contains(const List& list, const One& one) {
@@ -116,6 +119,7 @@ INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wparam, LPARAM lp
 }
 
 void Click(eng_button& button, int code) {
+    if (button.drawn) return ButtonCommand(button, code);
     SendMessageA(GetParent(button.window), WM_COMMAND, MAKEWPARAM(button.id, code),
                  reinterpret_cast<LPARAM>(button.window));
 }
@@ -139,7 +143,6 @@ LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARA
             if (pressed && PtInRect(&client, PointOf(lparam))) Click(*button, BN_CLICKED);
             return 0;
         }
-        case BM_CLICK: Click(*button, BN_CLICKED); return 0;
         case WM_RBUTTONUP:
             // The short way to a flyout's other entry.
             if (button->id == 50016) {
@@ -147,8 +150,12 @@ LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARA
                 InvalidateRect(window, nullptr, FALSE);
             }
             return 0;
+        case BM_CLICK:
         case kControlCommand:
-            if (wparam == kSetState) SetButtonChecked(*button, lparam != 0);
+            if (button->drawn) break;
+            if (message == BM_CLICK) Click(*button, BN_CLICKED);
+            if (message == kControlCommand && wparam == kSetState)
+                SetButtonChecked(*button, lparam != 0);
             return 0;
         case WM_PAINT: DrawWindow(window); return 0;
         case WM_ERASEBKGND: return 1;
@@ -176,7 +183,7 @@ constexpr WindowClass kClasses[] = {
     {kMainClass, MainProcedure},        {kFrameClass, EditorFrameProcedure},
     {"CustButton", ButtonProcedure},    {"TimeSliderThumb", ThumbProcedure},
     {"TVTrackWindow", EditorProcedure}, {"UnwrapView", EditorProcedure},
-    {"SVGraphWindow", EditorProcedure},
+    {"SVGraphWindow", EditorProcedure}, {kDrawnButtonClass, ButtonProcedure},
 };
 
 // Classes of the system that are taken as they are: what such a window does by itself, as a label
@@ -223,6 +230,7 @@ HWND CreateChild(std::string_view class_name, const char* title, HWND parent, in
 void PlaceButtonIn(eng_button& button, HWND parent, int x, int y, int width, int height) {
     button.parent = parent;
     button.on_toolbar = IsToolbar(parent);
+    button.drawn = DrawsToolbars() && (button.name.starts_with("button.") || IsToolButton(button));
     button.place = {x, y, x + width, y + height};
     CreateButtonWindow(button);
 }
@@ -486,9 +494,10 @@ bool IsPressedIn(HWND window, unsigned button) {
 void CreateButtonWindow(eng_button& button) {
     if (!button.parent) return;
     // The window must be known before its first message arrives, so that its state is drawn.
-    button.window = CreateChild("CustButton", button.text, button.parent, button.place.left,
-                                button.place.top, button.place.right - button.place.left,
-                                button.place.bottom - button.place.top, button.id);
+    button.window =
+        CreateChild(button.drawn ? kDrawnButtonClass : "CustButton", button.text, button.parent,
+                    button.place.left, button.place.top, button.place.right - button.place.left,
+                    button.place.bottom - button.place.top, button.drawn ? 0 : button.id);
     if (!button.enabled) EnableWindow(button.window, FALSE);
 }
 
@@ -524,7 +533,8 @@ void CreateWindows() {
 
     const int panel_width = width - kSideWidth;
     const int panel_height = height - kPanelTop - kBottomHeight;
-    g_world.view_panel = child("ViewPanel", "", 0, kPanelTop, panel_width, panel_height);
+    g_world.view_panel = child(HasViewPanel() ? "ViewPanel" : kViewAreaClass, "", 0, kPanelTop,
+                               panel_width, panel_height);
     const int view_width = (panel_width - 3 * kGap) / 2;
     const int view_height = (panel_height - 3 * kGap) / 2;
     for (int i = 0; i < 4; ++i) {

@@ -171,7 +171,7 @@ std::optional<int> CurrentModeId() {
 bool IsSubObjectEditing() {
     return false;
 }
-std::optional<bool> IsToolbarButtonEnabled(int) {
+std::optional<bool> IsSelectEnabled() {
     return std::nullopt;
 }
 }  // namespace host

@@ -23,6 +23,7 @@
 #include "navigation/selection_clicks.h"
 #include "hooks/viewport_focus.h"
 #include "host/toolbar_controls.h"
+#include "host/toolbars.h"
 #include "host/window_kind.h"
 #include "input/screen.h"
 #include "script/poly_tools.h"
@@ -38,6 +39,7 @@ std::set<HWND> g_locked_views;
 HWND g_active_view = nullptr;
 HWND g_main_window = nullptr;
 std::map<HWND, bool> g_checked_buttons;
+std::optional<bool> g_select_enabled;
 std::vector<HWND> g_activated;
 int g_view_questions = 0;
 int g_mode = 0;
@@ -168,9 +170,14 @@ bool IsSubObjectEditing() {
 void BeginUndoRecord() {}
 void AcceptUndoRecord(const char*) {}
 void CancelUndoRecord() {}
-std::optional<bool> IsToolbarButtonEnabled(int) {
-    return true;
+std::optional<bool> IsToolbarButtonEnabled(int id) {
+    EXPECT_EQ(id, 50027);
+    return g_select_enabled;
 }
+std::optional<int> ButtonFlyout(HWND) {
+    return std::nullopt;
+}
+void ChooseButtonFlyout(HWND, int) {}
 std::optional<bool> IsButtonChecked(HWND button) {
     const auto found = g_checked_buttons.find(button);
     if (found == g_checked_buttons.end()) return std::nullopt;
@@ -613,6 +620,40 @@ TEST_F(HostWindows, MovesOverAnOpenMenuAreTheHosts) {
     g_selCtrl = 0;
     EXPECT_EQ(EmulateSelectingMove(event), Answer::kConsumed);
     EXPECT_EQ(g_messages, (std::vector<Message>{{view, WM_MOUSEMOVE, 0, MAKELPARAM(20, 30)}}));
+}
+
+TEST_F(HostWindows, ToolbarButtonsAreKnownByTheirClass) {
+    EXPECT_EQ(host::IsToolbarButton(Make("CustButton")), true);
+    for (const char* other : {"CustButto", "CustButtonA", "CustButtonBehindItsEnd"})
+        EXPECT_EQ(host::IsToolbarButton(Make(other)), false) << other;
+    EXPECT_EQ(host::IsToolbarButton(nullptr), false);
+}
+
+TEST_F(HostWindows, ToolbarButtonsAreKnownByTheLettersCase) {
+    EXPECT_EQ(host::IsToolbarButton(Make("custbutton")), false);
+}
+
+TEST_F(HostWindows, StatesAreThoseOfTheButtons) {
+    g_main_window = Make("Main");
+    FindToolbarControls();
+    EXPECT_EQ(host::IsLockOn(), std::nullopt);
+    EXPECT_FALSE(host::IsAngleSnapOn());
+    const HWND bar = Make("CustToolbar", g_main_window);
+    const HWND lock = Make("CustButton", bar, 59231);
+    const HWND snap = Make("CustButton", bar, 40074);
+    FindToolbarControls();
+    // Buttons that the host does not know as such.
+    EXPECT_EQ(host::IsLockOn(), false);
+    EXPECT_FALSE(host::IsAngleSnapOn());
+    for (const bool on : {true, false}) {
+        g_checked_buttons = {{lock, on}, {snap, !on}};
+        EXPECT_EQ(host::IsLockOn(), on);
+        EXPECT_EQ(host::IsAngleSnapOn(), !on);
+    }
+    for (const std::optional<bool> enabled : {std::optional<bool>(true), {false}, {}}) {
+        g_select_enabled = enabled;
+        EXPECT_EQ(host::IsSelectEnabled(), enabled);
+    }
 }
 
 // What a search for one control finds, as the system and the search's own rules have it.

@@ -44,6 +44,7 @@ TEST(MissingHost, ANodeThatIsNoneAnswersNothing) {
 
 TEST(MissingHost, ActionsAnswerNothing) {
     EXPECT_EQ(host::IsActionChecked(host::kMainTable, 40105), std::nullopt);
+    EXPECT_EQ(host::IsActionEnabled(host::kMainTable, 50027), std::nullopt);
     EXPECT_FALSE(host::ExecuteAction(host::kMainTable, 40105));
     host::SetActionChecked(host::kMainTable, 40105, true);
     host::RegisterActionContext(1, "context");

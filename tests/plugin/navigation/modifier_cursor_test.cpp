@@ -60,8 +60,7 @@ namespace host {
 bool IsSubObjectEditing() {
     return g_edits_sub_objects;
 }
-std::optional<bool> IsToolbarButtonEnabled(int id) {
-    EXPECT_EQ(id, 50027);
+std::optional<bool> IsSelectEnabled() {
     return g_button_enabled;
 }
 

@@ -355,7 +355,7 @@ bool ExecuteAction(unsigned long, int action) {
 void RefreshMacroButtons() {
     Note("refresh");
 }
-std::optional<bool> IsToolbarButtonEnabled(int) {
+std::optional<bool> IsSelectEnabled() {
     return true;
 }
 std::optional<bool> IsButtonChecked(HWND button) {

@@ -189,6 +189,12 @@ unsigned long VersionWord() {
 HWND MainWindow() {
     return kMain;
 }
+std::optional<bool> IsButtonChecked(HWND) {
+    return std::nullopt;
+}
+std::optional<bool> IsToolbarButtonEnabled(int) {
+    return std::nullopt;
+}
 std::optional<int> ButtonFlyout(HWND button) {
     g_lines.push_back("flyout of " + std::to_string(reinterpret_cast<INT_PTR>(button)));
     return g_flyout;

@@ -97,6 +97,77 @@ TEST_F(WorldTest, ViewportsAreLargeAndHaveTheViewPanelAsParent) {
     EXPECT_STREQ(text, "ViewPanel");
 }
 
+std::string ClassOf(HWND window) {
+    char text[64] = "";
+    GetClassNameA(window, text, sizeof text);
+    return text;
+}
+
+// A new world of the host of a release.
+void CreateOf(int release) {
+    static eng_plugin_calls calls{};
+    calls.release = release;
+    eng_register_plugin_calls(&calls);
+    world::Create({});
+}
+
+TEST_F(WorldTest, ViewportsLieInAWindowOfAnotherClassInLaterHosts) {
+    CreateOf(17000);
+    EXPECT_NE(ClassOf(world::Find("viewpanel")), "ViewPanel");
+    for (const char* name : kViews)
+        EXPECT_EQ(GetParent(world::Find(name)), world::Find("viewpanel")) << name;
+    EXPECT_EQ(ClassOf(world::Find("button.50027")), "CustButton");
+    EXPECT_EQ(eng_table_action(eng_find_table(0), 50027), nullptr);
+    eng_button* const button = eng_toolbar_button(50027);
+    EXPECT_NE(button, nullptr);
+    eng_release_button(button);
+}
+
+TEST_F(WorldTest, NothingOfADrawnToolbarIsAButtonThatCouldBeFound) {
+    CreateOf(20000);
+    EXPECT_EQ(world::MissingWindow(), "");
+    for (const int id : {50027, 40074, 50021, 50016, 59231}) {
+        const HWND window = world::Find("button." + std::to_string(id));
+        EXPECT_NE(ClassOf(window), "CustButton");
+        EXPECT_EQ(GetDlgItem(GetParent(window), id), nullptr);
+        EXPECT_EQ(eng_button_of(window), nullptr);
+        EXPECT_EQ(eng_toolbar_button(id), nullptr);
+    }
+    EXPECT_EQ(ClassOf(world::Find("brush.4184")), "CustButton");
+    eng_button* const brush = eng_button_of(world::Find("brush.4184"));
+    EXPECT_NE(brush, nullptr);
+    eng_release_button(brush);
+    EXPECT_TRUE(world::Leaks().empty());
+}
+
+TEST_F(WorldTest, ActionsTellTheStatesOfDrawnButtons) {
+    CreateOf(20000);
+    eng_table* const table = eng_find_table(0);
+    for (const int id : {50027, 40074, 50021, 59231}) {
+        eng_action* const action = eng_table_action(table, id);
+        ASSERT_NE(action, nullptr) << id;
+        world::CheckButton(id, true);
+        EXPECT_TRUE(eng_action_is_checked(action)) << id;
+        world::EnableButton(id, false);
+        EXPECT_FALSE(eng_action_is_enabled(action)) << id;
+        world::EnableButton(id, true);
+        EXPECT_TRUE(eng_action_is_enabled(action)) << id;
+        world::PlaceButton(id, false);
+        EXPECT_EQ(eng_table_action(table, id), nullptr) << id;
+        world::PlaceButton(id, true);
+        EXPECT_EQ(eng_table_action(table, id), action) << id;
+    }
+    // What is drawn is clicked by users, and by nobody's messages.
+    SendMessageA(world::Find("button.59231"), BM_CLICK, 0, 0);
+    EXPECT_TRUE(eng_action_is_checked(eng_table_action(table, 59231)));
+    Mouse("button.59231", WM_LBUTTONDOWN, 1, 3, 3);
+    Mouse("button.59231", WM_LBUTTONUP, 0, 3, 3);
+    EXPECT_FALSE(eng_action_is_checked(eng_table_action(table, 59231)));
+    eng_push_standard_mode(1);
+    eng_action_execute(eng_table_action(table, 50027));
+    EXPECT_EQ(world::ModeId(), 6);
+}
+
 TEST_F(WorldTest, AWindowThatIsNotThereIsNamed) {
     EXPECT_EQ(world::MissingWindow(), "");
     for (const char* name : {"button.50016", "button.59231", "viewport.persp", "trackbar"}) {
