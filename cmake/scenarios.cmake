@@ -10,6 +10,9 @@ function(karvel_play_test test script labels timeout usual all)
              CONFIGURATIONS "${usual}" "${all}"
              WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
     karvel_test_properties(${test} "${timeout}" "${labels}")
+    # The more areas, the longer.
+    list(LENGTH ARGN cost)
+    set_tests_properties(${test} PROPERTIES COST ${cost})
 endfunction()
 
 # The same scenarios with the plug-in and the host DLLs of this later generation; the trace must be that
