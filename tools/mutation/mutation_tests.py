@@ -40,6 +40,7 @@ TEST_PROGRAMS = {
     "script_test": "tests_bin",
     "gesture_handlers_test": "tests_bin",
     "host_windows_test": "tests_bin",
+    "later_hosts_test": "tests_bin",
     "hook_procedures_test": "tests_bin",
     "played_input_test": "tests_bin",
     "own_windows_test": "tests_bin",
