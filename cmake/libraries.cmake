@@ -155,6 +155,8 @@ function(karvel_host_dll name)
         endif()
     else()
         set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name})
+        # As the engine: half of the file would be what a debugger reads, and each play loads it.
+        target_link_options(${target} PRIVATE -Wl,--strip-debug)
     endif()
     add_dependencies(host_side ${target})
 endfunction()
