@@ -273,7 +273,8 @@ int ActionText(void* table, int id, int what, char* text, int size) {
 // The one that the table has now: others may have taken the place of the one that was activated.
 int ExecuteAction(void* activated, int id) {
     ActionTable* const table = Callback(activated)->GetTable();
-    ActionCallback* const callback = table ? table->GetCallback() : nullptr;
+    // Not by way of its table of functions, which is the plug-in's: the host calls its own.
+    ActionCallback* const callback = table ? table->ActionTable::GetCallback() : nullptr;
     return (callback ? callback : Callback(activated))->ExecuteAction(id);
 }
 
