@@ -76,7 +76,8 @@ class Sessions(unittest.TestCase):
 
     def test_a_signal_ends_both_sessions(self):
         call = self.a_test_run()
-        self.assertEqual(len(self.scratch.with_command("wineserver")), 2)
+        wait_for(lambda: len(self.scratch.with_command("wineserver")) == 2,
+                 "a server for each session")
         call.terminate()
         self.assertEqual(call.wait(SOON), 143)
         self.nothing_is_left()
