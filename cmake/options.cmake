@@ -7,9 +7,14 @@
 set(KARVEL_ABI "" CACHE STRING "Which build this is: gnu, msvc or native; set by the presets")
 set_property(CACHE KARVEL_ABI PROPERTY STRINGS gnu msvc native)
 set(MAXSDK "" CACHE PATH "Folder of the real SDK (with include/ and x64/lib/); empty: sdk/")
-set(KARVEL_SDK_GENERATION 2012 CACHE STRING
-    "Which SDK the plug-in is bound to: 2012 (the one that ships), 2016, 2018, 2024 or 2026")
-set_property(CACHE KARVEL_SDK_GENERATION PROPERTY STRINGS 2012 2016 2018 2024 2026)
+# Generations of the host: the one that the file that ships is for, and the later ones.
+file(STRINGS ${CMAKE_SOURCE_DIR}/sdk/generations.txt generations REGEX "^generation ")
+string(REGEX MATCHALL "[0-9]+" generations "${generations}")
+set(KARVEL_LATER_HOSTS ${generations})
+list(POP_FRONT KARVEL_LATER_HOSTS shipped)
+set(KARVEL_SDK_GENERATION ${shipped} CACHE STRING
+    "Which SDK the plug-in is bound to: ${shipped} (the one that ships) or a later one")
+set_property(CACHE KARVEL_SDK_GENERATION PROPERTY STRINGS ${generations})
 option(KARVEL_FUZZERS "Make the fuzzers with libFuzzer (native, with clang)" OFF)
 option(KARVEL_COVERAGE "Count the executed lines of the plug-in (gnu only)" OFF)
 
@@ -35,16 +40,15 @@ if(KARVEL_MSVC AND (CMAKE_HOST_WIN32 OR KARVEL_LIKE_VISUAL_STUDIO))
 else()
     set(KARVEL_VISUAL_STUDIO FALSE)
 endif()
-if(KARVEL_SDK_GENERATION STREQUAL 2012)
+if(KARVEL_SDK_GENERATION STREQUAL shipped)
     set(KARVEL_LATER_HOST FALSE)
     set(KARVEL_GENERATION_DIR ansi)
-elseif(KARVEL_SDK_GENERATION MATCHES "^(2016|2018|2024|2026)$")
+elseif(KARVEL_SDK_GENERATION IN_LIST KARVEL_LATER_HOSTS)
     set(KARVEL_LATER_HOST TRUE)
     set(KARVEL_GENERATION_DIR unicode)
 else()
-    message(FATAL_ERROR
-        "KARVEL_SDK_GENERATION is '${KARVEL_SDK_GENERATION}', it can be 2012, 2016, 2018, 2024 or "
-        "2026")
+    list(JOIN generations ", " names)
+    message(FATAL_ERROR "KARVEL_SDK_GENERATION is '${KARVEL_SDK_GENERATION}', it can be ${names}")
 endif()
 if(KARVEL_COVERAGE AND NOT KARVEL_GNU)
     message(FATAL_ERROR "KARVEL_COVERAGE needs the gnu build: cmake --preset coverage")
@@ -76,9 +80,6 @@ foreach(dir ${KARVEL_BIN_DIR} ${KARVEL_HOST_DIR} ${KARVEL_PLUGIN_DIR}
             ${KARVEL_DIAGNOSTICS_DIR} ${KARVEL_TEST_DIR})
     file(MAKE_DIRECTORY ${dir})
 endforeach()
-
-# Generations of the host beside the one that ships.
-set(KARVEL_LATER_HOSTS 2016 2018 2024 2026)
 
 # The host DLLs by the names that 3ds Max gives them.
 set(KARVEL_HOST_DLLS core maxutil MAXScrpt gup ParamBlk2 menus)

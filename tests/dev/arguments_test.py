@@ -1,6 +1,7 @@
 """What is written after ./dev: help, what is refused, what reaches the programs behind the verbs.
 usage: arguments_test.py BUILD_DIRECTORY...   the builds whose tests use the labels"""
 
+import json
 import pathlib
 import re
 import subprocess
@@ -9,6 +10,9 @@ import tempfile
 import unittest
 
 from scratch import ROOT, Scratch
+
+sys.path.insert(0, str(ROOT / "tools/building"))
+import make_sdk  # noqa: E402
 
 BUILDS = []
 
@@ -55,7 +59,7 @@ REFUSED = [
     ("mutate --count 0", "--count is '0'"),
     ("lint frob", "rooms, format, cppcheck, tidy, tidy-plugin"),
     ("format --all", "no option --all"),
-    ("build frob", "gnu, msvc, native"),
+    ("build frob", "gnu, msvc, native, msvc-2016, msvc-2018, msvc-2024, msvc-2026, coverage"),
     ("stress -n 0", "-n is '0'"),
     ("stress -n5x", "no option -n5x"),
     ("stress nowhere", "no test has a label 'nowhere'"),
@@ -193,7 +197,7 @@ class Arguments(unittest.TestCase):
 
 
     def test_how_scenarios_are_played(self):
-        script = ('root=$1; build=$2; later_hosts=; shift 2; . "$root/tools/dev/read_arguments.sh"; '
+        script = ('root=$1; build=$2; shift 2; . "$root/tools/dev/read_arguments.sh"; '
                   '. "$root/tools/dev/choose_tests.sh"; read_arguments test "$@"; '
                   'write_test_directory; ctest --test-dir "$build/tests" "${passed[@]}" -N')
         with tempfile.TemporaryDirectory() as build:
@@ -239,6 +243,16 @@ class Table(unittest.TestCase):
         # Not in its help, but in its manual.
         self.assertEqual(ours - theirs, set())
         self.assertEqual(theirs - ours, set())
+
+    def test_each_later_host_has_its_presets(self):
+        presets = json.loads((ROOT / "CMakePresets.json").read_text())
+        wanted = {f"msvc-{year}": year for year in
+                  make_sdk.Generation(ROOT / "sdk", "2012").names if year != "2012"}
+        self.assertEqual(wanted, {
+            preset["name"]: preset["cacheVariables"]["KARVEL_SDK_GENERATION"]
+            for preset in presets["configurePresets"] if preset.get("inherits") == "msvc"})
+        self.assertLessEqual({(name, name) for name in wanted}, {
+            (preset["name"], preset["configurePreset"]) for preset in presets["buildPresets"]})
 
     def test_the_options_of_mutate(self):
         text = (ROOT / "tools/mutation/mutate_plugin.py").read_text()

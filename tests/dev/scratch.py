@@ -36,7 +36,7 @@ class Scratch:
         self.fakes = self.root / "fakes"
         self.temporary.mkdir()
         self.fakes.mkdir()
-        for name in ("dev", "CMakePresets.json", "tests/labels.txt"):
+        for name in ("dev", "CMakePresets.json", "tests/labels.txt", "sdk/generations.txt"):
             (self.root / name).parent.mkdir(exist_ok=True)
             shutil.copy2(ROOT / name, self.root / name)
         for name in ("tools/dev", "tools/session"):

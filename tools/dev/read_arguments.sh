@@ -3,6 +3,8 @@
 
 verbs_table=$root/tools/dev/verbs.txt
 labels_table=$root/tests/labels.txt
+# Generations of the host beside the one that the file that ships is for; LATER in the tables.
+later_hosts=$(awk '$1 == "generation" { $1 = $2 = ""; sub(/^ +/, ""); print }' "$root/sdk/generations.txt")
 
 # refuse MESSAGE: what was written makes no sense, and nothing has been done.
 refuse() {
@@ -17,7 +19,8 @@ list_verbs() {
 
 # rows_of VERB: "WORD VALUE FOR HELP", a line each.
 rows_of() {
-    awk -v verb="$1" '("," $1 ",") ~ ("," verb ",") { sub(/^[^ ]+ +/, ""); print }' "$verbs_table"
+    awk -v verb="$1" '("," $1 ",") ~ ("," verb ",") { sub(/^[^ ]+ +/, ""); print }' "$verbs_table" |
+        sed "s/|msvc-LATER/|msvc-${later_hosts// /|msvc-}/; s/|LATER/|${later_hosts// /|}/"
 }
 
 # choices_of VERB: what its words can be.
