@@ -17,12 +17,16 @@ IActionManager* ActionManager() {
 }
 
 ActionItem* FindAction(unsigned long table_id, int action) {
-    IActionManager* manager = ActionManager();
-    ActionTable* table = manager ? manager->FindTable(table_id) : nullptr;
+    ActionTable* table = FindActionTable(table_id);
     return table ? table->GetAction(action) : nullptr;
 }
 
 }  // namespace
+
+ActionTable* FindActionTable(unsigned long id) {
+    IActionManager* manager = ActionManager();
+    return manager ? manager->FindTable(id) : nullptr;
+}
 
 std::optional<bool> IsActionChecked(unsigned long table, int action) {
     ActionItem* item = FindAction(table, action);

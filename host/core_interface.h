@@ -3,6 +3,7 @@
 
 #include <optional>
 
+class ActionTable;
 class GUP;
 class Interface;
 
@@ -10,6 +11,9 @@ namespace host {
 
 // The host's core interface; null is possible only outside a running host.
 Interface* Core();
+
+// The host's action table of this id, null when there is none.
+ActionTable* FindActionTable(unsigned long id);
 
 // Whether an action can be run now; empty when the host has no such action.
 std::optional<bool> IsActionEnabled(unsigned long table, int action);

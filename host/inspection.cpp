@@ -22,12 +22,6 @@ void CopyFromHost(char (&copy)[size], const MCHAR* text) {
     copy[size - 1] = '\0';
 }
 
-ActionTable* FindTable(unsigned long table) {
-    Interface* core = Core();
-    IActionManager* manager = core ? core->GetActionManager() : nullptr;
-    return manager ? manager->FindTable(table) : nullptr;
-}
-
 }  // namespace
 
 unsigned long ReleaseWord() {
@@ -52,7 +46,7 @@ std::optional<ViewFacts> InspectView(HWND window) {
 }
 
 std::optional<TableFacts> InspectTable(unsigned long id) {
-    ActionTable* table = FindTable(id);
+    ActionTable* table = FindActionTable(id);
     if (!table) return std::nullopt;
     TableFacts facts;
     CopyFromHost(facts.name, table->GetName().data());
@@ -62,7 +56,7 @@ std::optional<TableFacts> InspectTable(unsigned long id) {
 }
 
 std::optional<ActionFacts> InspectAction(unsigned long table_id, int id) {
-    ActionTable* table = FindTable(table_id);
+    ActionTable* table = FindActionTable(table_id);
     ActionItem* item = table ? table->GetAction(id) : nullptr;
     if (!item) return std::nullopt;
     ActionFacts facts;

@@ -16,12 +16,6 @@ IMenuManager* MenuManager() {
     return core ? core->GetMenuManager() : nullptr;
 }
 
-ActionTable* FindTable(unsigned long id) {
-    Interface* core = Core();
-    IActionManager* manager = core ? core->GetActionManager() : nullptr;
-    return manager ? manager->FindTable(id) : nullptr;
-}
-
 }  // namespace
 
 bool RegisterMenuContext(int id, const char* name) {
@@ -39,7 +33,7 @@ IMenu* NewMenu(const char* title) {
 }
 
 IMenuItem* NewActionEntry(unsigned long table_id, int action) {
-    ActionTable* table = FindTable(table_id);
+    ActionTable* table = FindActionTable(table_id);
     ActionItem* action_item = table ? table->GetAction(action) : nullptr;
     IMenuItem* entry = action_item ? GetIMenuItem() : nullptr;
     if (entry) entry->SetActionItem(action_item);

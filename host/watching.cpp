@@ -8,15 +8,6 @@
 #include "host/sdk_text.h"
 
 namespace host {
-namespace {
-
-ActionTable* FindTable(unsigned long table) {
-    Interface* core = Core();
-    IActionManager* manager = core ? core->GetActionManager() : nullptr;
-    return manager ? manager->FindTable(table) : nullptr;
-}
-
-}  // namespace
 
 bool IsNodeNamed(INode* node, const char* name) {
     const MCHAR* text = node ? node->GetName() : nullptr;
@@ -30,12 +21,12 @@ bool IsNodeNamed(INode* node, const char* name) {
 }
 
 ActionCallback* CallbackOfTable(unsigned long table) {
-    ActionTable* found = FindTable(table);
+    ActionTable* found = FindActionTable(table);
     return found ? found->GetCallback() : nullptr;
 }
 
 void SetCallbackOfTable(unsigned long table, ActionCallback* callback) {
-    if (ActionTable* found = FindTable(table)) found->SetCallback(callback);
+    if (ActionTable* found = FindActionTable(table)) found->SetCallback(callback);
 }
 
 }  // namespace host

@@ -13,7 +13,7 @@
 #include "host/host.h"
 #include "host/sdk_text.h"
 
-// One of ours, or none: a separator.
+// What is written down of an entry and of the menu, in place of what older hosts make.
 class IMenuItem {
 public:
     unsigned long table = 0;
@@ -58,12 +58,6 @@ IMenuItem* NewEntry() {
     return g_entryCount < IMenu::kMost ? &g_entries[g_entryCount++] : nullptr;
 }
 
-ActionTable* FindTable(unsigned long id) {
-    Interface* core = Core();
-    IActionManager* manager = core ? core->GetActionManager() : nullptr;
-    return manager ? manager->FindTable(id) : nullptr;
-}
-
 void MakeEntries(MaxSDK::CUI::ICuiMenu& menu) {
     const MaxGuid at_the_end(kNone);
     const MSTR own_text(_M(""));  // an entry without a title shows its action's
@@ -95,17 +89,16 @@ void MakeMenu(void*, NotifyInfo* info) {
 }  // namespace
 
 bool RegisterMenuContext(int, const char*) {
-    return true;  // nothing of an earlier start is left
+    return !g_menu.title;  // nothing is left of another session
 }
 
 IMenu* NewMenu(const char* title) {
-    if (g_menu.title) return nullptr;  // there is one
     g_menu.title = title;
     return &g_menu;
 }
 
 IMenuItem* NewActionEntry(unsigned long table, int action) {
-    ActionTable* actions = FindTable(table);
+    ActionTable* actions = FindActionTable(table);
     IMenuItem* entry = actions && actions->GetAction(action) ? NewEntry() : nullptr;
     if (entry) {
         entry->table = table;
