@@ -2,6 +2,7 @@
 
 #include <custcont.h>
 
+#include "host/class_name.h"
 #include "host/host.h"
 #include "host/sdk_text.h"
 
@@ -26,11 +27,9 @@ private:
 
 // What the host makes of a window of another class is not documented, so the class is tested first.
 ICustButton* ButtonOfWindow(HWND window) {
-    char class_name[32];
-    if (!window || !GetClassNameA(window, class_name, static_cast<int>(sizeof class_name))) {
-        return nullptr;
-    }
-    return IsHostText(CUSTBUTTONWINDOWCLASS, class_name) ? GetICustButton(window) : nullptr;
+    if (!window) return nullptr;
+    return IsHostText(CUSTBUTTONWINDOWCLASS, ClassName(window).text) ? GetICustButton(window)
+                                                                     : nullptr;
 }
 
 }  // namespace

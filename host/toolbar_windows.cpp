@@ -1,7 +1,6 @@
 // Toolbars of hosts up to 2016: each button is a window.
 
-#include <cstring>
-
+#include "host/class_name.h"
 #include "host/host.h"
 #include "host/toolbar_controls.h"
 #include "host/toolbars.h"
@@ -37,9 +36,7 @@ void ChooseZoomExtentsEntry(int entry) {
 }
 
 std::optional<bool> IsToolbarButton(HWND window) {
-    char class_name[16];
-    if (!GetClassNameA(window, class_name, static_cast<int>(sizeof class_name))) return false;
-    return std::strcmp(class_name, "CustButton") == 0;
+    return ClassName(window).Is("CustButton");
 }
 
 }  // namespace host

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "host/class_name.h"
 #include "host/host.h"
 #include "host/view_windows.h"
 
@@ -9,15 +10,6 @@ int g_searchCtrlId = 0;
 char g_searchText[128] = "";
 
 namespace {
-
-struct ClassName {
-    char text[128];
-
-    explicit ClassName(HWND window) {
-        if (!GetClassNameA(window, text, static_cast<int>(sizeof text))) text[0] = '\0';
-    }
-    bool Is(const char* name) const { return std::strcmp(text, name) == 0; }
-};
 
 HWND WindowUnderCursor() {
     POINT cursor = {};

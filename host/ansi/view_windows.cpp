@@ -3,14 +3,12 @@
 
 #include "host/view_windows.h"
 
-#include <cstring>
+#include "host/class_name.h"
 
 namespace host {
 
 bool MayHoldViewports(HWND parent) {
-    char class_name[128];
-    return parent && GetClassNameA(parent, class_name, static_cast<int>(sizeof class_name)) &&
-           std::strcmp(class_name, "ViewPanel") == 0;
+    return parent && ClassName(parent).Is("ViewPanel");
 }
 
 bool IsViewToFocus(HWND window, HWND panel) {
