@@ -1,5 +1,6 @@
 #include "hooks/mouse_hook.h"
 
+#include "host/interaction_mode.h"
 #include "input/keys.h"
 #include "input/mouse_event.h"
 #include "navigation/gesture_moves.h"
@@ -24,6 +25,13 @@ bool MayStartGesture(const MouseEvent& event) {
            IsAltDown() && !IsCtrlDown();
 }
 
+Answer PressWithAlt(const MouseEvent& event) {
+    if (!MayStartGesture(event)) return Answer::kNotMine;
+    const bool is_hosts =
+        IsViewportKind(event.kind) && !IsGestureActive() && host::AnswersAltInViewports();
+    return is_hosts ? Answer::kPassed : ApplyPressRules(event);
+}
+
 bool MayEmulateSelection(const MouseEvent& event) {
     return !g_quickXform && !IsNavigating() && event.kind != kWindowOther &&
            event.kind != kWindowSchematicGraph;
@@ -36,7 +44,7 @@ Answer HandleButton(MouseEvent event) {
     if (brush != Answer::kNotMine) return brush;
     if (ScrubTime(event) == Answer::kConsumed) return Answer::kConsumed;
 
-    const Answer press = MayStartGesture(event) ? ApplyPressRules(event) : Answer::kNotMine;
+    const Answer press = PressWithAlt(event);
     if (press == Answer::kConsumed) return press;
     if (press == Answer::kNotMine && QuickTransform(event) == Answer::kConsumed) {
         return Answer::kConsumed;

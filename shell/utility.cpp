@@ -1,6 +1,7 @@
 #include "shell/utility.h"
 
 #include "host/host.h"
+#include "host/interaction_mode.h"
 #include "hooks/viewport_focus.h"
 #include "script/script_texts.h"
 #include "hooks/arrow_key_filter.h"
@@ -49,6 +50,7 @@ DWORD KarvelMax::Start() {
     RegisterPlaybackCallback();
     if (IsWelcomePopupEnabled()) OpenWelcomeDialog();
     host::RunScript(kDefineFrameView);
+    host::AskInteractionMode();
     BuildMenu();
     return GUPRESULT_KEEP;
 }

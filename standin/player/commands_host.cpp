@@ -82,6 +82,7 @@ constexpr Deed kDeeds[] = {
     {kPaintDeformTool, Plain<[](const Command& c) { world::SetPaintDeformTool(NumberAt(c, 0)); }>},
     {kPolyShift, Plain<[](const Command& c) { world::SetPolyShift(c.on); }>},
     {kPolyToolsThere, Plain<[](const Command& c) { world::LoadPolyTools(c.on); }>},
+    {kInteractionMode, Plain<[](const Command& c) { world::SetInteractionMode(c.text); }>},
     {kNamedSet, Plain<[](const Command& c) { world::SetNamedSet(c.text, c.words); }>},
     {kHide, Plain<[](const Command& c) { world::HideObject(c.words[0], true); }>},
     {kUnhide, Plain<[](const Command& c) { world::HideObject(c.words[0], false); }>},

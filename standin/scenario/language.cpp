@@ -86,6 +86,8 @@ constexpr Row kHost[] = {
     {kPolyShift, "polytools shift on|off", "and whether Shift is active"},
     {kPolyToolsThere, "polytools present|absent",
      "without PolyTools a script that asks them fails"},
+    {kInteractionMode, "interaction mode \"NAME\"",
+     "the host's own Interaction Mode, which hosts from 2016 on have here"},
     {kNamedSet, "set \"NAME\" [OBJECT…]", "a named selection set"},
     {kHide, "hide OBJECT", "makes an object invisible"},
     {kUnhide, "show OBJECT", "and visible"},

@@ -53,6 +53,7 @@ enum class Verb {
     kPaintDeformTool,
     kPolyShift,
     kPolyToolsThere,
+    kInteractionMode,
     kNamedSet,
     kHide,
     kUnhide,

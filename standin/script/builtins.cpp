@@ -130,6 +130,39 @@ Value Tell(Interpreter& interpreter, const Arguments&) {
     return Ok{};
 }
 
+std::vector<Value> PropertyNames(const Builtin& owner);
+
+// Of an interface.
+Value GetPropNames(Interpreter& interpreter, const Arguments& arguments) {
+    const auto* owner = Expect<const Builtin*>(arguments[0], "Interface", interpreter.host());
+    return interpreter.MakeArray(PropertyNames(*owner));
+}
+
+Value GetPropertyByName(Interpreter& interpreter, const Arguments& arguments) {
+    const Name& name = Expect<Name>(arguments[1], "Name", interpreter.host());
+    return GetProperty(arguments[0], name.text, interpreter);
+}
+
+Value ToLower(Interpreter& interpreter, const Arguments& arguments) {
+    return LowerCase(Expect<std::string>(arguments[0], "String", interpreter.host()));
+}
+
+Value FindString(Interpreter& interpreter, const Arguments& arguments) {
+    const auto& text = Expect<std::string>(arguments[0], "String", interpreter.host());
+    const auto& part = Expect<std::string>(arguments[1], "String", interpreter.host());
+    const std::size_t at = text.find(part);
+    return at == std::string::npos ? Value() : static_cast<std::int32_t>(at) + 1;
+}
+
+// Not every property of an interface can be read at any time.
+Value RefuseToAnswer(Interpreter&, const Arguments&) {
+    throw Error("Property cannot be read now");
+}
+
+Value InteractionMode(Interpreter& interpreter, const Arguments&) {
+    return interpreter.host().InteractionMode().value_or("");
+}
+
 constexpr std::string_view kSculptButtons = "PolyToolsUI.SculptButtons";
 
 using enum BuiltinKind;
@@ -145,6 +178,10 @@ constexpr Builtin kBuiltins[] = {
     {"numKeys", kFunction, CountKeys, 1},
     {"isKeySelected", kFunction, IsKeySelected, 2},
     {"getKeyTime", kFunction, GetKeyTime, 2},
+    {"getPropNames", kFunction, GetPropNames, 1},
+    {"getProperty", kFunction, GetPropertyByName, 2},
+    {"toLower", kFunction, ToLower, 1},
+    {"findString", kFunction, FindString, 2},
     {"completeRedraw", kFunction, Tell<&Host::CompleteRedraw>},
     {"selection", kVariable, [](Interpreter&, const Arguments&) -> Value { return ObjectSet{}; }},
     {"animationRange", kVariable, AnimationRange, 1},
@@ -156,6 +193,9 @@ constexpr Builtin kBuiltins[] = {
     {"trackviews.current.getSelected", kFunction, GetSelectedTrack, 1},
     {"viewport", kInterface},
     {"viewport.ResetAllViews", kFunction, Tell<&Host::ResetAllViews>},
+    {"mouseConfigManager", kModes},
+    {"mouseConfigManager.unreadable", kVariable, RefuseToAnswer},
+    {"mouseConfigManager.mode", kVariable, InteractionMode},
     {"PolyToolsUI", kPolyTools},
     {"PolyToolsUI.SculptTool", kVariable, Ask<&Host::SculptTool>},
     {"PolyToolsUI.PDTool", kVariable, Ask<&Host::PaintDeformTool>},
@@ -165,6 +205,16 @@ constexpr Builtin kBuiltins[] = {
     {"PolyBoost.ToolToggle", kFunction, ToggleTool, 3},
 };
 // clang-format on
+
+std::vector<Value> PropertyNames(const Builtin& owner) {
+    const std::string prefix = std::string(owner.name) + ".";
+    std::vector<Value> names;
+    for (const Builtin& builtin : kBuiltins) {
+        if (builtin.kind == kVariable && builtin.name.starts_with(prefix))
+            names.emplace_back(Name{std::string(builtin.name.substr(prefix.size()))});
+    }
+    return names;
+}
 
 bool IsSculptButtons(const Value& value) {
     const auto* builtin = std::get_if<const Builtin*>(&value);
@@ -200,8 +250,9 @@ const Builtin* FindBuiltin(std::string_view name) {
 
 Value ReadBuiltin(const Builtin& builtin, Interpreter& interpreter) {
     if (builtin.kind == BuiltinKind::kVariable) return builtin.call(interpreter, {});
-    if (builtin.kind == BuiltinKind::kPolyTools && !interpreter.host().HasPolyTools())
-        return Undefined{};
+    Host& host = interpreter.host();
+    if (builtin.kind == BuiltinKind::kPolyTools && !host.HasPolyTools()) return Undefined{};
+    if (builtin.kind == BuiltinKind::kModes && !host.InteractionMode()) return Undefined{};
     return &builtin;
 }
 

@@ -14,6 +14,7 @@ enum class BuiltinKind {
     kVariable,   // called to be read; called with a value to be set, if that is allowed
     kInterface,  // not called; its members are entries of their own: `viewport.ResetAllViews`
     kPolyTools,  // an interface that is there only with the PolyTools
+    kModes,      // one that is there only where the host has an Interaction Mode
 };
 
 struct Builtin {

@@ -1,6 +1,7 @@
 // What scripts can see and change: the world behind the interpreter.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,9 @@ public:
     virtual bool IsSculptButtonOn(int index) = 0;
     virtual void SetSculptButton(int index, bool on) = 0;
     virtual void ToggleTool(int group, int index, bool on) = 0;
+
+    // The mode's name; hosts up to 2012 have none, nor its manager.
+    virtual std::optional<std::string> InteractionMode() = 0;
 
     // Functions registered by plug-ins. Names are given in lower case.
     virtual bool HasPrimitive(const std::string& name) = 0;

@@ -63,7 +63,11 @@ Value Interpreter::RunNode(const Syntax& node, Scope* scope) {
         case SyntaxKind::kOperator: return RunOperator(node, scope);
         case SyntaxKind::kConvert:
             if (EqualNames(node.text, "array")) return MakeArray(ItemsOf(part(0), *this));
-            throw Error("'as " + node.text + "' is not supported, only 'as array'");
+            if (EqualNames(node.text, "string")) {
+                Value value = part(0);
+                return std::holds_alternative<std::string>(value) ? value : ToText(value);
+            }
+            throw Error("'as " + node.text + "' is not supported");
         case SyntaxKind::kAssign: return RunAssignment(node, scope);
         case SyntaxKind::kIf:
             if (Test(*node.parts[0], scope, "if")) return part(1);

@@ -102,6 +102,11 @@ bool DrawsToolbars() {
     return g_plugin_calls && g_plugin_calls->release >= kFirstRelease;
 }
 
+bool HasInteractionMode() {
+    constexpr int kFirstRelease = 15000;
+    return g_plugin_calls && g_plugin_calls->release >= kFirstRelease;
+}
+
 bool HasViewPanel() {
     constexpr int kFirstReleaseWithout = 15000;
     return !g_plugin_calls || g_plugin_calls->release < kFirstReleaseWithout;

@@ -271,6 +271,8 @@ struct State {
     int paint_deform_tool = 0;
     bool poly_shift = false;
     bool polytools_loaded = true;
+
+    std::string interaction_mode = "3ds Max";
     unsigned long script_time = 0;
     std::map<int, bool> sculpt_buttons;
 
@@ -326,6 +328,8 @@ std::string ModeText(const eng_mode* mode);
 // themselves: nothing that can be found or asked stands there, but the actions of the same numbers
 // tell their states.
 bool DrawsToolbars();
+// Those up to 2012 have none.
+bool HasInteractionMode();
 // Whether the viewports lie in one window of a class by which plug-ins may know it.
 bool HasViewPanel();
 

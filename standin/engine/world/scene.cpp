@@ -279,6 +279,10 @@ void LoadPolyTools(bool loaded) {
     g_world.polytools_loaded = loaded;
 }
 
+void SetInteractionMode(std::string_view name) {
+    g_world.interaction_mode = name;
+}
+
 void SetSculptTool(int value) {
     g_world.sculpt_tool = value;
     g_world.sculpt_buttons.clear();

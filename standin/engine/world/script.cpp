@@ -193,6 +193,10 @@ public:
         NoteCommand("tool " + std::to_string(index) + (on ? " on" : " off"));
     }
 
+    std::optional<std::string> InteractionMode() override {
+        return HasInteractionMode() ? std::optional(g_world.interaction_mode) : std::nullopt;
+    }
+
     bool HasPrimitive(const std::string& name) override { return g_primitives.contains(name); }
     script::Value CallPrimitive(const std::string& name,
                                 const script::Arguments& arguments) override;

@@ -78,6 +78,7 @@ void SetSculptTool(int value);
 void SetPaintDeformTool(int value);
 void SetPolyShift(bool active);
 void LoadPolyTools(bool loaded);  // not loaded: what asks for them is a mistake of the script
+void SetInteractionMode(std::string_view name);  // the host's own scheme of mouse buttons
 void SetScriptTime(unsigned long milliseconds);  // that each script of the plug-in takes
 void RebuildToolbars();  // their windows go, and others come with the states that they had
 

@@ -14,6 +14,7 @@
 #include "hooks/keyboard_hook.h"
 #include "hooks/mouse_hook.h"
 #include "host/host.h"
+#include "host/interaction_mode.h"
 #include "input/input_records.h"
 #include "navigation/gesture_moves.h"
 #include "navigation/gesture_rules.h"
@@ -41,6 +42,7 @@ bool g_scrub_on = false;
 bool g_may_move_select = true;
 bool g_shift = false;
 bool g_alt = false;
+bool g_host_answers_alt = false;
 
 struct PassedOn {
     int code;
@@ -174,6 +176,9 @@ bool IsSubObjectEditing() {
 std::optional<bool> IsSelectEnabled() {
     return std::nullopt;
 }
+bool AnswersAltInViewports() {
+    return g_host_answers_alt;
+}
 }  // namespace host
 
 namespace {
@@ -189,6 +194,7 @@ protected:
         g_redirect = Answer::kNotMine;
         g_press = Answer::kNotMine;
         g_alt = false;
+        g_host_answers_alt = false;
         g_shift = false;
         g_scrub_on = false;
         g_may_move_select = true;
@@ -338,6 +344,36 @@ TEST_F(HookProcedures, PressesWithAltAskTheRulesFirst) {
     EXPECT_EQ(Asked(WM_RBUTTONUP), kAll);
     g_kind = kWindowOther;
     EXPECT_EQ(Asked(WM_RBUTTONDOWN), kAllButSelection);
+}
+
+// A press that is the host's begins neither a gesture nor a quick transform. One within a gesture,
+// and one in an editor, is ours as ever.
+TEST_F(HookProcedures, PressesWithAltInViewportsMayBeTheHosts) {
+    g_alt = true;
+    g_host_answers_alt = true;
+    g_press = Answer::kConsumed;
+    const Names left_alone = {"kind", "redirect", "scrub", "release rules", "click"};
+    const Names answered = {"kind", "redirect", "scrub", "press rules"};
+    for (const WindowKind kind : {kWindowViewport, kWindowViewportLocked}) {
+        g_kind = kind;
+        for (const UINT press : {WM_LBUTTONDOWN, WM_MBUTTONDOWN, WM_RBUTTONDBLCLK}) {
+            EXPECT_EQ(Asked(press), left_alone) << press;
+            EXPECT_FALSE(Swallowed());
+        }
+        for (int* const running : {&g_orbitActive, &g_zoomActive, &g_panActive, &g_navLocked}) {
+            *running = 1;
+            EXPECT_EQ(Asked(WM_LBUTTONDOWN), answered);
+            *running = 0;
+        }
+        EXPECT_EQ(Asked(WM_MBUTTONUP), kAll);
+    }
+    for (const WindowKind kind : {kWindowUnwrapView, kWindowTrackBar, kWindowSchematicGraph}) {
+        g_kind = kind;
+        EXPECT_EQ(Asked(WM_MBUTTONDOWN), answered);
+    }
+    g_alt = false;
+    g_kind = kWindowViewport;
+    EXPECT_EQ(Asked(WM_MBUTTONDOWN), kAll);
 }
 
 TEST_F(HookProcedures, AQuickTransformShutsTheRulesAndTheSelection) {

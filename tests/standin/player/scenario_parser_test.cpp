@@ -232,6 +232,7 @@ const std::vector<Form>& Forms() {
         {.line = "polytools shift on", .verb = kPolyShift, .on = true},
         {.line = "polytools absent", .verb = kPolyToolsThere},
         {.line = "polytools present", .verb = kPolyToolsThere, .on = true},
+        {.line = "interaction mode \"a b\"", .verb = kInteractionMode, .text = "a b"},
         {.line = "set \"a b\" Box001 Box001",
          .verb = kNamedSet,
          .words = {"Box001", "Box001"},

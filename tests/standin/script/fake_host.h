@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -112,6 +113,8 @@ public:
                           (on ? " on" : " off"));
     }
 
+    std::optional<std::string> InteractionMode() override { return interaction_mode; }
+
     bool HasPrimitive(const std::string& name) override { return primitives.count(name) != 0; }
     script::Value CallPrimitive(const std::string& name,
                                 const script::Arguments& arguments) override {
@@ -135,6 +138,7 @@ public:
     script::Interval range{{0}, {100 * script::kTicksPerFrame}};
     bool key_mode = false;
     bool has_polytools = true;
+    std::optional<std::string> interaction_mode;
     int sculpt_tool = 0;
     int paint_deform_tool = 0;
     bool poly_shift = false;

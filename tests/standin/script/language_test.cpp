@@ -188,6 +188,26 @@ TEST(Language, TracksActionsAndPolyTools) {
     EXPECT_EQ(evaluate("PolyBoost"), "undefined");
 }
 
+TEST(Language, InterfacesAndTexts) {
+    FakeHost host;
+    script::Interpreter interpreter(host);
+    const auto evaluate = [&](const char* text) { return RunText(interpreter, text); };
+    EXPECT_EQ(evaluate("mouseConfigManager"), "undefined");
+    host.interaction_mode = "Some Mode";
+    EXPECT_EQ(evaluate("getPropNames mouseConfigManager"), "#(#unreadable, #mode)");
+    EXPECT_EQ(evaluate("getProperty mouseConfigManager #mode"), "\"Some Mode\"");
+    EXPECT_EQ(evaluate("getProperty mouseConfigManager #unreadable"),
+              "1:1: Property cannot be read now");
+    EXPECT_EQ(evaluate("getProperty mouseConfigManager #other"),
+              "1:1: Unknown property: \"other\" in <Interface:mouseConfigManager>");
+    EXPECT_EQ(evaluate("getPropNames 5"), "1:1: Unable to convert: 5 to type: Interface");
+    EXPECT_EQ(evaluate("toLower \"Some MODE 1\""), "\"some mode 1\"");
+    EXPECT_EQ(evaluate("findString \"some mode\" \"mode\""), "6");
+    EXPECT_EQ(evaluate("findString \"some mode\" \"Mode\""), "undefined");
+    EXPECT_EQ(evaluate("\"text\" as string"), "\"text\"");
+    EXPECT_EQ(evaluate("(1 + 1) as string"), "\"2\"");
+}
+
 // ---- errors
 
 TEST(Errors, Texts) {
@@ -249,7 +269,7 @@ TEST(Errors, Values) {
         {"if 1 then 2", "1:4: if needs true or false, got: 1"},
         {"for i in 5 do i", "1:1: Unable to convert: 5 to type: Array"},
         {"for i = 1 to 5f do i", "1:1: Unable to convert: 5f to type: Integer"},
-        {"5 as integer", "1:3: 'as integer' is not supported, only 'as array'"},
+        {"5 as integer", "1:3: 'as integer' is not supported"},
         {"interval \"a\" 1", "1:1: Unable to convert: \"a\" to type: Time"},
         {"interval 5", "1:1: Argument count error: interval wanted 2, got 1"},
         {"fn f a b = 1; f 1", "1:15: Argument count error: f wanted 2, got 1"},
