@@ -43,6 +43,10 @@ function(karvel_test_properties test timeout labels)
     if(NOT timeout)
         set(timeout 600)
     endif()
+    # Of which host's file it is, for ./dev test --host.
+    if(KARVEL_MSVC AND NOT labels MATCHES "host-")
+        string(APPEND labels ";host-${KARVEL_SDK_GENERATION}")
+    endif()
     set_tests_properties(${test} PROPERTIES TIMEOUT ${timeout} LABELS "${KARVEL_ABI};${labels}")
     # As long as ctest has no times of an earlier run: the long ones first, so that the end of none is
     # waited for with a processor that has nothing to do.

@@ -52,6 +52,9 @@ REFUSED = [
     ("fuzz-model frob", "rules, settings, scenario, script, link_map"),
     ("bench --only direct,frob", "direct, growth, work, queue, start"),
     ("bench --host 2024", "no option --host"),
+    ("test --host 2020", "it can be 2012, 2016, 2018, 2024, 2026"),
+    ("stress --host 2024", "no option --host"),
+    ("test -L host-2020", "no test has a label 'host-2020'"),
     ("package --abi gnu", "it can be msvc"),
     ("mutate --jobs 3", "1, 2"),
     ("mutate --only nowhere.cpp", "'nowhere.cpp'"),
@@ -114,6 +117,22 @@ CHOSEN = [
     (["--tests-regex", "orbit", "--label-regex", "hosts"], "_hosts"),
     (["-LE", "hosts", "-E", "orbit"], "rooms"),
     (["-C", "mine"], "mine"),
+    (["--host", "2024"], "rooms_hosts"),
+    (["--host", "2012"], "rooms"),
+    (["--host=2018", "-R", "orbit"], "_hosts"),
+]
+
+# Tests with their labels, and which of them are left.
+LABELLED = {"a.gnu": "gnu;scenario", "a.2012": "msvc;scenario;host-2012",
+            "a.2024": "msvc;scenario;hosts;host-2024", "b.2024": "msvc;abi;hosts;host-2024"}
+LEFT = [
+    ([], ["a.gnu", "a.2012", "a.2024", "b.2024"]),
+    (["--host", "2012"], ["a.2012"]),
+    (["--host", "2024"], ["a.2024", "b.2024"]),
+    (["--host", "2024", "-L", "scenario"], ["a.2024"]),
+    (["-R", "^b", "--host", "2024"], ["b.2024"]),
+    (["--host", "2024", "-LE", "abi"], ["a.2024"]),
+    (["--host", "2016"], []),
 ]
 
 # ctest's options that are not about running tests that are built.
@@ -135,6 +154,10 @@ def table():
             verbs, word, value, reader, text = line.split(None, 4)
             rows.append((verbs.split(","), word, value, reader, text))
     return rows
+
+
+def later_hosts():
+    return make_sdk.Generation(ROOT / "sdk", "2012").names[1:]
 
 
 def words_of(verb):
@@ -196,21 +219,33 @@ class Arguments(unittest.TestCase):
                 self.assertEqual(done.stdout.split("\0")[:-1], passed)
 
 
-    def test_how_scenarios_are_played(self):
+    def run_ctest(self, build, tests, written):
+        """What a run of these tests with what is written after `test` tells."""
         script = ('root=$1; build=$2; shift 2; . "$root/tools/dev/read_arguments.sh"; '
                   '. "$root/tools/dev/choose_tests.sh"; read_arguments test "$@"; '
                   'write_test_directory; ctest --test-dir "$build/tests" "${passed[@]}" -N')
+        pathlib.Path(build, "gnu").mkdir(exist_ok=True)
+        pathlib.Path(build, "gnu/CTestTestfile.cmake").write_text(tests)
+        return subprocess.run(["bash", "-uc", script, "bash", ROOT, build, *written],
+                              cwd=ROOT, capture_output=True, text=True)
+
+    def test_how_scenarios_are_played(self):
         with tempfile.TemporaryDirectory() as build:
-            pathlib.Path(build, "gnu").mkdir()
-            pathlib.Path(build, "gnu/CTestTestfile.cmake").write_text(
-                f'file(WRITE "{build}/chosen" "${{CTEST_CONFIGURATION_TYPE}}")\n')
             for written, wanted in CHOSEN:
                 with self.subTest(written):
-                    done = subprocess.run(["bash", "-uc", script, "bash", ROOT, build, *written],
-                                          cwd=ROOT, capture_output=True, text=True)
+                    done = self.run_ctest(
+                        build, f'file(WRITE "{build}/chosen" "${{CTEST_CONFIGURATION_TYPE}}")\n', written)
                     chosen = pathlib.Path(build, "chosen")
                     self.assertEqual(chosen.read_text(), wanted, done.stderr)
                     chosen.unlink()
+
+    def test_which_tests_a_host_leaves(self):
+        tests = "".join(f'add_test({name} true)\nset_tests_properties({name} PROPERTIES LABELS "{labels}")\n'
+                        for name, labels in LABELLED.items())
+        for written, wanted in LEFT:
+            with self.subTest(written), tempfile.TemporaryDirectory() as build:
+                done = self.run_ctest(build, tests, written)
+                self.assertEqual(re.findall(r"(?m)^ +Test +#\d+: (\S+)$", done.stdout), wanted, done.stderr)
 
 
 class Table(unittest.TestCase):
@@ -239,15 +274,14 @@ class Table(unittest.TestCase):
             theirs |= set(re.findall(r"(?<![\w-])(--?[\w.-]+\b)", names))
         theirs = {name for name in theirs if not NOT_FOR_TESTS.fullmatch(name)}
         self.assertGreater(len(theirs), 40)
-        ours = {word.rstrip("=") for word in words_of("test")}
+        ours = {word.rstrip("=") for word in words_of("test")} - {"--host"}
         # Not in its help, but in its manual.
         self.assertEqual(ours - theirs, set())
         self.assertEqual(theirs - ours, set())
 
     def test_each_later_host_has_its_presets(self):
         presets = json.loads((ROOT / "CMakePresets.json").read_text())
-        wanted = {f"msvc-{year}": year for year in
-                  make_sdk.Generation(ROOT / "sdk", "2012").names if year != "2012"}
+        wanted = {f"msvc-{year}": year for year in later_hosts()}
         self.assertEqual(wanted, {
             preset["name"]: preset["cacheVariables"]["KARVEL_SDK_GENERATION"]
             for preset in presets["configurePresets"] if preset.get("inherits") == "msvc"})
@@ -279,7 +313,8 @@ class Labels(unittest.TestCase):
                                   capture_output=True, text=True, check=True).stdout
         used = set(re.findall(r"(?m)^  (\S+)$", text))
         table_of_labels = (ROOT / "tests/labels.txt").read_text().splitlines()
-        known = [line.split()[0] for line in table_of_labels if not line.startswith("#")]
+        known = [line.split()[0].replace("LATER", year) for line in table_of_labels
+                 if not line.startswith("#") for year in (later_hosts() if "LATER" in line else [""])]
         self.assertEqual(sorted(used), sorted(known))
 
 

@@ -29,7 +29,14 @@ choices_of() {
 }
 
 list_labels() {
-    grep -v '^#' "$labels_table"
+    local line year
+    while read -r line; do
+        case $line in
+            '#'*) ;;
+            *LATER*) for year in $later_hosts; do echo "${line//LATER/$year}"; done ;;
+            *) echo "$line" ;;
+        esac
+    done <"$labels_table"
 }
 
 print_overview() {
