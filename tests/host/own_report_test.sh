@@ -6,11 +6,7 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../tools/session/wine_session.sh
 . "$here/../../tools/session/wine_session.sh"
-work=$(mktemp -d "${TMPDIR:-/tmp}/karvel-report.XXXXXX")
-wine_session_ends_with_script "rm -rf '$work'"
-choose_build "$1" "$2"
-
-wine_session_begin null || exit 1
+test_session "$1" "$2" || exit 1
 reports=()
 for scenario in everything_open another_tool brush; do
     folder=$work/$scenario

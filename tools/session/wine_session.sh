@@ -10,6 +10,7 @@
 #   wine_session_ends_with_script        sees to it that the script ends the session
 #   wine_sessions_end_unused             ends what killed users have left
 #   choose_build BUILD_DIRECTORY ABI     what the stand-in is to load
+#   test_session BUILD_DIRECTORY ABI     a session without a display, for the script of a test
 #
 # There are two sessions without a display, each on a processor of its own: KARVEL_LANE says which,
 # 0 or 1. A script that is called inside a session joins it: KARVEL_HELD_SESSIONS names those that a
@@ -92,6 +93,15 @@ choose_build() {
     # shellcheck disable=SC2034  # for the caller
     where=(--abi "${abi%%-*}" --host-dir "$built/host"
         --plugin "$built/plugin/KarvelMax.gup" --map "$built/plugin/KarvelMax.map")
+}
+
+# test_session BUILD_DIRECTORY ABI: begins a session that ends with the script, chooses the build, and
+# sets `work` to a folder that goes with the script as well.
+test_session() {
+    work=$(mktemp -d "${TMPDIR:-/tmp}/karvel-test.XXXXXX")
+    wine_session_ends_with_script "rm -rf '$work'"
+    choose_build "$1" "$2"
+    wine_session_begin null
 }
 
 wine_session_end() {

@@ -5,10 +5,7 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-work=$(mktemp -d "${TMPDIR:-/tmp}/karvel-record.XXXXXX")
-wine_session_ends_with_script "rm -rf '$work'"
-choose_build "$1" "$2"
-wine_session_begin null || exit 1
+test_session "$1" "$2" || exit 1
 
 # record STATUS FILE.scn: into a settings folder of its own
 record() {

@@ -6,11 +6,8 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-work=$(mktemp -d "${TMPDIR:-/tmp}/karvel-round-trip.XXXXXX")
-wine_session_ends_with_script "rm -rf '$work'"
-choose_build "$1" "$2"
+test_session "$1" "$2" || exit 1
 cd "$karvel_root" || exit 1
-wine_session_begin null || exit 1
 
 mkdir "$work/played" "$work/recorded"
 for file in standin/player/tour/*.scn; do

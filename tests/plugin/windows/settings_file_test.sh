@@ -6,15 +6,9 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-work=$(mktemp -d "${TMPDIR:-/tmp}/karvel-settings.XXXXXX")
-wine_session_ends_with_script "rm -rf '$work'"
-
-built=$1
-abi=$2
-choose_build "$built" "$abi"
+test_session "$1" "$2" || exit 1
 
 /usr/bin/python3 "$here/settings_file_test.py" prepare "$work" || exit 1
-wine_session_begin null || exit 1
 for folder in "$work"/*/; do
     folder=${folder%/}
     run_wine "$program" play "${where[@]}" \

@@ -5,18 +5,15 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-folder=$(mktemp -d)
-wine_session_ends_with_script "rm -rf '$folder'"
-choose_build "$1" gnu
-wine_session_begin null || exit 1
+test_session "$1" gnu || exit 1
 failed=0
 
 # refused INPUT LINE WANTED TEXT...: the scenario of these lines ends in LINE with this message.
 refused() {
     local input=$1 line=$2 wanted=$3 output status
     shift 3
-    printf '%s\n' "$@" 'expect nothing' >"$folder/play.scn"
-    output=$(run_wine "$program" play "${where[@]}" --input "$input" "$folder/play.scn" 2>&1 >/dev/null)
+    printf '%s\n' "$@" 'expect nothing' >"$work/play.scn"
+    output=$(run_wine "$program" play "${where[@]}" --input "$input" "$work/play.scn" 2>&1 >/dev/null)
     status=$?
     if [ $status -ne 2 ] || [[ $output != *"play.scn:$line: $wanted"* ]] ||
         [ "$(grep -c . <<<"$output")" -ne 1 ]; then

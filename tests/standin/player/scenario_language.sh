@@ -6,22 +6,19 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-wine_session_ends_with_script
-choose_build "$1" gnu
-wine_session_begin null || exit 1
-folder=$(mktemp -d "${TMPDIR:-/tmp}/karvel-unsound.XXXXXX")
+test_session "$1" gnu || exit 1
 failed=0
 
 # says STATUS PLAYED TEXT LINE [OPTION...]: the scenario TEXT (for printf) is played, or not, and the
 # messages are LINE, in which FILE stands for its name.
 says() {
-    local status=$1 played=$2 text=$3 line=$4 got output messages file=$folder/scenario.scn
+    local status=$1 played=$2 text=$3 line=$4 got output messages file=$work/scenario.scn
     shift 4
     # shellcheck disable=SC2059  # bytes that are no text
     printf "$text" >"$file"
-    output=$(run_wine "$program" play "${where[@]}" "$@" "$file" 2>"$folder/messages")
+    output=$(run_wine "$program" play "${where[@]}" "$@" "$file" 2>"$work/messages")
     got=$?
-    messages=$(sed "s|^$file|FILE|" "$folder/messages")
+    messages=$(sed "s|^$file|FILE|" "$work/messages")
     if [ "$got" -ne "$status" ] || [ "$messages" != "$line" ] ||
         { [ "$played" = yes ] && [[ $output != *in\ start* ]]; } ||
         { [ "$played" = no ] && [ -n "$output" ]; }; then
@@ -49,10 +46,9 @@ says 2 no '\377\376s\0t\0' 'FILE:1: the file is UTF-16, save it as UTF-8'
 says 2 no 'start\n\0\n' 'FILE:2: there is a NUL byte in column 1, save the file as UTF-8'
 says 2 no 'script "open\n' 'FILE:1: the quoted text is not closed, end it with "'
 
-run_wine "$program" play "${where[@]}" --strict "$here/rare_words.scn" >"$folder/trace" || {
-    cat "$folder/trace"
+run_wine "$program" play "${where[@]}" --strict "$here/rare_words.scn" >"$work/trace" || {
+    cat "$work/trace"
     failed=1
 }
 
-rm -rf "$folder"
 exit $failed

@@ -6,15 +6,12 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$here/../../../tools/session/wine_session.sh"
-folder=$(mktemp -d)
-wine_session_ends_with_script "rm -rf '$folder'"
-choose_build "$1" gnu
-wine_session_begin null || exit 1
+test_session "$1" gnu || exit 1
 failed=0
 
 # Whatever a play can leave behind: keys and buttons held, the capture taken, windows open in the
 # middle of something, another owner of a window's messages, faults, settings, time.
-cat >"$folder/untidy.scn" <<'SCENARIO'
+cat >"$work/untidy.scn" <<'SCENARIO'
 ini useMayaStyle=1
 ini altLeftArcRotate=0
 start
@@ -41,7 +38,7 @@ code 3
 peek on
 SCENARIO
 # All that there is to be seen of the start of a play.
-cat >"$folder/first.scn" <<'SCENARIO'
+cat >"$work/first.scn" <<'SCENARIO'
 show keys
 show clock
 start
@@ -60,7 +57,7 @@ show keys
 show plugin
 SCENARIO
 # The window procedure that the plug-in hands messages on to is none.
-cat >"$folder/dies.scn" <<'SCENARIO'
+cat >"$work/dies.scn" <<'SCENARIO'
 start
 poke g_prevMainWndProc 16
 accelerator 1
@@ -68,38 +65,38 @@ SCENARIO
 
 # play INPUT NAME...: plays them one after the other. Sets `status`, `messages`, `processes` that
 # played and `desktops` that were made, the session's own among them; the traces go to
-# $folder/NUMBER.trace.
+# $work/NUMBER.trace.
 play() {
-    local input=$1 name files=() output=$folder/output
+    local input=$1 name files=() output=$work/output
     shift
-    for name in "$@"; do files+=("$folder/$name.scn"); done
+    for name in "$@"; do files+=("$work/$name.scn"); done
     status=0
-    rm -f "$folder"/*.trace
+    rm -f "$work"/*.trace
     WINEDEBUG=-all,+process run_wine "$program" play "${where[@]}" --input "$input" --jobs 1 \
-        --queries --facts --trace "$output" "${files[@]}" >/dev/null 2>"$folder/errors" || status=$?
-    processes=$(grep -c 'CreateProcessInternalW.*standin\.exe.* worker ' "$folder/errors")
-    desktops=$(grep -c 'NtCreateUserProcess.*explorer\.exe.* pid ' "$folder/errors")
-    messages=$(grep '\.scn' "$folder/errors" | grep -v ':process:')
-    awk -v folder="$folder" '/^# .*\.scn$/ { file = folder "/" ++n ".trace"; next } { print >file }' \
+        --queries --facts --trace "$output" "${files[@]}" >/dev/null 2>"$work/errors" || status=$?
+    processes=$(grep -c 'CreateProcessInternalW.*standin\.exe.* worker ' "$work/errors")
+    desktops=$(grep -c 'NtCreateUserProcess.*explorer\.exe.* pid ' "$work/errors")
+    messages=$(grep '\.scn' "$work/errors" | grep -v ':process:')
+    awk -v folder="$work" '/^# .*\.scn$/ { file = folder "/" ++n ".trace"; next } { print >file }' \
         "$output"
 }
 
 complain() {
     printf '%s input: %s\n' "$input" "$*" >&2
-    grep -v ':trace:' "$folder/errors" >&2
+    grep -v ':trace:' "$work/errors" >&2
     failed=1
 }
 
 for input in virtual real; do
     play $input first first
-    cp "$folder/1.trace" "$folder/alone"
-    cmp "$folder/alone" "$folder/2.trace" >&2 || complain 'the second play differs from the first'
+    cp "$work/1.trace" "$work/alone"
+    cmp "$work/alone" "$work/2.trace" >&2 || complain 'the second play differs from the first'
     play $input untidy first untidy first
     [ "$status" = 0 ] || complain "status $status: $messages"
     [ "$processes" = 1 ] || complain "$processes processes played what one can"
     [ "$desktops" -le 2 ] || complain "$desktops desktops where one can be put in order"
     for number in 2 4; do
-        diff "$folder/alone" "$folder/$number.trace" >&2 ||
+        diff "$work/alone" "$work/$number.trace" >&2 ||
             complain "the play before reaches play $number"
     done
     play $input first dies first first
@@ -108,7 +105,7 @@ for input in virtual real; do
         complain "the message of a play that died is: $messages"
     [ "$processes" = 2 ] || complain "$processes processes where one died"
     for number in 1 3 4; do
-        cmp "$folder/alone" "$folder/$number.trace" >&2 ||
+        cmp "$work/alone" "$work/$number.trace" >&2 ||
             complain "play $number beside one that dies differs"
     done
 done

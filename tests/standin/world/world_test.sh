@@ -7,43 +7,40 @@ here=$(cd "$(dirname "$0")" && pwd)
 root=$here/../../..
 # shellcheck source=../../../tools/session/wine_session.sh
 . "$root/tools/session/wine_session.sh"
-folder=$(mktemp -d "${TMPDIR:-/tmp}/karvel-world.XXXXXX")
-wine_session_ends_with_script "rm -rf '$folder'"
-choose_build "$1" "$2"
-wine_session_begin null || exit 1
+test_session "$1" "$2" || exit 1
 failed=0
 
 play() {
     run_wine "$program" play "${where[@]}" "$@"
 }
 
-mkdir "$folder/own"
-play --strict --diagnostics --config-dir "Z:${folder//\//\\}\\own" "$here/own_report.scn" >"$folder/own.trace" || exit 1
+mkdir "$work/own"
+play --strict --diagnostics --config-dir "Z:${work//\//\\}\\own" "$here/own_report.scn" >"$work/own.trace" || exit 1
 tour=("$root"/standin/player/tour/*.scn)
-play --facts --queries "${tour[@]}" >"$folder/without.trace" || failed=1
-play --facts --queries --world "$folder/own/KarvelReport.txt" "${tour[@]}" >"$folder/with.trace" || failed=1
-stops=$(grep -c '^# ' "$folder/without.trace")
+play --facts --queries "${tour[@]}" >"$work/without.trace" || failed=1
+play --facts --queries --world "$work/own/KarvelReport.txt" "${tour[@]}" >"$work/with.trace" || failed=1
+stops=$(grep -c '^# ' "$work/without.trace")
 [ "$stops" -eq "${#tour[@]}" ] || { echo "$stops stops of the tour, not ${#tour[@]}" >&2; failed=1; }
-diff -u "$folder/without.trace" "$folder/with.trace" | head -n 60 >&2
+diff -u "$work/without.trace" "$work/with.trace" | head -n 60 >&2
 [ "${PIPESTATUS[0]}" -eq 0 ] || failed=1
 
-play --strict --world "$here/other_host.txt" "$here/other_host.scn" >"$folder/other.trace" || {
-    tail -n 60 "$folder/other.trace" >&2
+play --strict --world "$here/other_host.txt" "$here/other_host.scn" >"$work/other.trace" || {
+    tail -n 60 "$work/other.trace" >&2
     failed=1
 }
 # Release 14900 and the size of the screen, as the plug-in asks for them.
-play --queries --world "$here/other_host.txt" "$here/other_host.scn" >"$folder/asked.trace"
+play --queries --world "$here/other_host.txt" "$here/other_host.scn" >"$work/asked.trace"
 for answer in 'Get3DSMAXVersion -> 976496128' 'GetSystemMetrics 78 -> 1600' 'GetSystemMetrics 79 -> 900'; do
-    grep -q "$answer" "$folder/asked.trace" || { echo "missing: $answer" >&2; failed=1; }
+    grep -q "$answer" "$work/asked.trace" || { echo "missing: $answer" >&2; failed=1; }
 done
 
 # refused LINE MESSAGE SED: the report with this change ends in one line.
 refused() {
     local output status
-    sed "$3" "$here/other_host.txt" >"$folder/bad.txt"
-    output=$(play --world "$folder/bad.txt" "$here/other_host.scn" 2>&1)
+    sed "$3" "$here/other_host.txt" >"$work/bad.txt"
+    output=$(play --world "$work/bad.txt" "$here/other_host.scn" 2>&1)
     status=$?
-    if [ $status -ne 2 ] || [ "$output" != "$folder/bad.txt:$1: $2" ]; then
+    if [ $status -ne 2 ] || [ "$output" != "$work/bad.txt:$1: $2" ]; then
         printf '%s: status %s, output:\n%s\n' "$3" "$status" "$output" >&2
         failed=1
     fi
