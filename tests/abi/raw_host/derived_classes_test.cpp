@@ -17,18 +17,10 @@ namespace {
 constexpr unsigned long kKarvelTable = 0x737D5FB8;
 constexpr uint64_t kCommandCount = std::size(kCommands);
 constexpr uint64_t kLower = 0xFFFFFFFF;
+constexpr char kWidgetWithClass[] =
+    "ClassDesc2.CreateQtWidget(pointer, pointer, short, pointer, pointer, pointer, pointer)";
 
-uint64_t Word(const void* address) {
-    return reinterpret_cast<uint64_t>(address);
-}
-std::string Text(uint64_t address) {
-    return IsReadable(address, 1) ? reinterpret_cast<const char*>(address) : "(no text)";
-}
-uint64_t& Field(uint64_t object, size_t offset) {
-    return *reinterpret_cast<uint64_t*>(object + offset);
-}
-
-// A `Tab` of the host's: a pointer to two counts and the elements.
+// What the pointer of a `Tab` of the host's leads to: two counts and the elements.
 struct Head {
     int count;
     int allocated;
@@ -41,27 +33,35 @@ protected:
         // Made once, as the host makes them at its start.
         if (g_descriptor != 0) return;
         g_descriptor = Invoke(ThePlugin().Symbol("LibClassDesc"), {0});
-        Field(g_descriptor, 8) = 0;
+        Interfaces() = 0;
     }
+    // The pointer of a `Tab`, which has a table of its own before it on later hosts.
+    static uint64_t HeadOfTab(uint64_t tab) { return tab + TheHost().Number("size INodeTab") - 8; }
+    static uint64_t& Interfaces() {
+        return Field(HeadOfTab(g_descriptor + TheHost().Number("field ClassDesc interfaces")));
+    }
+    std::string Text(uint64_t address) const { return m_host.TextAt(address); }
     void TearDown() override { m_host.ExpectNoMore(); }
 
     uint64_t MakeUtility() {
-        const uint64_t memory = m_host.Memory(8);
-        m_host.Expect("new", {8}, memory);
+        const uint64_t size = m_host.Number("size GUP");
+        const uint64_t memory = m_host.Memory(size);
+        m_host.Expect("new", {size}, memory);
         m_host.Expect("GUP::GUP", {memory}, memory);
         return m_plugin.CallSlot("ClassDesc2.Create", g_descriptor, {0});
     }
 
     // The table, built as the plug-in wants it by what the host exports.
     uint64_t MakeTable() {
-        const uint64_t memory = m_host.Memory(80);
+        const uint64_t size = m_host.Number("size ActionTable");
+        const uint64_t memory = m_host.Memory(size);
         const uint64_t core = m_host.Object("Interface");
         const uint64_t actions = m_host.Object("IActionManager");
         static uint64_t name = 0;
-        m_host.Expect("CStr::CStr", {Argument::Any(), Argument::Text("Karvel")},
+        m_host.Expect("MSTR::MSTR", {Argument::Any(), Argument::Text("Karvel")},
                       [](const Words& words) { return name = words[0]; });
-        m_host.Expect("Get3DSMAXVersion", {}, 0x364C2500);
-        m_host.Expect("new", {80}, memory);
+        m_host.Expect("Get3DSMAXVersion", {}, m_host.Number("word"));
+        m_host.Expect("new", {size}, memory);
         m_host.Expect("ActionTable::ActionTable",
                       {memory, kKarvelTable, kKarvelTable, Argument::Any(), 0, kCommandCount,
                        Argument::Any(), Argument::Any()},
@@ -70,18 +70,23 @@ protected:
                           EXPECT_EQ(reinterpret_cast<const int*>(words[6])[0], 1);
                           EXPECT_EQ(reinterpret_cast<const int*>(words[6])[4], 5);
                           EXPECT_NE(words[7], 0u) << "the module of the texts";
-                          Field(words[0], 16) = 0;
+                          Callbacks(words[0]) = 0;
                           return words[0];
                       });
         m_host.Expect("GetCOREInterface", {}, core);
         m_host.Expect("Interface.GetActionManager", {core}, actions);
         m_host.Expect("IActionManager.RegisterActionContext",
                       {actions, kKarvelTable, Argument::Text("Karvel")}, 1);
-        m_host.Expect("CStr::~CStr", {Argument::Any()}, [](const Words& words) {
+        m_host.Expect("MSTR::~MSTR", {Argument::Any()}, [](const Words& words) {
             EXPECT_EQ(words[0], name);
             return uint64_t{0};
         });
         return m_plugin.CallSlot("ClassDesc2.GetActionTable", g_descriptor, {0});
+    }
+
+    // A pointer to a `Tab`.
+    static uint64_t& Callbacks(uint64_t table) {
+        return Field(table, TheHost().Number("field FPMixinInterface callbacks"));
     }
 
     // Starts a utility, whose calls are not what is looked at, and keeps what it registers.
@@ -97,7 +102,15 @@ protected:
         effects["GetCOREInterface"] = answer(m_host.Object("Interface"));
         effects["Interface.GetActionManager"] = answer(m_host.Object("IActionManager"));
         effects["Interface.GetMenuManager"] = answer(m_host.Object("IMenuManager"));
-        effects["Interface.GetDir"] = answer(Word(g_folder.c_str()));
+        const uint64_t answered = m_host.Text(g_folder);
+        const bool by_value =
+            m_host.Facts().Find("Interface.GetDir")->result == Travel::kTextResult;
+        effects["Interface.GetDir"] = [=](const Words& words) {
+            if (by_value) Field(words[1]) = answered;
+            return by_value ? words[1] : answered;
+        };
+        // No viewport is alive.
+        effects["Interface.GetActiveViewExp"] = answer(m_host.Object("ViewExp"));
         effects["GUP.ExecuteStringScript"] = answer(1);
         effects["new"] = [this](const Words& words) { return m_host.Memory(words[0]); };
         effects["ActionCallback::ActionCallback"] = [](const Words& words) { return words[0]; };
@@ -111,11 +124,13 @@ protected:
                 g_modeCallback = call.words[1];
             } else if (call.row->name == "GUP.ExecuteStringScript") {
                 EXPECT_EQ(call.words[0], g_utility);
+                EXPECT_TRUE(call.words.size() == 2 || (call.words[2] & kLower) == 2)
+                    << "the script's source";
             } else if (call.row->name == "IMenuManager.RegisterMenuBarContext") {
                 EXPECT_EQ(call.words[1] & kLower, 0x3683658Cu);
                 EXPECT_EQ(Text(call.words[2]), "Flinder Menu Context");
             } else if (call.row->name == "Interface.GetDir") {
-                EXPECT_EQ(call.words[1] & kLower, 9u);
+                EXPECT_EQ(call.words.back() & kLower, 9u);
             }
         }
         ASSERT_NE(g_callback, 0u);
@@ -139,13 +154,13 @@ protected:
     void PassThrough(const Row& row, uint64_t object) {
         Words arguments;
         std::vector<Argument> expected = {object};
-        if (row.result == Travel::kIdResult) expected.push_back(Argument::Any());
+        if (IsThroughPlace(row.result)) expected.push_back(Argument::Any());
         for (size_t index = 0; index < row.arguments.size(); ++index) {
             arguments.push_back(0x8182838485868788 + 0x0101010101010101 * index);
             expected.push_back(arguments.back());
         }
         constexpr uint64_t kAnswer = 0x9192939495969798;
-        if (row.result == Travel::kIdResult) {
+        if (IsThroughPlace(row.result)) {
             m_host.Expect(row.name, expected, [](const Words& words) {
                 Field(words[1], 0) = kAnswer;
                 return words[1];
@@ -153,8 +168,8 @@ protected:
         } else {
             m_host.Expect(row.name, expected, kAnswer);
         }
-        const uint64_t mask = row.result == Travel::kIdResult ? ~uint64_t{0} : MaskOf(row.result);
-        EXPECT_EQ(m_plugin.CallSlot(row.name, object, arguments), kAnswer & mask) << row.name;
+        EXPECT_EQ(m_plugin.CallSlot(row.name, object, arguments), kAnswer & MaskOf(row.result))
+            << row.name;
     }
 
     // The scalar deleting destructor: told by its argument whether the memory goes too.
@@ -162,8 +177,7 @@ protected:
         for (const bool frees : {false, true}) {
             if (!of_host.empty()) m_host.Expect(of_host, {object});
             if (frees) m_host.Expect("delete", {object});
-            EXPECT_EQ(m_plugin.CallSlot(class_name + ".destructor", object, {frees ? 1u : 0u}),
-                      object);
+            EXPECT_EQ(m_plugin.CallSlot(class_name + ".~", object, {frees ? 1u : 0u}), object);
         }
     }
 
@@ -193,6 +207,10 @@ TEST_F(DerivedClasses, DescriptorsOwnMembers) {
     EXPECT_EQ(Text(m_plugin.CallSlot("ClassDesc2.ClassName", g_descriptor, {})), "Karvel");
     EXPECT_EQ(Text(m_plugin.CallSlot("ClassDesc2.Category", g_descriptor, {})), "Options...");
     EXPECT_EQ(Text(m_plugin.CallSlot("ClassDesc2.InternalName", g_descriptor, {})), "KarvelMax");
+    if (m_host.Has("ClassDesc2.NonLocalizedClassName")) {
+        EXPECT_EQ(Text(m_plugin.CallSlot("ClassDesc2.NonLocalizedClassName", g_descriptor, {})),
+                  "Karvel");
+    }
     EXPECT_EQ(m_plugin.CallSlot("ClassDesc2.NumActionTables", g_descriptor, {}), 1u);
     const uint64_t module = m_plugin.CallSlot("ClassDesc2.HInstance", g_descriptor, {});
     EXPECT_EQ(*reinterpret_cast<const char*>(module), 'M');
@@ -204,23 +222,31 @@ TEST_F(DerivedClasses, DescriptorsOtherMembers) {
     CallPlainSlots("ClassDesc2", g_descriptor);
     const uint64_t block = m_host.Memory(8);
     const uint64_t procedure = m_host.Memory(8);
-    m_host.Expect("ClassDesc2::SetUserDlgProcOfMap", {g_descriptor, block, 0, procedure});
-    m_plugin.CallSlot("ClassDesc2.SetUserDlgProc", g_descriptor, {block, procedure});
+    const bool answers = m_host.Facts().Find("ClassDesc2.SetUserDlgProc")->result == Travel::kBool;
+    for (const uint64_t answer : {uint64_t{1}, uint64_t{0}}) {
+        m_host.Expect("ClassDesc2::SetUserDlgProc", {g_descriptor, block, 0, procedure}, answer);
+        EXPECT_EQ(m_plugin.CallSlot("ClassDesc2.SetUserDlgProc", g_descriptor, {block, procedure}),
+                  answers ? answer : 0);
+    }
+    // It asks the next slot, which answers nothing.
+    if (const Row* const row = m_host.Facts().Find(kWidgetWithClass)) {
+        EXPECT_EQ(m_plugin.CallSlot(row->name, g_descriptor, Words(row->arguments.size(), 1)), 0u);
+    }
 }
 
 TEST_F(DerivedClasses, DescriptorsTableOfInterfaces) {
     EXPECT_EQ(m_plugin.CallSlot("ClassDesc2.NumInterfaces", g_descriptor, {}), 0u);
     m_plugin.CallSlot("ClassDesc2.ClearInterfaces", g_descriptor, {});
-    EXPECT_EQ(Field(g_descriptor, 8), 0u);
+    EXPECT_EQ(Interfaces(), 0u);
     Head head = {3, 8, {0x100000001, 0x200000002, 0x300000003}};
-    Field(g_descriptor, 8) = Word(&head);
+    Interfaces() = Word(&head);
     EXPECT_EQ(m_plugin.CallSlot("ClassDesc2.NumInterfaces", g_descriptor, {}), 3u);
     EXPECT_EQ(m_plugin.CallSlot("ClassDesc2.GetInterfaceAt", g_descriptor, {2}), 0x300000003u);
     m_plugin.CallSlot("ClassDesc2.ClearInterfaces", g_descriptor, {});
     EXPECT_EQ(head.count, 0);
     EXPECT_EQ(head.allocated, 8);
-    EXPECT_EQ(Field(g_descriptor, 8), Word(&head));
-    Field(g_descriptor, 8) = 0;
+    EXPECT_EQ(Interfaces(), Word(&head));
+    Interfaces() = 0;
 }
 
 TEST_F(DerivedClasses, DescriptorEnds) {
@@ -241,6 +267,13 @@ TEST_F(DerivedClasses, Utility) {
     EXPECT_EQ(m_plugin.CallSlot("GUP.Load", g_utility, {m_host.Memory(8)}), 0u);
     m_plugin.CallSlot("GUP.Stop", g_utility, {});
     Destroy("GUP", MakeUtility(), "GUP::~GUP");
+    // Up to 2012 this is the host's own member.
+    if (m_host.Facts().Find("GUP.DeleteThis")->decorated.empty()) {
+        const uint64_t utility = MakeUtility();
+        m_host.Expect("GUP::~GUP", {utility});
+        m_host.Expect("delete", {utility});
+        m_plugin.CallSlot("GUP.DeleteThis", utility, {});
+    }
 }
 
 // ---- action callback
@@ -250,14 +283,17 @@ TEST_F(DerivedClasses, Callback) {
     StartUtility();
     CallPlainSlots("ActionCallback", g_callback);
     EXPECT_EQ(m_plugin.CallSlot("ActionCallback.ExecuteAction", g_callback, {999}), 0u);
-    m_host.Expect("GUP.ExecuteStringScript", {g_utility, Argument::Any()}, [](const Words& words) {
-        EXPECT_NE(Text(words[1]).find("key"), std::string::npos) << Text(words[1]);
-        return 1;
-    });
+    m_host.Expect("GUP.ExecuteStringScript",
+                  m_host.WithMore("GUP.ExecuteStringScript", {g_utility, Argument::Any()}, 2),
+                  [this](const Words& words) {
+                      EXPECT_NE(Text(words[1]).find("key"), std::string::npos) << Text(words[1]);
+                      return 1;
+                  });
     constexpr unsigned kNextKey = 18;
     EXPECT_EQ(m_plugin.CallSlot("ActionCallback.ExecuteAction", g_callback, {kNextKey}), 1u);
-    const uint64_t copy = m_host.Memory(32);
-    std::memcpy(reinterpret_cast<void*>(copy), reinterpret_cast<void*>(g_callback), 32);
+    const uint64_t size = m_host.Number("size ActionCallback");
+    const uint64_t copy = m_host.Memory(size);
+    std::memcpy(reinterpret_cast<void*>(copy), reinterpret_cast<void*>(g_callback), size);
     Destroy("ActionCallback", copy, "ActionCallback::~ActionCallback");
 }
 
@@ -283,42 +319,49 @@ TEST_F(DerivedClasses, ModeCallback) {
 
 TEST_F(DerivedClasses, TablesOwnMembers) {
     const uint64_t table = MakeTable();
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.IsChecked", table, {999}), 0u);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.IsItemVisible", table, {5}), 1u);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.IsItemVisible", table, {1}), 0u);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.IsEnabled", table, {5}), 1u);
-    const uint64_t icon = m_host.Memory(32);
-    m_host.Expect("new", {32}, icon);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.IsChecked(int)", table, {999}), 0u);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.IsItemVisible", table, {5}), 1u);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.IsItemVisible", table, {1}), 0u);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.IsEnabled(int)", table, {5}), 1u);
+    const uint64_t size = m_host.Number("size MaxBmpFileIcon");
+    const uint64_t icon = m_host.Memory(size);
+    m_host.Expect("new", {size}, icon);
     m_host.Expect("MaxBmpFileIcon::MaxBmpFileIcon", {icon, Argument::Text("Karvel"), 16}, icon);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.GetIcon", table, {5}), icon);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.GetIcon", table, {5}), icon);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.GetIcon", table, {21}), 0u);
-    Destroy("OurActionTable", table, "ActionTable::~ActionTable");
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.GetIcon", table, {5}), icon);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.GetIcon", table, {5}), icon);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.GetIcon", table, {21}), 0u);
+    Destroy("ActionTable", table, "ActionTable::~ActionTable");
 }
 
 TEST_F(DerivedClasses, TablesOtherMembers) {
     const uint64_t table = MakeTable();
-    CallPlainSlots("OurActionTable", table);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.AcquireInterface", table, {}), table);
+    CallPlainSlots("ActionTable", table);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.AcquireInterface", table, {}), table);
     const uint64_t result = m_host.Memory(16);
     const uint64_t parameters = m_host.Memory(8);
-    m_host.Expect("OurActionTable.Invoke", {table, -5, 0, result, parameters}, 1);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.InvokeNow", table,
+    m_host.Expect("ActionTable.Invoke(short, int, pointer, pointer)",
+                  {table, -5, 0, result, parameters}, 1);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.Invoke(short, pointer, pointer)", table,
                                 {static_cast<uint16_t>(-5), result, parameters}),
               1u);
-    m_host.Expect("OurActionTable.InvokeWithoutResult", {table, 5, 0, parameters}, 0);
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable.InvokeNowWithoutResult", table, {5, parameters}),
-              0u);
+    m_host.Expect("ActionTable.Invoke(short, int, pointer)", {table, 5, 0, parameters}, 0);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable.Invoke(short, pointer)", table, {5, parameters}), 0u);
+    // 2024 alone has two of these, of which one calls the other.
+    constexpr char kForChanging[] = "ActionTable.ReadPersistentActionId(pointer) 50";
+    if (m_host.Has(kForChanging)) {
+        m_host.Expect("ActionTable.ReadPersistentActionId(pointer) 51", {table, parameters}, 7);
+        EXPECT_EQ(m_plugin.CallSlot(kForChanging, table, {parameters}), 7u);
+    }
 }
 
 TEST_F(DerivedClasses, TableForgetsACallback) {
     const uint64_t table = MakeTable();
-    m_plugin.CallSlot("OurActionTable.UnRegisterNotifyCallback", table, {7});
-    // A pointer to a table, which is a pointer to counts and elements.
+    m_plugin.CallSlot("ActionTable.UnRegisterNotifyCallback", table, {7});
     Head head = {4, 8, {7, 8, 0x100000007, 7}};
-    const uint64_t callbacks = m_host.Memory(8);
-    Field(callbacks, 0) = Word(&head);
-    Field(table, 16) = callbacks;
+    const uint64_t callbacks = m_host.Memory(m_host.Number("size INodeTab"));
+    const uint64_t tab = HeadOfTab(callbacks);
+    Field(tab) = Word(&head);
+    Callbacks(table) = callbacks;
     std::vector<int> removed;
     const Effect remove = [&](const Words& words) {
         const int place = static_cast<int>(words[1]);
@@ -326,20 +369,20 @@ TEST_F(DerivedClasses, TableForgetsACallback) {
         std::copy(head.elements + place + 1, head.elements + head.count, head.elements + place);
         return static_cast<uint64_t>(--head.count);
     };
-    m_host.Expect("TBDelete", {callbacks, 3, 1, 8}, remove);
-    m_host.Expect("TBDelete", {callbacks, 0, 1, 8}, remove);
-    m_plugin.CallSlot("OurActionTable.UnRegisterNotifyCallback", table, {7});
+    m_host.Expect("TBDelete", {tab, 3, 1, 8}, remove);
+    m_host.Expect("TBDelete", {tab, 0, 1, 8}, remove);
+    m_plugin.CallSlot("ActionTable.UnRegisterNotifyCallback", table, {7});
     EXPECT_EQ(head.count, 2);
-    Field(table, 16) = 0;
+    Callbacks(table) = 0;
 }
 
 // What a script reads of the table by number.
 TEST_F(DerivedClasses, TableAnswersByNumber) {
     const uint64_t table = MakeTable();
     const uint64_t result = m_host.Memory(16);
-    const char kText[] = "Karvel";
-    const char kContext[] = "context";
-    const auto text_at = Word(kText);
+    const uint64_t text = m_host.Text("Karvel");
+    const uint64_t context = m_host.Text("context");
+    const int type_of_dword = static_cast<int>(m_host.Number("number type of a dword"));
     struct Case {
         int number;
         const char* member;
@@ -348,13 +391,13 @@ TEST_F(DerivedClasses, TableAnswersByNumber) {
         uint64_t value;
         Travel travel;
     };
-    // The name is a `CStr`: a pointer to its text.
+    // The name is a `MSTR`: a pointer to its text.
     const Case kCases[] = {
-        {0, "OurActionTable.GetId", 0x837D5FB8, 45, 0x837D5FB8, Travel::kDword},
-        {1, "OurActionTable.GetName", Word(&text_at), 8, Word(kText), Travel::kPointer},
-        {2, "OurActionTable.GetContextId", 0x937D5FB8, 45, 0x937D5FB8, Travel::kDword},
-        {3, "ActionTable::fpGetContextName", Word(kContext), 8, Word(kContext), Travel::kPointer},
-        {4, "OurActionTable.Count", kCommandCount, 1, kCommandCount, Travel::kInt},
+        {0, "ActionTable.GetId", 0x837D5FB8, type_of_dword, 0x837D5FB8, Travel::kDword},
+        {1, "ActionTable.GetName", Word(&text), 8, text, Travel::kPointer},
+        {2, "ActionTable.GetContextId", 0x937D5FB8, type_of_dword, 0x937D5FB8, Travel::kDword},
+        {3, "ActionTable::fpGetContextName", context, 8, context, Travel::kPointer},
+        {4, "ActionTable.Count", kCommandCount, 1, kCommandCount, Travel::kInt},
     };
     for (const Case& each : kCases) {
         m_host.Expect(each.member, {table}, each.answer);
@@ -364,28 +407,31 @@ TEST_F(DerivedClasses, TableAnswersByNumber) {
                           EXPECT_EQ(Field(words[2], 0) & mask, each.value) << each.number;
                           return words[2] + 8;
                       });
-        EXPECT_EQ(m_plugin.CallSlot("OurActionTable._dispatch_fn", table,
+        EXPECT_EQ(m_plugin.CallSlot("ActionTable._dispatch_fn", table,
                                     {static_cast<uint64_t>(each.number), 4800, result, 0}),
                   1u);
     }
-    // The index is the first parameter: the values stand behind the two counts, 16 bytes each, the
-    // value itself 8 bytes into them.
+    // The index is the first parameter, 16 bytes with the value itself 8 bytes into them. Up to
+    // 2012 the parameters are a `Tab`, whose two counts stand before it; later they lead to it, and
+    // their count stands beside.
     struct {
         int counts[2] = {1, 1};
         int type = 1;
         int unused = -1;
         uint64_t value = WithRubbish(Travel::kInt, 70001);
     } const head;
-    const uint64_t parameters = m_host.Memory(8);
-    Field(parameters, 0) = Word(&head);
+    const bool tab = m_host.Number("size FPParams") == 8;
+    const uint64_t parameters = m_host.Memory(m_host.Number("size FPParams"));
+    Field(parameters) = Word(&head) + (tab ? 0 : sizeof(head.counts));
+    if (!tab) Field(parameters, m_host.Number("field FPParams used")) = 1;
     const uint64_t item = m_host.Object("ActionItem");
-    m_host.Expect("OurActionTable.GetActionByIndex", {table, 70001}, item);
-    m_host.Expect("FPValue::Loadva", {result, 39, Argument::At(item), 1},
+    m_host.Expect("ActionTable.GetActionByIndex", {table, 70001}, item);
+    const int type = static_cast<int>(m_host.Number("number type of an interface"));
+    m_host.Expect("FPValue::Loadva", {result, type, Argument::At(item), 1},
                   [](const Words& words) { return words[2] + 8; });
-    EXPECT_EQ(m_plugin.CallSlot("OurActionTable._dispatch_fn", table, {5, 0, result, parameters}),
-              1u);
+    EXPECT_EQ(m_plugin.CallSlot("ActionTable._dispatch_fn", table, {5, 0, result, parameters}), 1u);
     for (const int unknown : {6, -1, -32768, 32767}) {
-        EXPECT_EQ(m_plugin.CallSlot("OurActionTable._dispatch_fn", table,
+        EXPECT_EQ(m_plugin.CallSlot("ActionTable._dispatch_fn", table,
                                     {static_cast<uint16_t>(unknown), 0, result, 0}),
                   kLower);
     }
@@ -397,13 +443,7 @@ TEST_F(DerivedClasses, TableAnswersByNumber) {
 TEST_F(DerivedClasses, ScriptFunctions) {
     const uint64_t value = m_host.Object("Value");
     uint64_t arguments[] = {value};
-    const auto function = [](const std::string& name) {
-        for (const auto& [symbol, address] : ThePlugin().ScriptFunctions())
-            if (symbol == name) return address;
-        ADD_FAILURE() << "no script function " << name;
-        return uint64_t{0};
-    };
-    EXPECT_EQ(ThePlugin().ScriptFunctions().size(), 6u);
+    const auto function = [this](const std::string& name) { return m_plugin.ScriptFunction(name); };
     m_host.Expect("Value.to_int", {value}, 3);
     EXPECT_EQ(Invoke(function("kv_graphiteSculptTool"), {Word(arguments), 1}),
               m_host.DataAt("true_value"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <sstream>
 
@@ -92,10 +93,6 @@ uint64_t Allocate(size_t bytes) {
     return reinterpret_cast<uint64_t>(Arena() + begin);
 }
 
-void Store(uint64_t address, uint64_t word) {
-    std::memcpy(reinterpret_cast<void*>(address), &word, sizeof(word));
-}
-
 std::string Hex(uint64_t word) {
     std::ostringstream text;
     text << "0x" << std::hex << word;
@@ -106,6 +103,21 @@ std::string Hex(uint64_t word) {
     volatile unsigned char rubbish[16384];
     for (volatile unsigned char& byte : rubbish)
         byte = 0xCD;
+}
+
+// ASCII alone, as all texts here; anything else cannot be what is expected.
+template <class Character>
+std::string ReadText(uint64_t address) {
+    constexpr size_t kMost = 1 << 16;
+    std::string text;
+    for (; text.size() < kMost; address += sizeof(Character)) {
+        Character character = 0;
+        if (!IsReadable(address, sizeof(character))) return "(no text)";
+        std::memcpy(&character, reinterpret_cast<const void*>(address), sizeof(character));
+        if (character == 0) return text;
+        text += character > 0 && character < 0x7F ? static_cast<char>(character) : '?';
+    }
+    return "(no end)";
 }
 
 bool HasSecondTable(const std::string& class_name) {
@@ -120,6 +132,10 @@ bool IsReadable(uint64_t address, size_t bytes) {
     const uint64_t end = reinterpret_cast<uint64_t>(page.BaseAddress) + page.RegionSize;
     return page.State == MEM_COMMIT && (page.Protect & (PAGE_NOACCESS | PAGE_GUARD)) == 0 &&
            address + bytes <= end;
+}
+
+uint64_t& Field(uint64_t object, size_t offset) {
+    return *reinterpret_cast<uint64_t*>(object + offset);
 }
 
 uint64_t WithRubbish(Travel travel, uint64_t word) {
@@ -138,18 +154,19 @@ uint64_t Invoke(uint64_t function, const Words& words) {
 
 std::string Argument::Compare(Travel travel, uint64_t found) const {
     if (m_kind == Kind::kAny) return {};
-    if (m_kind == Kind::kText) {
-        if (!IsReadable(found, m_text.size() + 1)) return "no text stands at " + Hex(found);
-        const std::string text(reinterpret_cast<const char*>(found),
-                               strnlen(reinterpret_cast<const char*>(found), m_text.size() + 1));
+    if (m_kind == Kind::kText || m_kind == Kind::kNarrow) {
+        if (travel == Travel::kTextAt) {
+            if (!IsReadable(found, 8)) return "expected the address of a text, found " + Hex(found);
+            found = Field(found);
+        }
+        const std::string text =
+            m_kind == Kind::kText ? TheHost().TextAt(found) : ReadText<char>(found);
         return text == m_text ? "" : "expected '" + m_text + "', found '" + text + "'";
     }
-    const bool by_address =
-        m_kind == Kind::kAt || travel == Travel::kId || travel == Travel::kAccel;
     uint64_t there = found;
     uint64_t mask = MaskOf(travel);
-    if (by_address) {
-        const size_t bytes = travel == Travel::kAccel ? 6 : 8;
+    if (m_kind == Kind::kAt || IsByAddress(travel)) {
+        const size_t bytes = travel == Travel::kAccelAt ? 6 : 8;
         if (!IsReadable(found, bytes)) {
             return "expected the address of " + std::to_string(bytes) + " bytes, found " +
                    Hex(found);
@@ -162,8 +179,30 @@ std::string Argument::Compare(Travel travel, uint64_t found) const {
     return "expected " + Hex(m_word & mask) + ", found " + Hex(there & mask);
 }
 
-bool Host::Read(const std::string& table_path, std::string& problem) {
-    return raw_host::Read(table_path, m_table, problem);
+bool Host::Read(const std::string& table_path, const std::string& host, std::string& problem) {
+    m_year = std::atoi(host.c_str());
+    return raw_host::Read(table_path, host, m_table, problem);
+}
+
+uint64_t Host::Number(const std::string& name) const {
+    const auto found = m_table.numbers.find(name);
+    if (found != m_table.numbers.end()) return found->second;
+    ADD_FAILURE() << "the table does not have the " << name;
+    return 0;
+}
+
+std::string Host::TextAt(uint64_t address) const {
+    return Number("number bytes of a character") == 1 ? ReadText<char>(address)
+                                                      : ReadText<wchar_t>(address);
+}
+
+uint64_t Host::Text(const std::string& text) {
+    const uint64_t bytes = Number("number bytes of a character");
+    const uint64_t place = Allocate((text.size() + 1) * bytes);
+    std::memset(reinterpret_cast<void*>(place), 0, (text.size() + 1) * bytes);
+    for (size_t index = 0; index < text.size(); ++index)
+        *reinterpret_cast<char*>(place + index * bytes) = text[index];
+    return place;
 }
 
 uint64_t Host::AddTarget(Target target) {
@@ -189,12 +228,14 @@ uint64_t Host::TableOf(const Class& which) {
         const Row* const row = found == which.rows.end() ? nullptr : found->second;
         std::string what = which.name + " slot " + std::to_string(slot);
         if (row != nullptr) what += " (" + row->name + ")";
-        Store(table + static_cast<uint64_t>(slot) * 8, AddTarget({row, what}));
+        Field(table, static_cast<size_t>(slot) * 8) = AddTarget({row, what});
     }
     return table;
 }
 
 uint64_t Host::Object(const std::string& class_name, int number) {
+    const Class* const which = m_table.FindClass(class_name);
+    if (which == nullptr) return 0;
     uint64_t& object = m_objects[class_name + "#" + std::to_string(number)];
     if (object != 0) return object;
     object = Allocate(kObjectSize);
@@ -202,10 +243,10 @@ uint64_t Host::Object(const std::string& class_name, int number) {
     // test, rather than a crash.
     const Class stray = {class_name + " at a wrong offset", kStraySlots, false, {}};
     for (size_t offset = 0; offset < kObjectSize; offset += 8)
-        Store(object + offset, TableOf(stray));
-    Store(object, TableOf(*m_table.FindClass(class_name)));
+        Field(object, offset) = TableOf(stray);
+    Field(object) = TableOf(*which);
     if (HasSecondTable(class_name)) {
-        Store(object + kSecondBase, TableOf(*m_table.FindClass("IMenuElement")));
+        Field(object, kSecondBase) = TableOf(*m_table.FindClass("IMenuElement"));
     }
     return object;
 }
@@ -247,6 +288,13 @@ void Host::Expect(const std::string& name, std::vector<Argument> arguments, Effe
     m_expected.push_back({row, std::move(arguments), std::move(effect)});
 }
 
+std::vector<Argument> Host::WithMore(const std::string& name, std::vector<Argument> arguments,
+                                     Argument more) const {
+    const Row* const row = m_table.Find(name);
+    if (row != nullptr && row->arguments.size() == arguments.size()) arguments.push_back(more);
+    return arguments;
+}
+
 void Host::ExpectNoMore() {
     for (; m_next < m_expected.size(); ++m_next)
         ADD_FAILURE() << m_expected[m_next].row->name << " was not called";
@@ -274,7 +322,7 @@ uint64_t Host::Called(uint64_t target_number, const uint64_t* registers, const u
     }
     // `this`, and the place of a result behind it, are arguments like the others here.
     std::vector<Travel> travels = row->arguments;
-    if (row->result == Travel::kIdResult) travels.insert(travels.begin(), Travel::kPointer);
+    if (IsThroughPlace(row->result)) travels.insert(travels.begin(), Travel::kPointer);
     if (row->slot >= 0) travels.insert(travels.begin(), Travel::kPointer);
     Words words;
     for (size_t index = 0; index < travels.size(); ++index)

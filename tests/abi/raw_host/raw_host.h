@@ -22,7 +22,9 @@ public:
     Argument(unsigned long word) : m_word(word) {}
     Argument(const void* address) : m_word(reinterpret_cast<uint64_t>(address)) {}
     static Argument Any() { return Argument(Kind::kAny, 0, {}); }
+    // Characters of the host, or narrow ones on every host.
     static Argument Text(std::string text) { return Argument(Kind::kText, 0, std::move(text)); }
+    static Argument Narrow(std::string text) { return Argument(Kind::kNarrow, 0, std::move(text)); }
     // An address at which these 8 bytes stand.
     static Argument At(uint64_t word) { return Argument(Kind::kAt, word, {}); }
 
@@ -30,7 +32,7 @@ public:
     std::string Compare(Travel travel, uint64_t found) const;
 
 private:
-    enum class Kind { kWord, kText, kAt, kAny };
+    enum class Kind { kWord, kText, kNarrow, kAt, kAny };
     Argument(Kind kind, uint64_t word, std::string text)
         : m_kind(kind), m_word(word), m_text(std::move(text)) {}
 
@@ -51,11 +53,19 @@ struct Call {
 
 class Host {
 public:
-    bool Read(const std::string& table_path, std::string& problem);
+    bool Read(const std::string& table_path, const std::string& host, std::string& problem);
     const Table& Facts() const { return m_table; }
+    int Year() const { return m_year; }
+    bool Has(const std::string& name) const { return m_table.Find(name) != nullptr; }
+    // A number of the table: "size GUP".
+    uint64_t Number(const std::string& name) const;
+
+    // Characters of the host, at an address and put to one.
+    std::string TextAt(uint64_t address) const;
+    uint64_t Text(const std::string& text);
 
     // An object of this class, far above 4 GB; the same one for the same number. Menus and their
-    // entries have their second table as well.
+    // entries have their second table as well. 0 when the host does not have the class.
     uint64_t Object(const std::string& class_name, int number = 0);
     // Bytes that look used, for data and for what the plug-in allocates.
     uint64_t Memory(size_t bytes);
@@ -67,6 +77,9 @@ public:
     // tells and leaves rubbish in the others.
     void Expect(const std::string& name, std::vector<Argument> arguments, uint64_t answer = 0);
     void Expect(const std::string& name, std::vector<Argument> arguments, Effect effect);
+    // The arguments, and one more where this host's member takes it.
+    std::vector<Argument> WithMore(const std::string& name, std::vector<Argument> arguments,
+                                   Argument more) const;
     // Fails the test for calls that were expected and did not come.
     void ExpectNoMore();
 
@@ -91,6 +104,7 @@ private:
     uint64_t AddTarget(Target target);
     uint64_t TableOf(const Class& which);
 
+    int m_year = 0;
     Table m_table;
     std::vector<Target> m_targets;
     std::map<std::string, uint64_t> m_tables;
@@ -113,5 +127,11 @@ uint64_t Invoke(uint64_t function, const Words& words);
 
 // Whether so many bytes can be read there.
 bool IsReadable(uint64_t address, size_t bytes);
+
+// An address as a word, and what stands at one.
+inline uint64_t Word(const void* address) {
+    return reinterpret_cast<uint64_t>(address);
+}
+uint64_t& Field(uint64_t object, size_t offset = 0);
 
 }  // namespace raw_host

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 namespace raw_host {
@@ -13,6 +15,11 @@ namespace {
 template <class T>
 T* At(uint64_t address) {
     return reinterpret_cast<T*>(address);
+}
+
+const IMAGE_NT_HEADERS64* Image(uint64_t base) {
+    const auto* const dos = At<const IMAGE_DOS_HEADER>(base);
+    return At<const IMAGE_NT_HEADERS64>(base + static_cast<uint64_t>(dos->e_lfanew));
 }
 
 // What the system would answer where the raw host has no windows.
@@ -39,12 +46,9 @@ uint64_t SystemFunction(const std::string& dll, const char* name) {
 
 std::string Plugin::Load(const std::string& file, const std::string& map_file) {
     const HMODULE module = LoadLibraryExA(file.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
-    if (module == nullptr) return file + " is missing: ./dev build msvc";
+    if (module == nullptr) return file + " is missing";
     m_base = reinterpret_cast<uint64_t>(module);
-    const auto* const dos = At<const IMAGE_DOS_HEADER>(m_base);
-    const auto* const image =
-        At<const IMAGE_NT_HEADERS64>(m_base + static_cast<uint64_t>(dos->e_lfanew));
-    m_entry = m_base + image->OptionalHeader.AddressOfEntryPoint;
+    m_entry = m_base + Image(m_base)->OptionalHeader.AddressOfEntryPoint;
     const std::string problem = ReadMap(map_file);
     return problem.empty() ? BindImports() : problem;
 }
@@ -67,10 +71,8 @@ std::string Plugin::ReadMap(const std::string& map_file) {
 }
 
 std::string Plugin::BindImports() {
-    const auto* const dos = At<const IMAGE_DOS_HEADER>(m_base);
-    const auto* const image =
-        At<const IMAGE_NT_HEADERS64>(m_base + static_cast<uint64_t>(dos->e_lfanew));
-    const auto& directory = image->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    const auto& directory =
+        Image(m_base)->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
     const auto* library = At<const IMAGE_IMPORT_DESCRIPTOR>(m_base + directory.VirtualAddress);
     for (; library->Name != 0; ++library) {
         const std::string dll = At<const char>(m_base + library->Name);
@@ -94,7 +96,29 @@ std::string Plugin::BindImports() {
 }
 
 bool Plugin::Enter(unsigned long reason) {
-    return (Invoke(m_entry, {m_base, reason, 0}) & 0xFFFFFFFF) != 0;
+    const bool entered = (Invoke(m_entry, {m_base, reason, 0}) & 0xFFFFFFFF) != 0;
+    if (reason != DLL_PROCESS_ATTACH) return entered;
+    const IMAGE_NT_HEADERS64* const image = Image(m_base);
+    const IMAGE_SECTION_HEADER* const sections = IMAGE_FIRST_SECTION(image);
+    for (int index = 0; index < image->FileHeader.NumberOfSections; ++index) {
+        const IMAGE_SECTION_HEADER& section = sections[index];
+        if ((section.Characteristics & IMAGE_SCN_MEM_WRITE) == 0) continue;
+        auto* const place = At<unsigned char>(m_base + section.VirtualAddress);
+        m_dataAtLoad.push_back({place, {place, place + section.Misc.VirtualSize}});
+    }
+    return entered;
+}
+
+void Plugin::SwapDataWithThoseAtLoad() {
+    for (Data& data : m_dataAtLoad)
+        std::swap_ranges(data.bytes.begin(), data.bytes.end(), data.place);
+}
+
+uint64_t Plugin::ScriptFunction(const std::string& name) const {
+    for (const auto& [symbol, address] : m_scriptFunctions)
+        if (symbol == name) return address;
+    ADD_FAILURE() << "no script function " << name;
+    return 0;
 }
 
 uint64_t Plugin::Symbol(const std::string& decorated) const {
@@ -102,7 +126,7 @@ uint64_t Plugin::Symbol(const std::string& decorated) const {
     return found == m_symbols.end() ? 0 : found->second;
 }
 
-uint64_t Plugin::Call(const std::string& function, const Words& words) {
+std::string Plugin::FindFunction(const std::string& function) const {
     // "Viewport::Window" is ?Window@Viewport@host@@..., its destructor ??1Viewport@host@@...
     const size_t colons = function.find("::");
     std::string begin = "?" + function + "@host@@";
@@ -112,12 +136,26 @@ uint64_t Plugin::Call(const std::string& function, const Words& words) {
         begin = (member[0] == '~' ? "??1" : "?" + member + "@") + owner + "@host@@";
     }
     const auto found = m_symbols.lower_bound(begin);
-    if (found == m_symbols.end() || found->first.rfind(begin, 0) != 0) {
+    return found == m_symbols.end() || found->first.rfind(begin, 0) != 0 ? "" : found->first;
+}
+
+std::set<std::string> Plugin::Functions() const {
+    // Of the namespace or of one of its classes; no virtual ones and no constructors.
+    static const std::regex kFunction(R"(\?(\?1|\w)\w*@(\w+@)?host@@[QSY].*)");
+    std::set<std::string> functions;
+    for (const auto& [name, address] : m_symbols)
+        if (std::regex_match(name, kFunction)) functions.insert(name);
+    return functions;
+}
+
+uint64_t Plugin::Call(const std::string& function, const Words& words) {
+    const std::string name = FindFunction(function);
+    if (name.empty()) {
         ADD_FAILURE() << "the plug-in has no host::" << function;
         return 0;
     }
-    m_called.insert(function);
-    const uint64_t answer = Invoke(found->second, words);
+    m_called.insert(name);
+    const uint64_t answer = Invoke(Symbol(name), words);
     TheHost().ExpectNoMore();
     return answer;
 }
@@ -152,20 +190,19 @@ uint64_t Plugin::CallSlot(const std::string& member, uint64_t object, const Word
     row->used = true;
     Words words = {object};
     uint64_t result = 0;
-    if (row->result == Travel::kIdResult) words.push_back(reinterpret_cast<uint64_t>(&result));
+    if (IsThroughPlace(row->result)) words.push_back(Word(&result));
     uint64_t copies[8] = {};
     for (size_t index = 0; index < arguments.size(); ++index) {
         const Travel travel = row->arguments[index];
-        const bool by_address = travel == Travel::kId || travel == Travel::kAccel;
         copies[index] = arguments[index];
-        words.push_back(by_address ? reinterpret_cast<uint64_t>(&copies[index])
-                                   : WithRubbish(travel, arguments[index]));
+        words.push_back(IsByAddress(travel) ? Word(&copies[index])
+                                            : WithRubbish(travel, arguments[index]));
     }
     const uint64_t table = *At<const uint64_t>(object);
     const uint64_t function = At<const uint64_t>(table)[row->slot];
     const uint64_t answer = Invoke(function, words);
     TheHost().ExpectNoMore();
-    if (row->result == Travel::kIdResult) {
+    if (IsThroughPlace(row->result)) {
         EXPECT_EQ(answer, words[1]) << member << " answers the place of its result";
         return result;
     }

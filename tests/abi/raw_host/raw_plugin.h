@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "tests/abi/raw_host/raw_host.h"
 
@@ -17,10 +18,17 @@ public:
     std::string Load(const std::string& file, const std::string& map_file);
     // The loader's call of the entry point: makes the static objects, or ends them.
     bool Enter(unsigned long reason);
+    // Exchanges the file's own data with those that it had when it was entered.
+    void SwapDataWithThoseAtLoad();
 
     uint64_t Symbol(const std::string& decorated) const;
-    // Calls a function of host/ by its name there ("PushStandardMode", "Viewport::Window"); the
-    // answer's bits beyond its type mean nothing.
+    // The decorated name of a function of host/ by its name there ("PushStandardMode",
+    // "Viewport::Window"); empty: there is none for this host.
+    std::string FindFunction(const std::string& function) const;
+    // All of them, and those that were called, by their decorated names.
+    std::set<std::string> Functions() const;
+    const std::set<std::string>& CalledFunctions() const { return m_called; }
+    // Calls a function of host/; the answer's bits beyond its type mean nothing.
     uint64_t Call(const std::string& function, const Words& words);
     // Of a function that answers an optional: one of `int` or one of `bool`.
     std::optional<int> CallForInt(const std::string& function, Words words);
@@ -29,10 +37,10 @@ public:
     const std::vector<std::pair<std::string, uint64_t>>& ScriptFunctions() const {
         return m_scriptFunctions;
     }
+    uint64_t ScriptFunction(const std::string& name) const;
     void AddScriptFunction(const std::string& name, uint64_t function) {
         m_scriptFunctions.emplace_back(name, function);
     }
-    const std::set<std::string>& CalledFunctions() const { return m_called; }
     const std::set<std::string>& ImportedNames() const { return m_imported; }
 
     // Calls a member of a class that the plug-in derives from by its slot, with rubbish in those
@@ -40,11 +48,18 @@ public:
     uint64_t CallSlot(const std::string& member, uint64_t object, const Words& arguments);
 
 private:
+    // A part of the file that it may write to.
+    struct Data {
+        unsigned char* place;
+        std::vector<unsigned char> bytes;
+    };
+
     std::string ReadMap(const std::string& map_file);
     std::string BindImports();
 
     uint64_t m_base = 0;
     uint64_t m_entry = 0;
+    std::vector<Data> m_dataAtLoad;
     std::map<std::string, uint64_t> m_symbols;
     std::set<std::string> m_called;
     std::set<std::string> m_imported;

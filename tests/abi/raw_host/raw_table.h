@@ -1,4 +1,4 @@
-// raw_host.txt in memory: what a host made of numbers looks like.
+// A column of raw_host.txt in memory: what a host made of numbers looks like.
 #pragma once
 
 #include <cstdint>
@@ -18,17 +18,27 @@ enum class Travel {
     kPointer,
     kWord64,
     kInterval,
-    kId,        // the address of a copy of 8 bytes
-    kAccel,     // the address of a copy of 6 bytes
-    kIdResult,  // through the place that the argument behind `this` names
+    kId,
+    kIntervalAt,  // the address of a copy, as the next ones
+    kIdAt,
+    kAccelAt,  // of 6 bytes
+    kTextAt,   // of a pointer to the characters
+    // Through the place that the argument behind `this` names.
+    kIdResult,
+    kTextResult,
 };
 
 // Those bits of a register or of a place on the stack that carry something.
 uint64_t MaskOf(Travel travel);
+// Whether what is handed over is an address, and the thing itself stands there.
+bool IsByAddress(Travel travel);
+bool IsThroughPlace(Travel result);
 
 // A member at a slot, or an export.
 struct Row {
-    std::string name;   // "Interface.GetTime", or the alias of an export
+    // "Interface.GetTime", or the name of an export; of overloads with what they take,
+    // "ActionTable.IsEnabled(int)", and where even that is the same with the slot.
+    std::string name;
     std::string owner;  // class; empty for an export
     int slot = -1;
     std::vector<Travel> arguments;  // behind `this`; of an export: all of them
@@ -56,12 +66,14 @@ struct Table {
     std::vector<Row> rows;
     std::vector<Class> classes;
     std::vector<Data> data;
+    // "word", "size GUP", "field Listener edit_stream", "number bytes of a character"
+    std::map<std::string, uint64_t> numbers;
 
     const Row* Find(const std::string& name) const;
     const Class* FindClass(const std::string& name) const;
 };
 
-// False, with the line in `problem`, for a text that is no such table.
-bool Read(const std::string& path, Table& table, std::string& problem);
+// The column of this host. False, with the line in `problem`, for a text that is no such table.
+bool Read(const std::string& path, const std::string& host, Table& table, std::string& problem);
 
 }  // namespace raw_host
