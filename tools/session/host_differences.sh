@@ -2,6 +2,8 @@
 # for that generation and those after it, a line each:
 #     without FILE        this scenario is not played there
 #     differs FILE WHY    it is played, and its trace must differ
+#     apart FILE          it is played, its expectations tell of lines that are left out here, and the
+#                         rest of its trace is the same
 #     line REGEX          such lines of traces are left out on both sides
 #     block REGEX         what begins with such a line and ends with the next `out` is, too
 
@@ -14,7 +16,7 @@ host_differences() {
     done
 }
 
-# files_of WORD: the scenarios of the lines that begin with this word, out of standard input.
+# files_of WORD[|WORD...]: the scenarios of the lines that begin with such a word, out of standard input.
 files_of() {
-    sed -n "s/^$1 \([^ ]*\).*/\1/p"
+    sed -nE "s/^($1) ([^ ]*).*/\2/p"
 }
