@@ -1,37 +1,49 @@
 #!/usr/bin/env python3
 """Every call of the plug-in either can be made to fail or cannot fail, and then calls.txt says why.
 
-    calls_test.py PLUGIN NAMES
+    calls_test.py NAMES PLUGIN LATER_PLUGIN...
 
-PLUGIN is the built file of the Microsoft ABI, NAMES a file with the names that `fail` takes.
+NAMES is a file with the names that `fail` takes, PLUGIN the file that ships, the others those for later
+hosts.
 """
 
 import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 HERE = ROOT / "tests" / "faults"
-PLUGIN = None
+PLUGINS = []
 NAMES = None
 
-KINDS = ("cannot fail", "by memory", "not called", "before")
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "tools/building"))
+import make_sdk  # noqa: E402
+
+# What the report plug-in alone asks.
+OF_THE_REPORT = ("report/", "host/inspection.", "host/watching.")
+
+KINDS = {"cannot fail": r"(?P<name>.+?): (?P<word>.+)", "by": r"(?P<word>\S+) (?P<name>.+)",
+         "not called": r"(?P<name>\S+)", "before": r"(?P<name>\S+)",
+         "from": r"(?P<word>\d+) (?P<name>\S+)"}
 
 
 def read_list(text):
-    """{kind: {name: reason}}; raises on a line that is none."""
+    """{kind: {name: reason, fault or year}}; raises on a line that is none."""
     result = {kind: {} for kind in KINDS}
     for number, line in enumerate(text.splitlines(), 1):
         if not line.strip() or line.startswith("#"):
             continue
-        match = re.match(rf"({'|'.join(KINDS)}) (.+?)(?:: (.+))?$", line)
-        if not match or (match[1] == "cannot fail") != bool(match[3]):
-            raise ValueError(f"calls.txt:{number}: KIND NAME, and \": REASON\" where it cannot fail")
-        if any(match[2] in names for names in result.values()):
-            raise ValueError(f"calls.txt:{number}: {match[2]} stands twice")
-        result[match[1]][match[2]] = match[3] or ""
+        kind = next((kind for kind in KINDS if line.startswith(kind + " ")), None)
+        match = kind and re.fullmatch(f"{kind} {KINDS[kind]}", line)
+        if not match:
+            raise ValueError(f"calls.txt:{number}: is of none of the kinds that the file explains")
+        if any(match["name"] in names for names in result.values()):
+            raise ValueError(f"calls.txt:{number}: {match['name']} stands twice")
+        result[kind][match["name"]] = match.groupdict().get("word")
     return result
 
 
@@ -41,7 +53,7 @@ def plain_name(symbol):
         return symbol, False
     special = {"0": "{0}::{0}", "1": "{0}::~{0}", "2": "{0}::operator new",
                "3": "{0}::operator delete", "A": "{0}::operator[]"}
-    match = re.match(r"\?\?(\w)(\w+)@@(\w)", symbol)
+    match = re.match(r"\?\?(\w)(\w+)@(?:\w+@)*@(\w)", symbol)
     if match:
         return special[match[1]].format(match[2]), match[3] in "UE" and "@@U" in symbol
     match = re.match(r"\?(\w+)@(?:(\w+)@)?@(.)", symbol)
@@ -54,15 +66,30 @@ def members_called(page):
     report plug-in alone asks is no part of the table of faults."""
     found = set()
     for section in re.split(r"^## ", page, flags=re.M):
-        if section.startswith(("report/", "host/inspection.", "host/watching.")):
+        if section.startswith(OF_THE_REPORT):
             page = page.replace(section, "")
-    for line in page.splitlines():
-        match = re.match(r"- `(?!override |class |struct |constant )(?:(\w+): )?(.*)\((.*)\).*`$", line)
-        if not match:
-            continue
-        name = re.search(r"(operator ?\S+|~?\w+)$", match[2])[1]
-        found.add(f"{match[1]}::{name}" if match[1] else name)
+    return names_of(re.findall(r"^- `(.*)`$", page, re.M))
+
+
+def names_of(declarations):
+    found = set()
+    for line in declarations:
+        match = re.match(r"(?!override |class |struct |constant )(?:(\w+): )?(.*)\((.*)\)", line)
+        if match:
+            name = re.search(r"(operator ?.+|~?\w+)$", match[2])[1]
+            found.add(f"{match[1]}::{name}" if match[1] else name)
     return found
+
+
+def later_members_called(sources):
+    """Those that the SDK of 2012 does not have. A constructor is imported."""
+    first, *later = make_sdk.Generation(ROOT / "sdk", "2012").names
+    listed = [names_of((make_sdk.made(year) / "sdk_members.txt").read_text().splitlines())
+              for year in (first, *later)]
+    code = re.sub(r"//.*", "", "".join(path.read_text(encoding="utf-8") for path in sources))
+    called = {"": set(re.findall(r"\b(\w+)\(", code)), "::": set(re.findall(r"(?:->|\.)(\w+)\(", code))}
+    return {name for name in set().union(*listed) - listed[0]
+            if name.split("::")[-1] in called["::" if "::" in name else ""]}
 
 
 def imports_of(plugin):
@@ -79,11 +106,13 @@ def can_fail(name, faults):
     return any(fault.endswith("." + member) for fault in faults)
 
 
-def problems_of(symbols, members, faults, listed):
+def problems_of(symbols, members, faults, listed, later=()):
+    """`symbols` of the file that ships and of the `later` ones."""
     problems = []
     leave_out = {name for names in listed.values() for name in names}
+    first = {plain_name(symbol)[0] for symbol in symbols}
     seen = set()
-    for symbol in symbols:
+    for symbol in [*symbols, *(symbol for symbol in later if symbol not in symbols)]:
         name, is_virtual = plain_name(symbol)
         seen.add(name)
         # Tables of virtual members name the host's own code, which nobody calls from here.
@@ -94,7 +123,17 @@ def problems_of(symbols, members, faults, listed):
     for name in sorted(members - seen):
         if name not in leave_out and not can_fail(name, faults):
             problems.append(f"{name}: called, but nothing makes it fail")
-    for name in sorted(set(listed["cannot fail"]) | set(listed["by memory"])):
+    for name, fault in listed["by"].items():
+        if fault not in faults:
+            problems.append(f"{name}: there is no fault {fault}")
+    for name in listed["from"]:
+        if name in first:
+            problems.append(f"{name}: is called by the file for 2012")
+        if name not in faults:
+            problems.append(f"{name}: there is no such fault")
+        if not any(can_fail(call, {name}) for call in seen | members):
+            problems.append(f"{name}: stands in calls.txt, but is not called")
+    for name in sorted(set(listed["cannot fail"]) | set(listed["by"])):
         if name not in seen and name not in members:
             problems.append(f"{name}: stands in calls.txt, but is not called")
         if name in faults:
@@ -115,12 +154,15 @@ class Calls(unittest.TestCase):
 
     def test_every_call_fails_or_has_a_reason(self):
         members = members_called((ROOT / "docs/sdk-usage.md").read_text(encoding="utf-8"))
-        symbols = imports_of(PLUGIN)
-        self.assertGreater(len(symbols), 100)
+        new = later_members_called(path for path in (ROOT / "host").rglob("*.cpp")
+                                   if not str(path.relative_to(ROOT)).startswith(OF_THE_REPORT))
+        symbols, *later = [imports_of(plugin) for plugin in PLUGINS]
+        self.assertGreater(min(map(len, [symbols, *later])), 100)
         self.assertGreater(len(members), 90)
+        self.assertIn("ICuiMenu::CreateAction", new)
         faults = set(pathlib.Path(NAMES).read_text(encoding="utf-8").split())
         listed = read_list((HERE / "calls.txt").read_text(encoding="utf-8"))
-        self.assertEqual([], problems_of(symbols, members, faults, listed))
+        self.assertEqual([], problems_of(symbols, members | new, faults, listed, sum(later, [])))
 
 
     def test_the_page_of_scenarios_names_every_fault(self):
@@ -131,39 +173,57 @@ class Calls(unittest.TestCase):
 
 
 class TheCheckItself(unittest.TestCase):
-    LISTED = read_list("cannot fail lstrlenA: counts\nnot called ShowWindow\n")
+    LISTED = read_list("cannot fail lstrlenA: counts\nnot called ShowWindow\n"
+                       "by GetIMenu IMenu::AddItem\nfrom 2018 Ring\n")
     SYMBOLS = ["SendInput", "lstrlenA", "?GetIMenu@@YAPEAVIMenu@@XZ",
                "?Count@ActionTable@@UEAAHXZ", "?theHold@@3VHold@@A"]
-    FAULTS = {"SendInput", "GetIMenu", "ShowWindow", "theHold", "ICustButton.IsChecked"}
+    LATER = ["Ring", "SendInput"]
+    MEMBERS = {"IMenu::AddItem"}
+    FAULTS = {"SendInput", "GetIMenu", "ShowWindow", "theHold", "ICustButton.IsChecked", "Ring"}
+
+    def assert_problems(self, problems, first=(), members=(), later=(), without=()):
+        """What is said of the sound lists, with these calls more and some less."""
+        left = [[each for each in names if each not in without]
+                for names in (self.SYMBOLS, self.MEMBERS, self.FAULTS, self.LATER)]
+        self.assertEqual(problems, problems_of([*left[0], *first], {*left[1], *members}, set(left[2]),
+                                               self.LISTED, [*left[3], *later]))
 
     def test_sound_list(self):
-        self.assertEqual([], problems_of(self.SYMBOLS, {"ICustButton::IsChecked"}, self.FAULTS,
-                                         self.LISTED))
+        self.assert_problems([], members=["ICustButton::IsChecked"])
 
     def test_import_without_a_fault(self):
-        self.assertEqual(["Beep: imported, but nothing makes it fail"],
-                         problems_of(self.SYMBOLS + ["Beep"], set(), self.FAULTS, self.LISTED))
+        self.assert_problems(["Beep: imported, but nothing makes it fail"], first=["Beep"])
+        self.assert_problems(["Beep: imported, but nothing makes it fail"], later=["Beep"])
 
     def test_member_without_a_fault(self):
-        self.assertEqual(["ViewExp::GetHWnd: called, but nothing makes it fail"],
-                         problems_of(self.SYMBOLS, {"ViewExp::GetHWnd"}, self.FAULTS, self.LISTED))
+        self.assert_problems(["ViewExp::GetHWnd: called, but nothing makes it fail"],
+                             members=["ViewExp::GetHWnd"])
 
     def test_virtual_import_that_is_called(self):
-        self.assertEqual(["ActionTable::Count: imported, but nothing makes it fail"],
-                         problems_of(self.SYMBOLS, {"ActionTable::Count"}, self.FAULTS, self.LISTED))
+        self.assert_problems(["ActionTable::Count: imported, but nothing makes it fail"],
+                             members=["ActionTable::Count"])
 
     def test_line_that_nothing_needs(self):
-        self.assertEqual(["lstrlenA: stands in calls.txt, but is not called"],
-                         problems_of(["SendInput"], set(), self.FAULTS, self.LISTED))
+        self.assert_problems(["lstrlenA: stands in calls.txt, but is not called"], without=["lstrlenA"])
+        self.assert_problems(["IMenu::AddItem: stands in calls.txt, but is not called"],
+                             without=["IMenu::AddItem"])
+        self.assert_problems(["Ring: there is no such fault",
+                              "Ring: stands in calls.txt, but is not called"], without=["Ring"])
 
     def test_call_that_is_made_after_all(self):
-        self.assertEqual(["ShowWindow: is called"],
-                         problems_of(self.SYMBOLS + ["ShowWindow"], set(), self.FAULTS, self.LISTED))
+        self.assert_problems(["ShowWindow: is called"], first=["ShowWindow"])
+        self.assert_problems(["Ring: is called by the file for 2012"], first=["Ring"])
+
+    def test_call_that_fails_by_no_fault(self):
+        self.assert_problems(["GetIMenu: imported, but nothing makes it fail",
+                              "IMenu::AddItem: there is no fault GetIMenu"],
+                             first=["?GetIMenu@@YAPEAVIMenu@@XZ"], without=["GetIMenu"] + self.SYMBOLS[2:3])
 
     def test_names_of_symbols(self):
         for symbol, expected in (
                 ("??0GUP@@QEAA@XZ", ("GUP::GUP", False)),
                 ("??1GUP@@UEAA@XZ", ("GUP::~GUP", True)),
+                ("??0MaxGuid@MaxSDK@@QEAA@PEBD@Z", ("MaxGuid::MaxGuid", False)),
                 ("??2MaxHeapOperators@@SAPEAX_K@Z", ("MaxHeapOperators::operator new", False)),
                 ("?Accept@Hold@@QEAAXPEAD@Z", ("Hold::Accept", False)),
                 ("?GetHAccel@ActionTable@@UEAAPEAUHACCEL__@@XZ", ("ActionTable::GetHAccel", True)),
@@ -172,13 +232,21 @@ class TheCheckItself(unittest.TestCase):
             self.assertEqual(expected, plain_name(symbol))
 
     def test_line_without_a_reason(self):
-        with self.assertRaises(ValueError):
-            read_list("cannot fail lstrlenA\n")
+        for line in ("cannot fail lstrlenA", "by lstrlenA", "from lstrlenA", "often lstrlenA"):
+            with self.assertRaises(ValueError):
+                read_list(line)
+
+    def test_members_of_later_hosts(self):
+        with tempfile.TemporaryDirectory() as folder:
+            source = pathlib.Path(folder, "source.cpp")
+            source.write_text("view.IsAlive(); menu->CreateAction(a); RegisterNotification(b);\n"
+                              "core->GetTime(); ToPointer(); // view.IsCanvasNavigationMode()\n")
+            self.assertEqual({"ViewExp::IsAlive", "ICuiMenu::CreateAction", "RegisterNotification"},
+                             later_members_called([source]))
 
 
 if __name__ == "__main__":
-    if len(sys.argv) < 3:
+    if len(sys.argv) < 4:
         sys.exit(__doc__.strip())
-    NAMES = sys.argv.pop(2)
-    PLUGIN = sys.argv.pop(1)
-    unittest.main()
+    NAMES, *PLUGINS = sys.argv[1:]
+    unittest.main(argv=sys.argv[:1])

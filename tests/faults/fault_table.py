@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Fails each call of the plug-in, one at a time, in each kind of gesture and command.
 
-usage: fault_table.py [--part I/N] [--only FAULT] [--situation TEXT] [--keep] -- PLAYER ARGUMENT...
+usage: fault_table.py [--part I/N] [--only FAULT] [--situation TEXT] [--host YEAR] [--keep]
+                      -- PLAYER ARGUMENT...
 
 PLAYER and its arguments play scenarios: the names of the files are added to them, in a list.
 
@@ -17,6 +18,7 @@ line there that nothing needs any more is an error too.
 options: --part I/N         every N-th fault, beginning with the I-th
          --only FAULT       this fault alone
          --situation TEXT   situations whose name contains TEXT
+         --host YEAR        of a later host: the calls that 2012's file does not make
          --keep             leaves the scenarios in build/faults
 
 Exit status: 0 nothing but the exceptions differs, 1 something does, 2 something cannot be read.
@@ -39,6 +41,9 @@ from default_settings import DEFAULT_SETTINGS  # noqa: E402
 
 # Names that stand for several calls, each of which has a name of its own.
 ALIASES = {"IsChecked", "IsEnabled", "Enabled"}
+
+# Calls that the files for later hosts make where 2012's does not: for a wide copy of a long script.
+LATER_MADE_MORE = {"malloc"}
 
 # A pointer of the host's instead of a call: missed where this call would be made through it.
 POINTERS = {"the_listener": "puts"}
@@ -131,16 +136,19 @@ def read_situations():
     return situations
 
 
-def left_out():
-    """Faults that calls.txt knows to be of no use here."""
+def faults_of(names, host):
+    """Those of all faults that the table of this host is for."""
     text = (HERE / "calls.txt").read_text()
-    return set(re.findall(r"^(?:not called|before) (\S+)$", text, re.M))
+    if host:
+        return LATER_MADE_MORE | {name for year, name in re.findall(r"^from (\d+) (\S+)$", text, re.M)
+                                  if year <= host}
+    return names - ALIASES - set(re.findall(r"^(?:not called|before|from \d+) (\S+)$", text, re.M))
 
 
 class Exceptions:
-    """What may differ: faults, situations, columns and the differing facts, each as patterns."""
+    """What may differ on this host: faults, situations, columns and the differing facts, each as patterns."""
 
-    def __init__(self):
+    def __init__(self, host):
         self.rows = []
         for number, line in enumerate((HERE / "exceptions.txt").read_text().splitlines(), 1):
             if not line.strip() or line.startswith("#"):
@@ -148,8 +156,9 @@ class Exceptions:
             fields = [field.strip() for field in line.split("|")]
             if len(fields) != 4:
                 raise Unreadable(f"exceptions.txt:{number}: a line has four fields, not {len(fields)}")
-            self.rows.append((number, *[[word.strip() for word in field.split(";")]
-                                        for field in fields]))
+            faults, *others = [[word.strip() for word in field.split(";")] for field in fields]
+            faults = [fault.removesuffix(f" on {host}") for fault in faults]
+            self.rows.append((number, faults, *others))
         self.used = set()
 
     def mentions(self, fault, situation, column):
@@ -420,6 +429,7 @@ def main():
     parser.add_argument("--part", default="1/1")
     parser.add_argument("--only")
     parser.add_argument("--situation", default="")
+    parser.add_argument("--host", default="")
     parser.add_argument("--faults", required=True, help="file with the names of all faults")
     parser.add_argument("--keep")
     parser.add_argument("player", nargs="+")
@@ -427,9 +437,9 @@ def main():
     part, parts = (int(number) for number in options.part.split("/"))
     situations = [situation for situation in read_situations()
                   if options.situation in situation.name]
-    exceptions = Exceptions()
-    names = sorted(set(pathlib.Path(options.faults).read_text().split()) - ALIASES - left_out())
-    faults = [name for name in names if not options.only or name == options.only]
+    exceptions = Exceptions(options.host)
+    names = set(pathlib.Path(options.faults).read_text().split())
+    faults = sorted(faults_of(names, options.host) & ({options.only} if options.only else names))
     faults = faults[part - 1::parts]
     with tempfile.TemporaryDirectory(prefix="karvel-faults-") as folder:
         player = Player(options.player, options.keep or folder)
@@ -440,7 +450,7 @@ def main():
     if not options.situation:
         for number, named, *_ in exceptions.rows:
             for fault in named:
-                if fault not in names:
+                if fault.split(" on ")[0] not in names:
                     table.complaints.append(f"exceptions.txt:{number}: there is no fault {fault}")
                 elif fault in faults and (number, fault) not in exceptions.used:
                     table.complaints.append(f"exceptions.txt:{number}: {fault} does not need this")

@@ -1,4 +1,4 @@
-// Resources and the settings file as the plug-in calls them.
+// Resources, the settings file and texts as the plug-in calls them.
 #include "standin/engine/intercept/internal.h"
 
 namespace intercept {
@@ -51,6 +51,19 @@ READER_AS(int, LoadStringA, (HINSTANCE module, UINT id, char* text, int size), (
 READER_AS(DWORD, GetFileAttributesA, (const char* file), (FileOf(file)),
     Text(static_cast<int>(answer)), ::GetFileAttributesA(PlaceOf(file).c_str()))
 // clang-format on
+
+// Texts for hosts that take wide ones; no line, because what is done with them has its own.
+#define CONVERTER(name, parameters, arguments)      \
+    WRAPPER(int, name, parameters) {                \
+        return Fails(#name) ? 0 : ::name arguments; \
+    }
+CONVERTER(MultiByteToWideChar,
+          (UINT page, DWORD flags, const char* text, int length, wchar_t* wide, int size),
+          (page, flags, text, length, wide, size))
+CONVERTER(WideCharToMultiByte,
+          (UINT page, DWORD flags, const wchar_t* wide, int length, char* text, int size,
+           const char* unknown, BOOL* lossy),
+          (page, flags, wide, length, text, size, unknown, lossy))
 
 WRAPPER(DWORD, GetPrivateProfileStringA,
         (const char* section, const char* key, const char* default_text, char* text, DWORD size,
