@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <set>
+#include <string>
 
 #include "tests/abi/raw_host/raw_plugin.h"
 
@@ -166,6 +167,23 @@ TEST_F(HostFunctions, Texts) {
     EXPECT_FALSE(Truth(m_plugin.Call("IsHostText", {0, Word("some")})));
     const uint64_t path = m_plugin.Call("PathFromHost", {text});
     EXPECT_STREQ(reinterpret_cast<const char*>(path), "some text");
+}
+
+// Functions that take narrow texts reach a folder even when the code page lacks letters of its
+// name.
+TEST_F(HostFunctions, FolderOutsideTheCodePage) {
+    if (m_host.Year() < 2013) return;  // its own texts are narrow
+    wchar_t folder[MAX_PATH];
+    ASSERT_NE(GetTempPathW(MAX_PATH, folder), 0u);
+    std::wstring path = folder;
+    path += L"karvel \u0416\u0443\u043A \u6F22 " + std::to_wstring(GetCurrentProcessId());
+    ASSERT_TRUE(CreateDirectoryW(path.c_str(), nullptr));
+    const uint64_t narrow = m_plugin.Call("PathFromHost", {Word(path.c_str())});
+    const std::string file = std::string(reinterpret_cast<const char*>(narrow)) + "\\Karvel.ini";
+    EXPECT_TRUE(WritePrivateProfileStringA("main", "key", "value", file.c_str())) << file;
+    EXPECT_NE(GetFileAttributesW((path + L"\\Karvel.ini").c_str()), INVALID_FILE_ATTRIBUTES);
+    DeleteFileW((path + L"\\Karvel.ini").c_str());
+    EXPECT_TRUE(RemoveDirectoryW(path.c_str()));
 }
 
 TEST_F(HostFunctions, Listener) {
