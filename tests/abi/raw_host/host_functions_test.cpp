@@ -184,6 +184,9 @@ TEST_F(HostFunctions, FolderOutsideTheCodePage) {
     EXPECT_NE(GetFileAttributesW((path + L"\\Karvel.ini").c_str()), INVALID_FILE_ATTRIBUTES);
     DeleteFileW((path + L"\\Karvel.ini").c_str());
     EXPECT_TRUE(RemoveDirectoryW(path.c_str()));
+    // Where nothing is, there is no other name either.
+    const uint64_t none = m_plugin.Call("PathFromHost", {Word(path.c_str())});
+    EXPECT_STREQ(reinterpret_cast<const char*>(none), "");
 }
 
 TEST_F(HostFunctions, Listener) {
