@@ -134,6 +134,8 @@ protected:
             }
         }
         ASSERT_NE(g_callback, 0u);
+        EXPECT_EQ(Field(g_callback, m_host.Number("size ActionCallback")), g_utility)
+            << "what the plug-in adds stands behind what the host has";
         ASSERT_NE(g_modeCallback, 0u);
     }
 

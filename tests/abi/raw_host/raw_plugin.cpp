@@ -42,6 +42,14 @@ uint64_t SystemFunction(const std::string& dll, const char* name) {
         reinterpret_cast<void*>(GetProcAddress(LoadLibraryA(dll.c_str()), name)));
 }
 
+// "ActionTable.IsEnabled(int)" has a name that begins with "?IsEnabled@".
+std::string DecoratedBegin(const std::string& member) {
+    const size_t begin = member.find('.') + 1;
+    const std::string name = member.substr(begin, member.find('(', begin) - begin);
+    if (name == "~") return "??_";
+    return name == "operator[]" ? "??A" : "?" + name + "@";
+}
+
 }  // namespace
 
 std::string Plugin::Load(const std::string& file, const std::string& map_file) {
@@ -65,6 +73,7 @@ std::string Plugin::ReadMap(const std::string& map_file) {
         } else if (words >> place >> name >> address && place.size() == 13 && place[4] == ':' &&
                    address.size() == 16) {
             m_symbols[name] = std::stoull(address, nullptr, 16) - preferred + m_base;
+            m_names[m_symbols[name]] = name;
         }
     }
     return m_symbols.empty() ? map_file + " is no link map" : "";
@@ -93,6 +102,11 @@ std::string Plugin::BindImports() {
         }
     }
     return {};
+}
+
+std::string Plugin::NameAt(uint64_t address) const {
+    const auto found = m_names.find(address);
+    return found == m_names.end() ? "" : found->second;
 }
 
 bool Plugin::Enter(unsigned long reason) {
@@ -200,6 +214,8 @@ uint64_t Plugin::CallSlot(const std::string& member, uint64_t object, const Word
     }
     const uint64_t table = *At<const uint64_t>(object);
     const uint64_t function = At<const uint64_t>(table)[row->slot];
+    EXPECT_EQ(NameAt(function).find(DecoratedBegin(member)), 0u)
+        << row->owner << " slot " << row->slot << " is " << NameAt(function) << ", no " << member;
     const uint64_t answer = Invoke(function, words);
     TheHost().ExpectNoMore();
     if (IsThroughPlace(row->result)) {

@@ -44,7 +44,8 @@ public:
     const std::set<std::string>& ImportedNames() const { return m_imported; }
 
     // Calls a member of a class that the plug-in derives from by its slot, with rubbish in those
-    // bits that its arguments do not have.
+    // bits that its arguments do not have. What stands there has to have the member's name, because
+    // neighbours may well answer the same.
     uint64_t CallSlot(const std::string& member, uint64_t object, const Words& arguments);
 
 private:
@@ -55,12 +56,15 @@ private:
     };
 
     std::string ReadMap(const std::string& map_file);
+    // What the link map calls the function there; empty: nothing begins there.
+    std::string NameAt(uint64_t address) const;
     std::string BindImports();
 
     uint64_t m_base = 0;
     uint64_t m_entry = 0;
     std::vector<Data> m_dataAtLoad;
     std::map<std::string, uint64_t> m_symbols;
+    std::map<uint64_t, std::string> m_names;
     std::set<std::string> m_called;
     std::set<std::string> m_imported;
     std::vector<std::pair<std::string, uint64_t>> m_scriptFunctions;
