@@ -6,11 +6,12 @@ import os
 import pathlib
 import signal
 import subprocess
+import tempfile
 import threading
 import time
 import unittest
 
-from scratch import Scratch, wait_for
+from scratch import ROOT, Scratch, wait_for
 
 # On a machine that is busy with other tests, too; within two seconds on one that is not.
 SOON = 2 if os.getloadavg()[0] < os.cpu_count() else 10
@@ -86,6 +87,23 @@ class Signals(Call):
         self.assertEqual(status, 1)
         self.assertIn("building gnu failed", err)
         self.nothing_is_left()
+
+
+class Crashes(unittest.TestCase):
+    # Wine writes this line before it starts its debugger, whose status need not be the program's.
+    CRASH = "wine: Unhandled page fault on read access to 0 at address 1 (thread 2), starting debugger..."
+    RUN = '. tools/session/wine_session.sh; karvel_wine=$1; WINEPREFIX=$2/prefix; "$3" program.exe'
+
+    def test_a_program_that_crashed_has_failed(self):
+        for said, status, wanted in (("", 0, 0), ("", 3, 3), (self.CRASH, 0, 5), (self.CRASH, 3, 3)):
+            for run in ("run_wine", "run_wine_live"):
+                with self.subTest((said, status, run)), tempfile.TemporaryDirectory() as folder:
+                    wine = pathlib.Path(folder, "wine")
+                    wine.write_text(f"#!/bin/bash\necho said\necho '{said}' >&2\nexit {status}\n")
+                    wine.chmod(0o755)
+                    done = subprocess.run(["bash", "-uc", self.RUN, "bash", wine, folder, run], cwd=ROOT,
+                                          capture_output=True, text=True)
+                    self.assertEqual((done.returncode, done.stdout), (wanted, "said\n"), done.stderr)
 
 
 class Kills(Call):

@@ -147,8 +147,14 @@ run_wine() {
     done
     cat "$out"
     cat "$err" >&2
+    if [ "$status" = 0 ] && karvel_says_crash "$err"; then status=5; fi
     rm -f "$out" "$err"
     return "$status"
+}
+
+# Wine's debugger ends a program that has crashed, now and then with the status of one that is well.
+karvel_says_crash() {
+    grep -q '^wine: Unhandled ' "$1"
 }
 
 # As run_wine, but its standard output is shown while it runs.
@@ -163,6 +169,7 @@ run_wine_live() {
     karvel_program=
     wait "$reader" || true
     cat "$err" >&2
+    if [ "$status" = 0 ] && karvel_says_crash "$err"; then status=5; fi
     rm -f "$out" "$err"
     return "$status"
 }
