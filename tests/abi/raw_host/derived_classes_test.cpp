@@ -116,6 +116,7 @@ protected:
         effects["ActionCallback::ActionCallback"] = [](const Words& words) { return words[0]; };
         m_host.Record(effects);
         EXPECT_EQ(m_plugin.CallSlot("GUP.Start", g_utility, {}), 0u);
+        int menus = 0;
         for (const Call& call : m_host.StopRecording()) {
             if (call.row->name == "IActionManager.ActivateActionTable") {
                 g_callback = call.words[1];
@@ -129,10 +130,15 @@ protected:
             } else if (call.row->name == "IMenuManager.RegisterMenuBarContext") {
                 EXPECT_EQ(call.words[1] & kLower, 0x3683658Cu);
                 EXPECT_EQ(Text(call.words[2]), "Flinder Menu Context");
+                ++menus;
+            } else if (call.row->name == "RegisterNotification") {
+                EXPECT_EQ(call.words[2] & kLower, 0x120u);
+                ++menus;
             } else if (call.row->name == "Interface.GetDir") {
                 EXPECT_EQ(call.words.back() & kLower, 9u);
             }
         }
+        EXPECT_EQ(menus, 1);
         ASSERT_NE(g_callback, 0u);
         EXPECT_EQ(Field(g_callback, m_host.Number("size ActionCallback")), g_utility)
             << "what the plug-in adds stands behind what the host has";
