@@ -9,9 +9,15 @@ function(karvel_generation_of_sdk result given)
     set(probe ${CMAKE_BINARY_DIR}/generated/sdk_release.cpp)
     file(CONFIGURE OUTPUT ${probe} CONTENT "#include <plugapi.h>\nkarvel_release MAX_RELEASE\n")
     separate_arguments(flags NATIVE_COMMAND "${CMAKE_CXX_FLAGS}")
-    execute_process(COMMAND ${CMAKE_CXX_COMPILER} ${flags} -E -I${MAXSDK}/include ${probe}
-                    OUTPUT_VARIABLE text ERROR_VARIABLE problem)
-    if(NOT text MATCHES "karvel_release ([-+*/() 0-9]*[0-9][-+*/() 0-9]*)[\r\n]")
+    # Headers of wide texts may refuse to be read as others.
+    foreach(texts "" "-DUNICODE;-D_UNICODE")
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} ${flags} ${texts} -E -I${MAXSDK}/include ${probe}
+                        RESULT_VARIABLE status OUTPUT_VARIABLE text ERROR_VARIABLE problem)
+        if(status EQUAL 0)
+            break()
+        endif()
+    endforeach()
+    if(NOT status EQUAL 0 OR NOT text MATCHES "karvel_release ([-+*/() 0-9]*[0-9][-+*/() 0-9]*)[\r\n]")
         if(given)
             set(${result} ${given} PARENT_SCOPE)
             return()

@@ -142,18 +142,21 @@ class Of2026(Of2012):
         self.assertIn("host/unicode/menus_in_notification.cpp", self.commands)
 
 
-class Refused(unittest.TestCase):
-    def refusal(self, headers, **given):
-        """What is said of an SDK with these headers, without what changes from call to call."""
+class OtherSdks(unittest.TestCase):
+    def offer(self, headers, **given):
+        """Status and output for an SDK with these headers, without what changes from call to call."""
         with tempfile.TemporaryDirectory(prefix="karvel-test-") as name:
             folder = pathlib.Path(name)
             (folder / "max sdk" / "include").mkdir(parents=True)
             for header, text in headers.items():
                 (folder / "max sdk" / "include" / header).write_text(text)
             status, output = configure(folder, **given)
-            self.assertEqual(1, status, output)
-            said = re.search(r"CMake Error at .*\n((?:  .*\n)+)", output)
-            return " ".join(said[1].split()).replace(name, "")
+            return status, output.replace(name, "")
+
+    def refusal(self, headers, **given):
+        status, output = self.offer(headers, **given)
+        self.assertEqual(1, status, output)
+        return " ".join(re.search(r"CMake Error at .*\n((?:  .*\n)+)", output)[1].split())
 
     def test_no_header(self):
         self.assertEqual("/max sdk/include/plugapi.h is missing; set MAXSDK to the folder of the SDK, "
@@ -162,6 +165,10 @@ class Refused(unittest.TestCase):
     def test_no_release(self):
         self.assertEqual("/max sdk/include/plugapi.h does not tell MAX_RELEASE; say of which release it "
                          "is with -D KARVEL_SDK_GENERATION=YEAR", self.refusal({"plugapi.h": ""}))
+
+    def test_what_no_header_tells_can_be_given(self):
+        status, output = self.offer({"plugapi.h": ""}, KARVEL_SDK_GENERATION="2018")
+        self.assertEqual(0, status, output)
 
     def test_the_compiler_stops(self):
         self.assertRegex(self.refusal({"plugapi.h": "#include <nowhere.h>"}),
