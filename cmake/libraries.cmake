@@ -67,6 +67,44 @@ function(karvel_share_headers target shared)
     target_precompile_headers(${target} REUSE_FROM ${shared})
 endfunction()
 
+# karvel_compile_together(TARGET COUNT [APART FILE...]): the compiler reads COUNT sources of the target as
+# one text, so that it makes once what each of them asks of the same headers. Those APART have names
+# that are others' too.
+function(karvel_compile_together target count)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "APART")
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${count})
+    set_source_files_properties(${arg_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
+# karvel_later_host_together(TARGET [SHARED ROOM...]): the same of all sources of a target for a later
+# host; almost all are compiled one by one for that of 2012. Those of the SHARED rooms, which another
+# target links too, are a text of their own. What only later hosts have is apart for the newest: there
+# shows that each source includes what it needs.
+function(karvel_later_host_together target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SHARED")
+    if(NOT KARVEL_LATER_HOST OR KARVEL_VISUAL_STUDIO)
+        return()
+    endif()
+    list(GET KARVEL_LATER_HOSTS -1 newest)
+    get_target_property(sources ${target} SOURCES)
+    set(apart)
+    foreach(source ${sources})
+        cmake_path(ABSOLUTE_PATH source OUTPUT_VARIABLE path)
+        if(path MATCHES "/unicode/" AND KARVEL_SDK_GENERATION EQUAL newest)
+            list(APPEND apart ${source})
+        endif()
+        cmake_path(RELATIVE_PATH path BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
+        string(REGEX REPLACE "/.*" "" room ${path})
+        set(group own)
+        if(room IN_LIST arg_SHARED)
+            set(group shared)
+        endif()
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+    endforeach()
+    karvel_compile_together(${target} 0 APART ${apart})
+    set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+endfunction()
+
 # What the plug-in, the stand-in and the programs around it read, with the compiler that takes longest.
 function(karvel_share_system_headers target options)
     if(KARVEL_GNU)
@@ -136,6 +174,7 @@ function(karvel_host_dll name)
     target_link_libraries(${target} PRIVATE
         karvel_host_side_options karvel_sdk_headers ${arg_LIBRARIES} standin_engine)
     karvel_share_system_headers(${target} karvel_host_side_options)
+    karvel_later_host_together(${target})
     set_target_properties(${target} PROPERTIES
         PREFIX ""
         LIBRARY_OUTPUT_DIRECTORY ${KARVEL_HOST_DIR}

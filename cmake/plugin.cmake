@@ -126,6 +126,7 @@ function(karvel_plugin_file target folder exports)
         LIBRARY_OUTPUT_DIRECTORY ${folder}
         RUNTIME_OUTPUT_DIRECTORY ${folder})
     add_dependencies(host_side ${target})
+    karvel_later_host_together(${target} SHARED host resources settings)
     set(map ${folder}/${target}.map)
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${exports})
     if(KARVEL_VISUAL_STUDIO)

@@ -107,11 +107,11 @@ Line& Line::Text(const char* key, const char* text) {
     const int length = static_cast<int>(GetEnvironmentVariableA("USERNAME", user, sizeof user));
     const bool known = length > 0 && length < static_cast<int>(sizeof user);
 
-    constexpr int kMost = 640;  // leaves room for the rest of a line
-    char quoted[kMost + sizeof kReplacement + 4] = "\"";
+    constexpr int kLongest = 640;  // leaves room for the rest of a line
+    char quoted[kLongest + sizeof kReplacement + 4] = "\"";
     int used = 1;
     const char* found = known ? FindUser(text, text, user, length) : nullptr;
-    for (const char* at = text; *at != '\0' && used < kMost; ++at) {
+    for (const char* at = text; *at != '\0' && used < kLongest; ++at) {
         if (at == found) {
             lstrcpyA(quoted + used, kReplacement);
             used += lstrlenA(kReplacement);

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """run_tidy.py finds in sources that it reads as one text what it finds in a single one."""
 
+import json
 import pathlib
 import runpy
 import shutil
@@ -61,6 +62,20 @@ class Together(unittest.TestCase):
         self.assertEqual("", self.found_in(one="int F();\n", other="int G();\n"))
         with self.assertRaises(FileNotFoundError):
             self.found_in(one="int F();\n", other="long G();\n")
+
+    def test_sources_that_cmake_has_put_together_are_known_by_their_own_names(self):
+        together = self.place / "build" / "gnu" / "benchmarks" / "x.dir" / "Unity" / "unity_0_cxx.cxx"
+        together.parent.mkdir(parents=True)
+        names = [str(self.place / "benchmarks" / name) for name in ("one.cpp", "other.cpp", "third.cpp")]
+        together.write_text("/* made */\n" + "".join(f'#include "{name}"\n' for name in names[:2]),
+                            encoding="utf-8")
+        database = together.parents[3] / "compile_commands.json"
+        database.write_text(json.dumps([
+            {"file": str(file), "command": f"g++ -O1 -c {file}"} for file in (together, names[2])]),
+            encoding="utf-8")
+        self.tidy["read_groups"].__globals__["ROOT"] = self.place
+        (preset, flags, sources), = self.tidy["read_groups"]([])
+        self.assertEqual((["-O1"], names), (flags, list(map(str, sources))))
 
 
 if __name__ == "__main__":

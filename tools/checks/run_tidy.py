@@ -67,13 +67,13 @@ def read_groups(wanted):
         if not database.exists():
             continue
         for entry in json.loads(database.read_text(encoding="utf-8")):
-            path = pathlib.Path(entry["file"])
-            if ROOT not in path.parents or path.suffix != ".cpp":
-                continue
-            top = path.relative_to(ROOT).parts[0]
-            if top in ("build", "tests") or (wanted and top not in wanted):
-                continue
-            seen.setdefault(path, (preset, tuple(flags_of(entry))))
+            for path in unity_build.sources_of(pathlib.Path(entry["file"])):
+                if ROOT not in path.parents or path.suffix != ".cpp":
+                    continue
+                top = path.relative_to(ROOT).parts[0]
+                if top in ("build", "tests") or (wanted and top not in wanted):
+                    continue
+                seen.setdefault(path, (preset, tuple(flags_of(entry))))
     if not seen:
         raise Unreadable("there is no list of compile commands for it: ./dev build")
     groups = {}

@@ -18,6 +18,14 @@ def text_of(sources):
     return "".join(f'#include "{source.resolve()}"\n' for source in sources)
 
 
+def sources_of(path):
+    """What is compiled with this file: itself, or the sources that CMake has put together in it."""
+    if path.parent.name != "Unity":
+        return [path]
+    return [pathlib.Path(line.split('"')[1])
+            for line in path.read_text(encoding="utf-8").splitlines() if line.startswith("#include")]
+
+
 def write(sources, path):
     path.parent.mkdir(parents=True, exist_ok=True)
     path.write_text(text_of(sources), encoding="utf-8")
