@@ -78,8 +78,8 @@ endfunction()
 
 # karvel_later_host_together(TARGET [SHARED ROOM...]): the same of all sources of a target for a later
 # host; almost all are compiled one by one for that of 2012. Those of the SHARED rooms, which another
-# target links too, are a text of their own. What only later hosts have is apart for the newest: there
-# shows that each source includes what it needs.
+# target links too, are a text of their own, the `common` one. What only later hosts have is apart for
+# the newest: there shows that each source includes what it needs.
 function(karvel_later_host_together target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SHARED")
     if(NOT KARVEL_LATER_HOST OR KARVEL_VISUAL_STUDIO)
@@ -97,7 +97,7 @@ function(karvel_later_host_together target)
         string(REGEX REPLACE "/.*" "" room ${path})
         set(group own)
         if(room IN_LIST arg_SHARED)
-            set(group shared)
+            set(group common)
         endif()
         set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
     endforeach()

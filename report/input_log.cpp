@@ -10,7 +10,7 @@ namespace {
 
 constexpr UINT kMilliseconds = 10000;
 
-struct Seen {
+struct LogEntry {
     HWND window = nullptr;
     WPARAM key = 0;
     DWORD at = 0;  // ms since the beginning
@@ -22,18 +22,18 @@ struct Seen {
 };
 // A mouse tells of itself up to a thousand times a second. What is beyond the room is left out.
 constexpr int kMost = 16384;
-Seen g_seen[kMost];
+LogEntry g_seen[kMost];
 int g_count = 0;
 
-enum { kMouseHook, kKeyHook };
-HHOOK g_hooks[2];
-UINT_PTR g_timer = 0;
+enum { kLogMouse, kLogKeys };
+HHOOK g_logHooks[2];
+UINT_PTR g_logTimer = 0;
 DWORD g_begin = 0;
 void (*g_done)() = nullptr;
 
-Seen* Next(int code) {
+LogEntry* Next(int code) {
     if (g_count == kMost) return nullptr;
-    Seen& seen = g_seen[g_count++];
+    LogEntry& seen = g_seen[g_count++];
     seen = {};
     seen.at = GetTickCount() - g_begin;
     seen.code = code;
@@ -42,13 +42,13 @@ Seen* Next(int code) {
 
 LRESULT CALLBACK NoteMouse(int code, WPARAM message, LPARAM details) {
     const auto& hook = *reinterpret_cast<const MOUSEHOOKSTRUCT*>(details);
-    if (Seen* seen = Next(code)) {
+    if (LogEntry* seen = Next(code)) {
         seen->message = static_cast<UINT>(message);
         seen->window = hook.hwnd;
         seen->point = hook.pt;
         seen->hit = hook.wHitTestCode;
     }
-    return CallNextHookEx(g_hooks[kMouseHook], code, message, details);
+    return CallNextHookEx(g_logHooks[kLogMouse], code, message, details);
 }
 
 // Keys that write are told without saying which.
@@ -58,23 +58,23 @@ bool IsWritingKey(WPARAM key) {
 }
 
 LRESULT CALLBACK NoteKey(int code, WPARAM key, LPARAM flags) {
-    if (Seen* seen = Next(code)) {
+    if (LogEntry* seen = Next(code)) {
         seen->key = IsWritingKey(key) ? 0 : key;
         seen->down = (flags & (static_cast<LPARAM>(KF_UP) << 16)) == 0;
     }
-    return CallNextHookEx(g_hooks[kKeyHook], code, key, flags);
+    return CallNextHookEx(g_logHooks[kLogKeys], code, key, flags);
 }
 
 void TakeHooksAway() {
-    for (HHOOK& hook : g_hooks) {
+    for (HHOOK& hook : g_logHooks) {
         if (hook) UnhookWindowsHookEx(hook);
         hook = nullptr;
     }
 }
 
-void CALLBACK End(HWND, UINT, UINT_PTR, DWORD) {
-    KillTimer(nullptr, g_timer);
-    g_timer = 0;
+void CALLBACK EndLog(HWND, UINT, UINT_PTR, DWORD) {
+    KillTimer(nullptr, g_logTimer);
+    g_logTimer = 0;
     TakeHooksAway();
     g_done();
     g_count = 0;
@@ -83,23 +83,23 @@ void CALLBACK End(HWND, UINT, UINT_PTR, DWORD) {
 }  // namespace
 
 bool StartInputLog(void (*done)()) {
-    if (g_timer) return false;
+    if (g_logTimer) return false;
     g_count = 0;
     g_begin = GetTickCount();
     g_done = done;
     const DWORD thread = GetCurrentThreadId();
-    g_hooks[kMouseHook] = SetWindowsHookExA(WH_MOUSE, NoteMouse, nullptr, thread);
-    g_hooks[kKeyHook] = SetWindowsHookExA(WH_KEYBOARD, NoteKey, nullptr, thread);
-    g_timer = SetTimer(nullptr, 0, kMilliseconds, End);
-    if (g_hooks[kMouseHook] && g_hooks[kKeyHook] && g_timer) return true;
+    g_logHooks[kLogMouse] = SetWindowsHookExA(WH_MOUSE, NoteMouse, nullptr, thread);
+    g_logHooks[kLogKeys] = SetWindowsHookExA(WH_KEYBOARD, NoteKey, nullptr, thread);
+    g_logTimer = SetTimer(nullptr, 0, kMilliseconds, EndLog);
+    if (g_logHooks[kLogMouse] && g_logHooks[kLogKeys] && g_logTimer) return true;
     TakeHooksAway();
     return false;
 }
 
 void WriteInputLog(File& file, const WindowTree& tree) {
-    if (g_timer) return;  // these are not complete
+    if (g_logTimer) return;  // these are not complete
     for (int index = 0; index < g_count; ++index) {
-        const Seen& seen = g_seen[index];
+        const LogEntry& seen = g_seen[index];
         Line line("input");
         line.Word(seen.message ? "mouse" : "key").Unsigned("at", seen.at);
         if (seen.message) {

@@ -17,8 +17,8 @@
 namespace report {
 namespace {
 
-constexpr char kFileName[] = "KarvelReport";
-constexpr char kExtension[] = ".txt";
+constexpr char kReportName[] = "KarvelReport";
+constexpr char kReportExtension[] = ".txt";
 constexpr char kAskForPolyTools[] = "kvr_told (PolyToolsUI != undefined)";
 
 bool g_told = false;
@@ -272,9 +272,9 @@ void WriteAll(File& file, const WindowTree& tree) {
 // Of static storage: too large for the stack of a thread that others have set up.
 WindowTree g_tree;
 
-void Finish() {
+void WriteReport() {
     char path[kPathSize];
-    if (!PathBesideSettings(path, kFileName, 1, kExtension)) {
+    if (!PathBesideSettings(path, kReportName, 1, kReportExtension)) {
         host::PrintToListener("Karvel report: there is no folder for it\n");
         return;
     }
@@ -295,8 +295,8 @@ void Tell(bool answer) {
 
 void Make(bool input) {
     if (!input) {
-        Finish();
-    } else if (StartInputLog(Finish)) {
+        WriteReport();
+    } else if (StartInputLog(WriteReport)) {
         host::PrintToListener("Karvel report: use mouse and keys now, for ten seconds\n");
     } else {
         host::PrintToListener("Karvel report: it looks on already\n");

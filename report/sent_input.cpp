@@ -10,7 +10,7 @@ namespace {
 using recording::Button;
 using recording::Input;
 
-recording::Recorder* g_recorder = nullptr;
+recording::Recorder* g_noted = nullptr;
 
 // --- what a record will come as ---
 
@@ -49,15 +49,15 @@ void Note(const INPUT& record) {
     const DWORD now = GetTickCount();
     if (record.type == INPUT_KEYBOARD) {
         const bool up = (record.ki.dwFlags & KEYEVENTF_KEYUP) != 0;
-        g_recorder->NoteInjected({up ? Input::kKeyUp : Input::kKeyDown, GeneralKey(record.ki.wVk)},
-                                 now);
+        g_noted->NoteInjected({up ? Input::kKeyUp : Input::kKeyDown, GeneralKey(record.ki.wVk)},
+                              now);
         return;
     }
     if (record.type != INPUT_MOUSE) return;
     for (const ButtonFlags& flags : kButtonFlags) {
         const int button = ButtonOfMessage(flags.button);
-        if (record.mi.dwFlags & flags.down) g_recorder->NoteInjected({Input::kDown, button}, now);
-        if (record.mi.dwFlags & flags.up) g_recorder->NoteInjected({Input::kUp, button}, now);
+        if (record.mi.dwFlags & flags.down) g_noted->NoteInjected({Input::kDown, button}, now);
+        if (record.mi.dwFlags & flags.up) g_noted->NoteInjected({Input::kUp, button}, now);
     }
 }
 
@@ -68,8 +68,8 @@ decltype(&SetCursorPos) g_set_cursor_pos = nullptr;
 
 UINT WINAPI SendAndNote(UINT count, INPUT* records, int size) {
     const UINT sent = g_send_input(count, records, size);
-    if (g_recorder) g_recorder->NoteBatch();
-    for (UINT i = 0; g_recorder && i < sent; ++i)
+    if (g_noted) g_noted->NoteBatch();
+    for (UINT i = 0; g_noted && i < sent; ++i)
         Note(records[i]);
     return sent;
 }
@@ -80,9 +80,9 @@ BOOL WINAPI MoveAndNote(int x, int y) {
     GetCursorPos(&before);
     const BOOL moved = g_set_cursor_pos(x, y);
     GetCursorPos(&after);
-    if (g_recorder && (before.x != after.x || before.y != after.y)) {
-        g_recorder->NoteBatch();
-        g_recorder->NoteInjected(
+    if (g_noted && (before.x != after.x || before.y != after.y)) {
+        g_noted->NoteBatch();
+        g_noted->NoteInjected(
             {Input::kMove, 0, false, static_cast<int>(after.x), static_cast<int>(after.y)},
             GetTickCount());
     }
@@ -153,14 +153,14 @@ void TakePlacesIn(BYTE* module) {
 }  // namespace
 
 void NoteSentInput(recording::Recorder& recorder) {
-    g_recorder = &recorder;
+    g_noted = &recorder;
     if (HMODULE plugin = GetModuleHandleA("KarvelMax.gup")) {
         TakePlacesIn(reinterpret_cast<BYTE*>(plugin));
     }
 }
 
 void ForgetSentInput() {
-    g_recorder = nullptr;
+    g_noted = nullptr;
     for (Import& import : g_imports) {
         // Somebody else may have come between; then ours stays, and only passes the calls on.
         if (import.entry && *import.entry == import.ours) Write(import.entry, import.former);

@@ -3,7 +3,7 @@
 
 clang-cl stands for the compiler: it reads the same options. The headers made from sdk/ stand for the real
 ones, mingw-w64's for the system's. A build is configured like on Windows and each of its sources
-is compiled, without making anything, by the very command that it has there, those of a folder that
+is compiled, without making anything, by the very command that it has there, those of a program that
 have the same as one text.
 """
 
@@ -116,7 +116,7 @@ class Of2012(unittest.TestCase):
             words = [word for word in shlex.split(command)
                      if not word.startswith("/Fo") and word != str(path)]
             self.assertEqual(len(shlex.split(command)) - 2, len(words), command)
-            groups.setdefault((path.parent, tuple(words)), []).append(path)
+            groups.setdefault(tuple(words), []).append(path)
         self.assertTrue(groups)
 
         def compile_text(words, sources):
@@ -125,13 +125,15 @@ class Of2012(unittest.TestCase):
             return None if result.returncode == 0 else result.stdout + result.stderr
 
         def compile_group(group):
-            (_, words), sources = group
+            words, sources = group
             if compile_text(words, sources) is None:
                 return []
             # Names of one source may be in the way of another's.
             return [message for source in sources if (message := compile_text(words, [source]))]
+        together = [(words, part) for words, sources in groups.items()
+                    for part in unity_build.by_program(sources)]
         with concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
-            problems = [each for found in pool.map(compile_group, groups.items()) for each in found]
+            problems = [each for found in pool.map(compile_group, together) for each in found]
         self.assertEqual([], problems)
 
 

@@ -80,7 +80,7 @@ def compile_text(mode, sources):
 
 
 def compile_group(job):
-    """[(mode, source, output)] for those of a folder that do not compile."""
+    """[(mode, source, output)] for those of a group that do not compile."""
     mode, sources = job
     if compile_text(mode, sources)[0] == 0:
         return []
@@ -96,7 +96,7 @@ def main():
     options = parser.parse_args()
     sources = [path.resolve() for path in options.sources] or all_sources()
     modes = options.mode or MODES
-    groups = [(mode, group) for mode in modes for group in unity_build.by_folder(
+    groups = [(mode, group) for mode in modes for group in unity_build.by_program(
         [source for source in sources if belongs(mode, source)])]
     count = sum(len(group) for _, group in groups)
     failed = 0

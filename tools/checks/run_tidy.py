@@ -4,8 +4,8 @@
 usage: run_tidy.py [FOLDER...]
 
 Without a folder all sources of both. The plug-in and the host DLLs are read as the msvc build
-compiles them, the rest of the stand-in as the gnu build does. The sources of a folder are read as
-one text where their names allow it. A result is kept in build/lint until a source of its text, a
+compiles them, the rest of the stand-in as the gnu build does. The sources of a folder, and those of
+small rooms, are read as one text where their names allow it. A result is kept in build/lint until a source of its text, a
 header or the list of checks changes. Exit status: 0 nothing found, 1 something, 2 nothing could be
 checked.
 """
@@ -54,13 +54,14 @@ def flags_of(entry):
     for word in words:
         if word in ("-o", "-include"):
             next(words)
-        elif word not in ("-c", "-Winvalid-pch", entry["file"]):
+        # Which file a source goes to is nothing that it reads.
+        elif word not in ("-c", "-Winvalid-pch", entry["file"]) and not word.endswith("_EXPORTS"):
             flags.append(word)
     return flags
 
 
 def read_groups(wanted):
-    """[(preset, flags, [source...])]: sources of one folder that are compiled alike."""
+    """[(preset, flags, [source...])]: sources of one folder that are compiled alike, or of small rooms."""
     seen = {}
     for preset in ("msvc", "gnu"):
         database = ROOT / "build" / preset / "compile_commands.json"
@@ -78,8 +79,9 @@ def read_groups(wanted):
         raise Unreadable("there is no list of compile commands for it: ./dev build")
     groups = {}
     for path, (preset, flags) in sorted(seen.items()):
-        groups.setdefault((preset, flags, path.parent), []).append(path)
-    return [(preset, list(flags), sources) for (preset, flags, _), sources in groups.items()]
+        groups.setdefault((preset, flags), []).append(path)
+    return [(preset, list(flags), part) for (preset, flags), sources in groups.items()
+            for part in unity_build.with_small_ones_together(unity_build.by_folder(sources), ROOT)]
 
 
 def check(preset, flags, sources, key):

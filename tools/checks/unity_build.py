@@ -4,12 +4,37 @@ headers, which are most of its work, once instead of once for each source."""
 import collections
 import pathlib
 
+# Each source of the report shows more of itself alone: the analyzer of clang-tidy follows what is
+# recorded through all that record, and guesses before it is through.
+ONE_BY_ONE = ["report"]
+
 
 def by_folder(sources):
-    """[[source...]...]: the sources of one folder together, in their order."""
+    """[[source...]...]: the sources of one folder together, in their order; those of ONE_BY_ONE alone."""
+    groups = collections.OrderedDict()
+    for source in map(pathlib.Path, sources):
+        key = source if source.parent.name in ONE_BY_ONE else source.parent
+        groups.setdefault(key, []).append(source)
+    return list(groups.values())
+
+
+def with_small_ones_together(groups, root):
+    """The groups, those of few sources of a folder in `root` as one."""
+    def is_small(group):
+        folder = group[0].parent
+        return len(group) < 6 and folder.parent == root and folder.name not in ONE_BY_ONE
+    small = [source for group in groups if is_small(group) for source in group]
+    return [group for group in groups if not is_small(group)] + ([small] if small else [])
+
+
+def by_program(sources):
+    """[[source...]...]: the sources of one program, and apart those that stand for others of its, for one
+    kind of host: as much as one text can hold."""
     groups = collections.OrderedDict()
     for source in sources:
-        groups.setdefault(pathlib.Path(source).parent, []).append(pathlib.Path(source))
+        folder = pathlib.Path(source).parent
+        groups.setdefault((folder.name == "report", folder.name in ("ansi", "unicode")),
+                          []).append(pathlib.Path(source))
     return list(groups.values())
 
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -26,7 +27,10 @@ TEST(Loading, MakesTheDescriptorAndRegistersTheScriptFunctions) {
                                          "kv_graphiteSculptTool", "kv_graphitePdTool",
                                          "kv_polyShiftActive",    "kv_zoomExtents"};
     // What answers the question that later hosts are asked about their Interaction Mode.
-    if (TheHost().Year() >= 2013) expected.insert(expected.begin(), "kv_hostAnswersAlt");
+    if (TheHost().Year() >= 2013) expected.push_back("kv_hostAnswersAlt");
+    // They are in different files, whose order is the linker's.
+    std::sort(names.begin(), names.end());
+    std::sort(expected.begin(), expected.end());
     EXPECT_EQ(names, expected);
     size_t others = 0;
     for (const Call& call : g_loading) {

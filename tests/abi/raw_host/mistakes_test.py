@@ -21,6 +21,8 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
+sys.path.insert(0, str(ROOT / "tools/checks"))
+import unity_build  # noqa: E402
 SUBJECT = "tests_bin/raw_host_subject.dll"
 
 # name, header, text there, text instead, source that is compiled with it, test, what it has to say
@@ -95,8 +97,9 @@ class Build:
         with open(self.folder / "compile_commands.json", encoding="utf-8") as file:
             entries = json.load(file)
         # The plug-in's own: other parts of the build may compile the same source once more.
-        self.compilers = {entry["file"]: shlex.split(entry["command"]) for entry in entries
-                          if "CMakeFiles/KarvelMax.dir/" in entry["command"]}
+        self.compilers = {str(source): shlex.split(entry["command"]) for entry in entries
+                          if "CMakeFiles/KarvelMax.dir/" in entry["command"]
+                          for source in unity_build.sources_of(pathlib.Path(entry["file"]))}
         self.linker = run(["ninja", "-C", str(self.folder), "-t", "commands", "-s",
                            SUBJECT]).stdout.strip()
 
