@@ -686,7 +686,7 @@ TEST_F(HostFunctions, Menus) {
 }
 
 void HostFunctions::PlayKeptMenus() {
-    constexpr uint64_t kSecondBase = 32;
+    constexpr uint64_t kMenuElement = 32;
     for (const uint64_t is_new : {uint64_t{1}, uint64_t{0}}) {
         ExpectMenuManager();
         m_host.Expect("IMenuManager.RegisterMenuBarContext",
@@ -696,7 +696,7 @@ void HostFunctions::PlayKeptMenus() {
     }
     ExpectMenuManager();
     m_host.Expect("GetIMenu", {}, m_menu);
-    m_host.Expect("IMenuElement.SetTitle", {m_menu + kSecondBase, Argument::Text("Flinder")});
+    m_host.Expect("IMenuElement.SetTitle", {m_menu + kMenuElement, Argument::Text("Flinder")});
     m_host.Expect("IMenuManager.RegisterMenu", {m_menus, m_menu, 0}, 1);
     EXPECT_EQ(m_plugin.Call("NewMenu", {Word("Flinder")}), m_menu);
     ExpectAction(0x837D5FB8, 21);
