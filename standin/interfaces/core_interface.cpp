@@ -127,6 +127,7 @@ public:
     void SelectNode(INode*, int) override { Unexpected("SelectNode"); }
     void SelectNodeTab(INodeTab& nodes, BOOL select, BOOL redraw) override {
         std::vector<eng_node*> handles;
+        handles.reserve(static_cast<std::size_t>(nodes.Count()));
         for (int index = 0; index < nodes.Count(); ++index)
             handles.push_back(HandleOf<HostNode>(nodes[index]));
         eng_select_nodes(handles.data(), nodes.Count(), select, redraw);

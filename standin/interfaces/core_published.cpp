@@ -35,8 +35,8 @@ char* FPValue::Loadva(int valueType, char* arguments, bool) {
     switch (valueType) {
         case TYPE_INT: std::memcpy(&i, arguments, sizeof(i)); break;
         case TYPE_DWORD: std::memcpy(&dw, arguments, sizeof(dw)); break;
-        case TYPE_STRING: std::memcpy(&s, arguments, sizeof(s)); break;
-        case TYPE_INTERFACE: std::memcpy(&fi, arguments, sizeof(fi)); break;
+        case TYPE_STRING: std::memcpy(&s, arguments, kPlace); break;
+        case TYPE_INTERFACE: std::memcpy(&fi, arguments, kPlace); break;
         default: eng_unexpected("FPValue::Loadva of another type"); break;
     }
     return arguments + kPlace;

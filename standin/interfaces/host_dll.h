@@ -60,7 +60,7 @@ Entry EntryAt(const Table<Entry>& table, int index) {
     return index >= 0 && index < table.Count() ? table[index] : nullptr;
 }
 template <template <class> class Table, class Entry, class Id>
-Entry EntryWithId(const Table<Entry>& table, Id id) {
+Entry EntryWithId(const Table<Entry>& table, const Id& id) {
     for (int index = 0; index < table.Count(); ++index)
         if (table[index]->GetID() == id) return table[index];
     return nullptr;

@@ -139,7 +139,7 @@ std::string Parse(std::vector<std::string> list, Arguments* result) {
 // Reads the arguments from the one with the number `first` on. Empty when they are sound, else what
 // is wrong.
 std::string ReadArguments(int count, char** arguments, int first, Arguments* result) {
-    const std::string problem = Parse({arguments + first, arguments + count}, result);
+    std::string problem = Parse({arguments + first, arguments + count}, result);
     if (!problem.empty()) return problem;
     player::Options& options = result->options;
     // Beside the program lie the folders of both builds.

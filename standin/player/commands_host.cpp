@@ -35,6 +35,7 @@ world::ActionState ActionStateOf(const std::string& word) {
 
 std::vector<int> Numbers(const Command& command) {
     std::vector<int> numbers;
+    numbers.reserve(command.numbers.size());
     for (size_t i = 0; i < command.numbers.size(); ++i)
         numbers.push_back(NumberAt(command, i));
     return numbers;

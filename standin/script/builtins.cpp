@@ -71,6 +71,7 @@ Value Select(Interpreter& interpreter, const Arguments& arguments) {
     std::vector<Value> objects{arguments[0]};
     if (!std::holds_alternative<NodeId>(arguments[0])) objects = ItemsOf(arguments[0], interpreter);
     std::vector<NodeId> nodes;
+    nodes.reserve(objects.size());
     for (const Value& object : objects)
         nodes.push_back(Expect<NodeId>(object, "Node", interpreter.host()));
     interpreter.host().SetSelection(nodes);

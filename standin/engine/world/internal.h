@@ -407,6 +407,8 @@ constexpr char kFrameClass[] = "StandinEditorFrame";
 constexpr DWORD kChildStyle = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
 // A window to be made, of the stand-in's own or of those that a report tells.
 struct Piece {
+    // Values of their own, because pieces are written with the fields that matter to them.
+    // NOLINTBEGIN(readability-redundant-member-init)
     std::string class_name = {};
     std::string title = {};
     HWND parent = nullptr;  // or owner
@@ -417,7 +419,8 @@ struct Piece {
     HMENU menu = nullptr;
     std::string behaves_as = {};             // the class whose behaviour it has; empty: its own
     std::optional<bool> double_clicks = {};  // empty: as it is known of the class
-    HWND* slot = nullptr;                    // where the world keeps it
+    // NOLINTEND(readability-redundant-member-init)
+    HWND* slot = nullptr;  // where the world keeps it
 };
 HWND Make(const Piece& piece);
 bool IsToolbar(HWND window);
