@@ -25,7 +25,8 @@ void AddNodes(int count, bool selected) {
         auto node = std::make_unique<eng_node>();
         node->name = name;
         node->size = 1;
-        node->state.position = {i % 300 * 2.0, i / 300 * 2.0, kDepth};
+        const int row = i / 300;
+        node->state.position = {i % 300 * 2.0, row * 2.0, kDepth};
         made.push_back(node.get());
         g_world.nodes.push_back(std::move(node));
     }

@@ -147,6 +147,7 @@ void PushMode(int id, int class_id) {
 void SetModes(const std::vector<int>& ids) {
     const std::vector<eng_mode*>& now = g_world.modes;
     std::vector<eng_mode*> modes;
+    modes.reserve(ids.size());
     for (size_t i = 0; i < ids.size(); ++i)
         modes.push_back(i < now.size() && now[i]->id == ids[i] ? now[i] : ModeOf(ids[i], -1));
     if (modes != now) ChangeModes(std::move(modes));

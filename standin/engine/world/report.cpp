@@ -218,7 +218,7 @@ private:
             const std::string name(key.name);
             if (found == line.values.end()) {
                 if (!key.needed) continue;
-                return Fail("this " + line.noun + " has no " + name +
+                return Fail(("this " + line.noun + " has no ").append(name) +
                             "=: have the report made anew");
             }
             const std::string problem = ProblemOf(key.value, found->second);
@@ -232,10 +232,10 @@ private:
         if (line.noun == "window") return KeepWindow(line);
         if (line.noun == "viewport") return KeepViewport(line);
         if (line.noun == "host") {
-            result_.release = static_cast<int>(*line.Number("release"));
+            result_.release = static_cast<int>(line.Number("release").value_or(0));
         } else if (line.noun == "screen") {
-            result_.screen_at = *ReadPoint(line.Text("at"));
-            result_.screen_size = *ReadSize(line.Text("size"));
+            result_.screen_at = ReadPoint(line.Text("at")).value_or(Pair{});
+            result_.screen_size = ReadSize(line.Text("size")).value_or(Pair{});
         } else {
             result_.lines.push_back(line);
         }
@@ -249,7 +249,7 @@ private:
 
     bool KeepWindow(const Line& line) {
         const auto int_of = [&line](std::string_view key) {
-            return static_cast<int>(*line.Number(key));
+            return static_cast<int>(line.Number(key).value_or(0));
         };
         const std::string number = std::to_string(line.numbers[0]);
         if (result_.windows.empty() && (line.numbers[0] != 1 || int_of("parent") != 0))
@@ -265,11 +265,12 @@ private:
             return Fail("window " + number + " has an empty class: have the report made anew");
         result_.windows.push_back({static_cast<int>(line.numbers[0]), int_of("parent"),
                                    int_of("owner"), line.Text("class"), line.Text("title"),
-                                   int_of("id"), static_cast<unsigned>(*line.Number("style")),
-                                   static_cast<unsigned>(*line.Number("exstyle")),
-                                   *ReadPoint(line.Text("at")), *ReadSize(line.Text("size")),
-                                   line.Is("double"), line.Is("visible"), line.Is("enabled"),
-                                   line.Text("kind")});
+                                   int_of("id"),
+                                   static_cast<unsigned>(line.Number("style").value_or(0)),
+                                   static_cast<unsigned>(line.Number("exstyle").value_or(0)),
+                                   ReadPoint(line.Text("at")).value_or(Pair{}),
+                                   ReadSize(line.Text("size")).value_or(Pair{}), line.Is("double"),
+                                   line.Is("visible"), line.Is("enabled"), line.Text("kind")});
         return true;
     }
 
@@ -277,9 +278,9 @@ private:
         if (!IsWindow(line.numbers[0]))
             return Fail("window " + std::to_string(line.numbers[0]) +
                         " of the viewport stands on no line before it: mend the order");
-        result_.viewports.push_back({static_cast<int>(line.numbers[0]),
-                                     static_cast<int>(*line.Number("type")), line.Is("perspective"),
-                                     line.Is("user"), line.Is("active"), ""});
+        result_.viewports.push_back(
+            {static_cast<int>(line.numbers[0]), static_cast<int>(line.Number("type").value_or(0)),
+             line.Is("perspective"), line.Is("user"), line.Is("active"), ""});
         return true;
     }
 
