@@ -27,6 +27,7 @@ private:
 
 // What the host makes of a window of another class is not documented, so the class is tested first.
 ICustButton* ButtonOfWindow(HWND window) {
+    if (!window) return nullptr;
     return IsHostText(CUSTBUTTONWINDOWCLASS, ClassName(window).text) ? GetICustButton(window)
                                                                      : nullptr;
 }
