@@ -226,7 +226,7 @@ bool Model::Scrub(const MouseFacts& facts) {
     if (!state_.scrub) return false;
     if (!facts.thumb && (pressed || (state_.scrub >= 2 && (up || move)))) Visit(kScrubNoThumb);
     if (state_.scrub >= 2 && (up || move) && facts.thumb) {
-        if (facts.at.x <= kEdge || facts.at.x >= facts.screen.x - kEdge) {
+        if (facts.at.x <= kEdge || facts.at.x >= Screen(facts).x - kEdge) {
             Visit(facts.at.x <= kEdge ? kScrubWrapLeft : kScrubWrapRight);
             state_.scrub_wrapped = 1;
             return true;
@@ -254,6 +254,7 @@ bool Model::Scrub(const MouseFacts& facts) {
               : pressed == kRightBit ? kScrubStartRight
                                      : kScrubStartMiddle);
         state_.scrub = 2;
+        screen_ = {};
         if (pressed == kRightBit)
             Send(Message::kRightDown, kRightBit);
         else
@@ -397,6 +398,7 @@ Model::Answer Model::Unlock(const MouseFacts& facts) {
 
 void Model::BeginZoom() {
     state_.zoom = 1;
+    screen_ = {};
     state_.zoom_virtual = {-1, -1};
     state_.zoom_last = {0, 0};
     state_.zoom_warp = 0;
@@ -578,9 +580,16 @@ bool Model::Move(const MouseFacts& facts) {
     return ZoomMove(facts);
 }
 
+// A drag that has learned the size goes by that where the system no longer tells it.
+Point Model::Screen(const MouseFacts& facts) {
+    if (facts.screen.x != 0) screen_.x = facts.screen.x;
+    if (facts.screen.y != 0) screen_.y = facts.screen.y;
+    return screen_;
+}
+
 bool Model::ZoomMove(const MouseFacts& facts) {
     const Point cursor = facts.cursor;
-    const Point screen = facts.screen;
+    const Point screen = Screen(facts);
     if (state_.zoom_virtual == Point{-1, -1}) {
         const bool inside = IsInside(cursor, screen);
         Visit(inside ? kZoomFirst : kZoomFirstAtEdge);

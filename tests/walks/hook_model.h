@@ -213,6 +213,7 @@ private:
     std::optional<bool> Quick(const MouseFacts& facts);
     bool Release(const MouseFacts& facts);
     bool Move(const MouseFacts& facts);
+    Point Screen(const MouseFacts& facts);
     bool ZoomMove(const MouseFacts& facts);
     bool Select(const MouseFacts& facts);
     bool SelectPress(const MouseFacts& facts);
@@ -232,6 +233,7 @@ private:
     void PayAlt();
 
     State state_;
+    Point screen_;  // its size as the drag that runs has learned it; 0: not yet
     Outcome outcome_;
     const WhileSending* while_sending_ = nullptr;
     int buttons_sent_ = 0;
