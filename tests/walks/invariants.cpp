@@ -169,12 +169,14 @@ bool Checker::ViewFails() const {
 }
 
 int Checker::KindOf(HWND window) const {
-    if (Fails("GetClassNameA")) return hook_model::kOtherWindow;
-    const std::string own = ClassOf(window);
+    const auto class_of = [this](HWND asked) {
+        return asked && !Fails("GetClassNameA") ? ClassOf(asked) : std::string();
+    };
+    const std::string own = class_of(window);
     if (own == "TrackBar") return hook_model::kTrackBar;
     const HWND parent = Fails("GetParent") ? nullptr : GetParent(window);
     const eng_view* const view = ViewFails() ? nullptr : world::ViewOf(window);
-    if (view && (!world::HasViewPanel() || (parent && ClassOf(parent) == "ViewPanel")))
+    if (view && (!world::HasViewPanel() || class_of(parent) == "ViewPanel"))
         return view->locked && !Fails("GetViewSpot") ? hook_model::kLockedViewport
                                                      : hook_model::kViewport;
     if (own == "UnwrapView") return hook_model::kUnwrap;
