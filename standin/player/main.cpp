@@ -55,6 +55,7 @@ bool PlayOnce(worker::Mailbox* box, HANDLE ready, HANDLE done) {
     if (!engine || !play || !clear) return false;
     std::vector<std::string> texts = ArgumentsIn(*box);
     std::vector<char*> arguments;
+    arguments.reserve(texts.size());
     for (std::string& text : texts)
         arguments.push_back(text.data());
     box->outcome = play(static_cast<int>(arguments.size()), arguments.data(), ready);

@@ -223,7 +223,10 @@ private:
             }
             const std::string problem = ProblemOf(key.value, found->second);
             if (!problem.empty())
-                return Fail(name + '=' + found->second + " is not " + problem + ": mend the line");
+                return Fail((name + '=' + found->second)
+                                .append(" is not ")
+                                .append(problem)
+                                .append(": mend the line"));
         }
         return true;
     }
