@@ -95,21 +95,24 @@ eng_button* ButtonOfAction(const eng_action& action) {
     return action.table == kMainTable ? FindButton(action.id) : nullptr;
 }
 
+// The host whose interface the DLLs have; what it says it is may be another. 2012 before a plug-in
+// is loaded.
+bool IsHostFrom(int release) {
+    return g_plugin_calls && g_plugin_calls->release >= release;
+}
+
 }  // namespace
 
 bool DrawsToolbars() {
-    constexpr int kFirstRelease = 20000;
-    return g_plugin_calls && g_plugin_calls->release >= kFirstRelease;
+    return IsHostFrom(20000);
 }
 
 bool HasInteractionMode() {
-    constexpr int kFirstRelease = 15000;
-    return g_plugin_calls && g_plugin_calls->release >= kFirstRelease;
+    return IsHostFrom(15000);
 }
 
 bool HasViewPanel() {
-    constexpr int kFirstReleaseWithout = 15000;
-    return !g_plugin_calls || g_plugin_calls->release < kFirstReleaseWithout;
+    return !IsHostFrom(15000);
 }
 
 void CreateActions() {
