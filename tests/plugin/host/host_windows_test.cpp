@@ -19,6 +19,7 @@
 #include "navigation/gesture_state.h"
 #include "navigation/view_drag.h"
 #include "navigation/selection_moves.h"
+#include "tests/plugin/host/played_views.h"
 #include "tests/plugin/plugin_state.h"
 #include "navigation/selection_clicks.h"
 #include "hooks/viewport_focus.h"
@@ -34,14 +35,9 @@
 namespace {
 
 // The played host.
-std::map<HWND, HWND> g_views;  // window asked about -> window of the view that is answered
-std::set<HWND> g_locked_views;
-HWND g_active_view = nullptr;
-HWND g_main_window = nullptr;
 std::map<HWND, bool> g_checked_buttons;
 std::optional<bool> g_select_enabled;
 std::vector<HWND> g_activated;
-int g_view_questions = 0;
 int g_mode = 0;
 
 struct Message {
@@ -135,24 +131,6 @@ HCURSOR ChooseModifierCursor() {
 namespace host {
 
 void RunScript(char*) {}
-Viewport Viewport::OfWindow(HWND window) {
-    ++g_view_questions;
-    const auto found = g_views.find(window);
-    return Viewport(found == g_views.end() ? nullptr : reinterpret_cast<ViewExp*>(found->second));
-}
-Viewport Viewport::Active() {
-    return Viewport(reinterpret_cast<ViewExp*>(g_active_view));
-}
-Viewport::~Viewport() {}
-HWND Viewport::Window() const {
-    return reinterpret_cast<HWND>(view_);
-}
-bool Viewport::IsLocked() const {
-    return g_locked_views.contains(Window());
-}
-HWND MainWindow() {
-    return g_main_window;
-}
 void SetActiveViewport(HWND window) {
     g_activated.push_back(window);
 }
@@ -191,13 +169,10 @@ namespace {
 class HostWindows : public testing::Test {
 protected:
     void SetUp() override {
-        g_views.clear();
-        g_locked_views.clear();
+        ForgetPlayedViews();
         g_checked_buttons.clear();
         g_activated.clear();
         g_messages.clear();
-        g_active_view = nullptr;
-        g_main_window = nullptr;
         g_mode = host::kModeMove;
         g_settings = {};
         g_hostRelease = 13900;

@@ -21,6 +21,7 @@
 #include "host/window_kind.h"
 #include "resources/command_ids.h"
 #include "settings/plugin_settings.h"
+#include "tests/plugin/host/played_views.h"
 
 extern HWND g_lastFocusedViewport;
 PluginSettings g_settings;
@@ -36,10 +37,6 @@ struct Action {
     bool stuck = false;
 };
 std::map<int, Action> g_actions;  // of the main table
-std::set<HWND> g_views;
-std::set<HWND> g_locked_views;
-HWND g_active_view = nullptr;
-HWND g_main_window = nullptr;
 Lines g_lines;
 
 Action* Find(unsigned long table, int action) {
@@ -72,22 +69,6 @@ bool IsSnapOn() {
 bool IsSubObjectEditing() {
     return false;
 }
-Viewport Viewport::OfWindow(HWND window) {
-    return Viewport(g_views.contains(window) ? reinterpret_cast<ViewExp*>(window) : nullptr);
-}
-Viewport Viewport::Active() {
-    return Viewport(reinterpret_cast<ViewExp*>(g_active_view));
-}
-Viewport::~Viewport() {}
-HWND Viewport::Window() const {
-    return reinterpret_cast<HWND>(view_);
-}
-bool Viewport::IsLocked() const {
-    return g_locked_views.contains(Window());
-}
-HWND MainWindow() {
-    return g_main_window;
-}
 void SetActiveViewport(HWND) {
     g_lines.push_back("activate");
 }
@@ -100,10 +81,7 @@ class LaterHosts : public testing::Test {
 protected:
     void SetUp() override {
         g_actions.clear();
-        g_views.clear();
-        g_locked_views.clear();
-        g_active_view = nullptr;
-        g_main_window = nullptr;
+        ForgetPlayedViews();
         g_settings = {};
         g_lastFocusedViewport = nullptr;
         g_lines.clear();
@@ -132,7 +110,7 @@ protected:
     }
     HWND MakeView(HWND parent) {
         const HWND window = Make("AnyView", parent);
-        g_views.insert(window);
+        g_views[window] = window;
         return window;
     }
     static Lines Taken() { return std::exchange(g_lines, {}); }
