@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Lists all scenarios by the keys that their first comments begin with, then the cases of all other
-tests by their files.
+"""Lists all scenarios by the keys that their comments begin with, then the cases of all other tests by
+their files.
 
     list_tests.py REPOSITORY [OUTPUT]
 """
@@ -10,8 +10,8 @@ import pathlib
 import re
 import sys
 
-# "[press 4, gesture moves 1+2]": a subject of docs/testing.md each, with the numbers of steps.
-KEYS = re.compile(r"\[([a-z][^\]]*)\] (.+)")
+# "[press 4, gesture moves 1+2]" and a rule: subjects of docs/testing.md, with the numbers of steps.
+KEYED = re.compile(r"^# \[([a-z][^\]]*)\] (.+(?:\n# (?!\[).+)*)", re.M)
 KEY = re.compile(r"([a-z ]+?)(?: ([\d+-]+))?$")
 
 
@@ -22,22 +22,15 @@ def subjects(root):
     return [row for row in re.findall(r"^\| ([a-z ]+) \|", part, re.M) if row != "key"]
 
 
-def first_comment(text):
-    lines = []
-    for line in text.split("\n"):
-        if not line.startswith("# "):
-            break
-        lines.append(line[2:].strip())
-    return " ".join(lines)
-
-
 def scenarios(root):
-    """(path under tests/scenarios, its keys, the rule) of each; no keys where the comment has none."""
+    """(path under tests/scenarios, keys, rule) of each keyed comment; no keys where none begins a file."""
     folder = root / "tests/scenarios"
     for path in sorted(folder.rglob("*.scn")):
-        match = KEYS.match(first_comment(path.read_text(encoding="utf-8")))
-        keys = match.group(1).split(", ") if match else []
-        yield path.relative_to(folder).as_posix(), keys, match.group(2) if match else ""
+        name, text = path.relative_to(folder).as_posix(), path.read_text(encoding="utf-8")
+        if not KEYED.match(text):
+            yield name, [], ""
+        for keys, rule in KEYED.findall(text):
+            yield name, keys.split(", "), rule.replace("\n# ", " ")
 
 
 def subject_of(key, known):

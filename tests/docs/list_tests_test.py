@@ -61,7 +61,7 @@ class TheCheckItself(unittest.TestCase):
         self.write("docs/testing.md", "| other | x |\n## What covers what\n| key | what |\n"
                    "|---|---|\n| press | x |\n| press moves | x |\n")
         self.write("tests/scenarios/hooks/mice/one.scn", "# [press 3, press moves 1+2] Text that\n"
-                   "# goes on.\nstart\n# [other] not the first comment\n")
+                   "# goes on.\nstart\n# [press 5] A part.\n# [press] Another.\nup left\n# none\n")
 
     def write(self, name, text):
         path = self.root / name
@@ -77,8 +77,10 @@ class TheCheckItself(unittest.TestCase):
         self.assertEqual([], problems_of(self.root))
         page = list_tests.page(self.root)
         self.assertIn("## press\n\n| key | rule | scenario |\n|---|---|---|\n"
+                      "| press | Another. | `hooks/mice/one.scn` |\n"
                       "| press 3 | Text that goes on. | `hooks/mice/one.scn` |\n", page)
         self.assertIn("| press moves 1+2 | Text that", page)
+        self.assertIn("| press 5 | A part. | `hooks/mice/one.scn` |\n", page)
 
     def test_steps_are_sorted_as_numbers(self):
         self.write("tests/scenarios/hooks/mice/a.scn", "# [press 10] Later.\n")
