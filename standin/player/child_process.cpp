@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "standin/player/player.h"
+#include "standin/player/settings_folder.h"
 
 namespace child {
 namespace {
@@ -178,6 +179,7 @@ void Worker::End() {
     if (process_) {
         TerminateProcess(process_, 0);
         WaitForSingleObject(process_, INFINITE);
+        player::SettingsFolder::RemoveOwn(GetProcessId(process_));
     }
     CloseAndForget(&process_);
     if (box_) UnmapViewOfFile(box_);

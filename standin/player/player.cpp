@@ -16,6 +16,7 @@
 #include "standin/engine/world/world.h"
 #include "standin/player/commands.h"
 #include "standin/player/pictures.h"
+#include "standin/player/settings_folder.h"
 #include "standin/player/transcript.h"
 #include "standin/player/watchdog.h"
 
@@ -153,62 +154,6 @@ public:
 private:
     HANDLE watch_ = nullptr;
     void* handler_ = nullptr;
-};
-
-// --- the host's configuration folder ---
-
-class ConfigDir {
-public:
-    bool Make(const std::string& wanted) {
-        path_ = wanted;
-        if (path_.empty()) {
-            char temp[MAX_PATH] = "";
-            GetTempPathA(sizeof temp, temp);
-            path_ = std::string(temp) + "standin-" + std::to_string(GetCurrentProcessId());
-            CreateDirectoryA(path_.c_str(), nullptr);
-            path_ += "\\plugcfg";
-            own_ = true;
-        }
-        CreateDirectoryA(path_.c_str(), nullptr);
-        // A play that died has left its files, and the system uses numbers of processes again.
-        if (own_) DeleteFiles();
-        const std::string probe = path_ + "\\standin-probe.tmp";
-        FILE* const file = std::fopen(probe.c_str(), "wb");
-        if (!file) return false;
-        const bool written = std::fputs("probe", file) >= 0;
-        const bool closed = std::fclose(file) == 0;
-        DeleteFileA(probe.c_str());
-        return written && closed;
-    }
-
-    bool WriteSettings(const std::vector<std::string>& lines) const {
-        FILE* const file = std::fopen(SettingsFile().c_str(), "wb");
-        if (!file) return false;
-        std::string text = "[main]\r\n";
-        for (const std::string& line : lines)
-            text += line + "\r\n";
-        const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-        return std::fclose(file) == 0 && written;
-    }
-
-    ~ConfigDir() {
-        if (!own_) return;
-        DeleteFiles();
-        RemoveDirectoryA(path_.c_str());
-        RemoveDirectoryA(path_.substr(0, path_.find_last_of('\\')).c_str());
-    }
-
-    const std::string& Path() const { return path_; }
-    std::string SettingsFile() const { return path_ + "\\Karvel.ini"; }
-
-private:
-    void DeleteFiles() const {
-        DeleteFileA(SettingsFile().c_str());
-        DeleteFileA((path_ + "\\system-folder-Karvel.ini").c_str());
-    }
-
-    std::string path_;
-    bool own_ = false;
 };
 
 // --- what a scenario's commands do ---
@@ -415,12 +360,12 @@ bool RunHotkey(int key, bool repeated) {
     return false;
 }
 
-int RunInteractive(const Options& options) {
+int Interact(const Options& options) {
     g_file = "standin";
     AddVectoredExceptionHandler(1, OnException);
     SetUnhandledExceptionFilter(OnUnhandled);
-    ConfigDir config_dir;
-    if (!config_dir.Make(options.config_dir)) {
+    SettingsFolder config_dir;
+    if (!config_dir.Make(options.config_dir, {})) {
         Complain(0, "the settings folder " + config_dir.Path() +
                         " can not be written, give another one with --config-dir");
         return kUnreadable;
@@ -466,17 +411,25 @@ int RunInteractive(const Options& options) {
     return kGood;
 }
 
+int RunInteractive(const Options& options) {
+    const int status = Interact(options);
+    SettingsFolder::RemoveOwn(GetCurrentProcessId());
+    return status;
+}
+
 // The settings file: the scenario's lines, and those of the report for other keys.
-std::vector<std::string> Settings(const Options& options, const scenario::Scenario& scenario) {
+SettingsFolder::Lines Settings(const Options& options, const scenario::Scenario& scenario) {
     std::vector<std::string> lines = scenario.ini;
-    if (!options.report) return lines;
-    for (const report::Line& line : options.report->lines) {
-        if (line.noun != "setting") continue;
+    const auto add = [&](const report::Line& line) {
+        if (line.noun != "setting") return;
         const std::string key = line.word + '=';
         if (std::none_of(scenario.ini.begin(), scenario.ini.end(),
                          [&key](const std::string& own) { return own.starts_with(key); }))
             lines.push_back(key + line.Text("value"));
-    }
+    };
+    if (options.report)
+        std::for_each(options.report->lines.begin(), options.report->lines.end(), add);
+    if (lines.empty()) return {};
     return lines;
 }
 
@@ -499,10 +452,8 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     const Guards guards;
 
     g_preparing = "making the settings folder";
-    ConfigDir config_dir;
-    const std::vector<std::string> settings = Settings(options, scenario);
-    if (!config_dir.Make(options.config_dir) ||
-        ((scenario.has_ini || !settings.empty()) && !config_dir.WriteSettings(settings))) {
+    SettingsFolder config_dir;
+    if (!config_dir.Make(options.config_dir, Settings(options, scenario))) {
         Complain(0, "the settings folder " + config_dir.Path() +
                         " can not be written, give another one with --config-dir");
         return kUnreadable;
@@ -549,7 +500,7 @@ int Play(const Options& options, const std::string& file, const scenario::Scenar
     g_preparing = "taking the foreground";
     input::TakeForeground(world::Find("main"));
 
-    Player player(options, scenario, config_dir.SettingsFile());
+    Player player(options, scenario, config_dir.File());
     if (!player.OpenTranscript()) {
         Complain(0, "the file " + options.transcript + " can not be written");
         return kUnreadable;

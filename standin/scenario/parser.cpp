@@ -321,7 +321,6 @@ private:
     std::string SetUp(const Command& command) {
         const auto number = [&command](size_t i) { return static_cast<int>(command.numbers[i]); };
         if (command.verb == Verb::kIni) result_->ini.push_back(command.text);
-        result_->has_ini = !result_->ini.empty();
         if (command.verb == Verb::kRelease) result_->release = number(0);
         if (command.verb == Verb::kConfigDir) result_->config_dir_slash = command.on;
         if (command.verb != Verb::kScreen) return {};

@@ -35,7 +35,6 @@ struct Scenario {
     int screen_line = 0;
     bool config_dir_slash = false;
     std::vector<std::string> ini;  // KEY=TEXT in order; only where there_is_ini
-    bool has_ini = false;
 };
 
 struct Vocabulary {

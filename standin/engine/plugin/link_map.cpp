@@ -1,22 +1,23 @@
 #include "standin/engine/plugin/link_map.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
-#include <vector>
 
 namespace link_map {
 namespace {
 
-std::vector<std::string_view> Words(std::string_view line) {
-    std::vector<std::string_view> words;
-    while (true) {
-        const size_t begin = line.find_first_not_of(" \t\r\n");
-        if (begin == std::string_view::npos) return words;
-        line.remove_prefix(begin);
-        const size_t end = line.find_first_of(" \t\r\n");
-        words.push_back(line.substr(0, end));
-        if (end == std::string_view::npos) return words;
-        line.remove_prefix(end);
+// The first words of a line; empty where it has fewer.
+using Words = std::array<std::string_view, 3>;
+Words WordsOf(std::string_view line) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    Words words;
+    for (std::string_view& word : words) {
+        line.remove_prefix(std::min(line.size(), line.find_first_not_of(kBlanks)));
+        word = line.substr(0, line.find_first_of(kBlanks));
+        line.remove_prefix(word.size());
     }
+    return words;
 }
 
 std::optional<uint64_t> Hex(std::string_view text) {
@@ -29,11 +30,14 @@ std::optional<uint64_t> Hex(std::string_view text) {
     return value;
 }
 
+// In the decorated name of a variable, after its plain one.
+constexpr std::string_view kVariable = "@@3";
+
 // The plain name in a variable's decorated one: `?g_navKind@@3HA` is g_navKind. Members of
 // namespaces and functions give an empty name.
 std::string_view PlainName(std::string_view decorated) {
     if (!decorated.starts_with('?')) return {};
-    const size_t end = decorated.find("@@3");
+    const size_t end = decorated.find(kVariable);
     if (end == std::string_view::npos) return {};
     const std::string_view name = decorated.substr(1, end - 1);
     return name.find_first_of("?@") == std::string_view::npos ? name : std::string_view();
@@ -61,8 +65,9 @@ void ForEachLine(std::string_view text, Visit visit) {
 Map ReadMicrosoft(std::string_view text, uint64_t base) {
     Map map;
     ForEachLine(text, [&](std::string_view line) {
-        const std::vector<std::string_view> words = Words(line);
-        if (words.size() < 3 || words[0].find(':') == std::string_view::npos) return;
+        if (line.find(kVariable) == std::string_view::npos) return;
+        const Words words = WordsOf(line);
+        if (words[0].find(':') == std::string_view::npos) return;
         const std::string_view name = PlainName(words[1]);
         const std::optional<uint64_t> address = Hex(words[2]);
         if (!name.empty() && address && *address >= base)
@@ -75,8 +80,8 @@ Map ReadMicrosoft(std::string_view text, uint64_t base) {
 Map ReadGnu(std::string_view text, uint64_t base) {
     Map map;
     ForEachLine(text, [&](std::string_view line) {
-        const std::vector<std::string_view> words = Words(line);
-        if (words.size() != 2 || !words[0].starts_with("0x") || !IsIdentifier(words[1])) return;
+        const Words words = WordsOf(line);
+        if (!words[0].starts_with("0x") || !IsIdentifier(words[1]) || !words[2].empty()) return;
         const std::optional<uint64_t> address = Hex(words[0]);
         if (address && *address > base) map.globals.emplace(words[1], *address - base);
     });
@@ -88,16 +93,15 @@ Map ReadGnu(std::string_view text, uint64_t base) {
 std::optional<Map> Read(std::string_view text) {
     constexpr std::string_view kPreferred = "Preferred load address is ";
     if (const size_t at = text.find(kPreferred); at != std::string_view::npos) {
-        const std::vector<std::string_view> words = Words(text.substr(at + kPreferred.size(), 32));
-        const std::optional<uint64_t> base = words.empty() ? std::nullopt : Hex(words[0]);
-        if (base) return ReadMicrosoft(text, *base);
+        const Words words = WordsOf(text.substr(at + kPreferred.size(), 32));
+        if (const std::optional<uint64_t> base = Hex(words[0])) return ReadMicrosoft(text, *base);
     }
     // GNU ld defines the image's base as a symbol.
     std::optional<uint64_t> base;
     ForEachLine(text, [&base](std::string_view line) {
         if (base || line.find("__image_base__") == std::string_view::npos) return;
-        const std::vector<std::string_view> words = Words(line);
-        if (words.size() >= 2 && words[0].starts_with("0x")) base = Hex(words[0]);
+        const Words words = WordsOf(line);
+        if (!words[1].empty() && words[0].starts_with("0x")) base = Hex(words[0]);
     });
     if (base) return ReadGnu(text, *base);
     return {};

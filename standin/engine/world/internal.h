@@ -425,6 +425,7 @@ struct Piece {
 HWND Make(const Piece& piece);
 bool IsToolbar(HWND window);
 void CreateWindows();
+void ShowMainWindow();
 void DestroyWindows();
 // Buttons that went down in a window and have not come up; with the first one the window takes the
 // capture, with the last one it gives it up.

@@ -234,10 +234,7 @@ void UpdateMenuBar() {
     g_world.menu_bar = CreateMenu();
     for (eng_item* item : g_world.main_menu->items)
         Append(g_world.menu_bar, *item, next_command);
-    if (g_world.main) {
-        SetMenu(g_world.main, g_world.menu_bar);
-        DrawMenuBar(g_world.main);
-    }
+    if (g_world.main) SetMenu(g_world.main, g_world.menu_bar);
     if (old) DestroyMenu(old);
 }
 

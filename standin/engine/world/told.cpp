@@ -87,7 +87,7 @@ public:
         auto end = told_.windows.end();
         const auto second = std::find_if(first + 1, end, is_top);
         std::for_each(first, second, [this](const Window& window) { Add(window); });
-        ShowWindow(g_world.main, SW_SHOW);
+        ShowMainWindow();
         while (end != second) {
             auto begin = end - 1;
             while (!is_top(*begin))

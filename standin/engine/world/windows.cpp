@@ -571,7 +571,14 @@ void CreateWindows() {
                     kBottomHeight - 16);
     PlaceButtonIn(50016, navigation_toolbar, 4, 4, 90, 30);
     PlaceThumb();
-    ShowWindow(g_world.main, SW_SHOW);
+    ShowMainWindow();
+}
+
+void ShowMainWindow() {
+    // What nobody looks at need not be painted, which takes as long as making it.
+    const UINT unseen = g_world.options.visible ? 0 : SWP_NOREDRAW;
+    SetWindowPos(g_world.main, HWND_TOP, 0, 0, 0, 0,
+                 SWP_SHOWWINDOW | SWP_NOMOVE | SWP_NOSIZE | unseen);
 }
 
 void DestroyWindows() {

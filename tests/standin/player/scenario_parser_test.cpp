@@ -104,10 +104,8 @@ TEST(ScenarioParser, TellsStartSettings) {
     EXPECT_EQ(read.screen_width, 1600);
     EXPECT_EQ(read.screen_height, 1200);
     EXPECT_TRUE(read.config_dir_slash);
-    EXPECT_TRUE(read.has_ini);
     EXPECT_EQ(read.ini, (std::vector<std::string>{"left=abc", "flinderPopup="}));
     EXPECT_EQ(read.commands.back().verb, Verb::kStartAgain);
-    EXPECT_FALSE(Sound("start\n").has_ini);
 }
 
 TEST(ScenarioParser, KeepsAHashInsideQuotesAndCutsItElsewhere) {
