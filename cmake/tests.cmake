@@ -53,15 +53,14 @@ function(karvel_test_properties test timeout labels)
     if(labels MATCHES "fault|walk|interactive|lint|package|abi")
         set_tests_properties(${test} PROPERTIES COST 10)
     endif()
-    # Two Wine sessions, each on its own processor (tools/session/wine_session.sh), and one test at a
-    # time in each: more would only wait for each other. What needs none fills the gaps: label no-wine.
-    if(KARVEL_MSVC)
-        set_tests_properties(${test} PROPERTIES ENVIRONMENT KARVEL_LANE=1)
+    # A Wine session each, of which ./dev test begins as many as run at a time: two tests in one would
+    # only wait for each other. There is one display.
+    if(NOT labels MATCHES "lint|trace|no-wine" AND NOT KARVEL_NATIVE)
+        set_tests_properties(${test} PROPERTIES RESOURCE_GROUPS wine:1)
     endif()
-    if(labels MATCHES "lint|trace|no-wine" OR KARVEL_NATIVE)
-        return()
+    if(labels MATCHES "interactive")
+        set_tests_properties(${test} PROPERTIES RESOURCE_LOCK display)
     endif()
-    set_tests_properties(${test} PROPERTIES RESOURCE_LOCK wine_${KARVEL_ABI})
 endfunction()
 
 # karvel_script_test(NAME COMMAND PROGRAM ARGUMENT... [LABELS WORD...] [TIMEOUT SECONDS]): a test

@@ -138,9 +138,9 @@ class Kills(Call):
         self.nothing_is_left()
 
     def test_a_half_made_prefix_goes(self):
-        partial = self.scratch.build / "wine-prefix.partial"
+        partial = self.scratch.build / "wine-made.partial"
         partial.mkdir(parents=True)
-        (self.scratch.build / "wine-prefix.lock").touch()
+        (self.scratch.build / "wine-made.lock").touch()
         self.scratch.dev("build", "gnu")
         self.assertFalse(partial.exists())
 
@@ -247,7 +247,7 @@ class Waits(Call):
         self.assertEqual(call.wait(30), 0)
 
     def test_a_second_run_says_so_and_keeps_the_pictures(self):
-        self.scratch.make_prefixes_known()
+        self.scratch.make_prefixes_known("wine-prefix-display")
         picture = self.scratch.build / "tour/01.png"
         picture.parent.mkdir()
         picture.touch()

@@ -46,7 +46,7 @@ class Scratch:
             path.write_text(f'#!/bin/bash\necho "{name} $*" >>"$FAKES/calls"\n{text}\n')
             path.chmod(0o755)
         self.environment = {name: value for name, value in os.environ.items()
-                            if not name.startswith(("KARVEL_", "WINE"))}
+                            if not name.startswith(("KARVEL_", "WINE", "CTEST_"))}
         self.environment.update(PATH=f"{self.fakes}:{os.environ['PATH']}", FAKES=str(self.fakes),
                                 TMPDIR=str(self.temporary))
         self.environment.pop("DISPLAY", None)
@@ -68,15 +68,15 @@ class Scratch:
         """Changes what a fake does."""
         (self.fakes / name).touch() if on else (self.fakes / name).unlink()
 
-    def make_prefixes_known(self):
-        """As if Wine's prefixes had been made."""
+    def make_prefixes_known(self, *names):
+        """As if these of Wine's prefixes had been made."""
         made_of = [self.root / "tools/session" / name
                    for name in ("make_wine_prefixes.sh", "keep_alive.c")]
         stamp = subprocess.run(["cksum"], input=b"".join(path.read_bytes() for path in made_of),
                                capture_output=True, check=True).stdout
-        prefix = self.build / "wine-prefix"
-        prefix.mkdir(parents=True, exist_ok=True)
-        (prefix / "karvel-stamp").write_bytes(stamp)
+        for name in names:
+            (self.build / name).mkdir(parents=True, exist_ok=True)
+            (self.build / name / "karvel-stamp").write_bytes(stamp)
 
     @property
     def calls(self):

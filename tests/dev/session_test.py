@@ -3,7 +3,6 @@ others use goes on. Under Wine, in prefixes of its own."""
 
 import os
 import pathlib
-import shutil
 import signal
 import subprocess
 import unittest
@@ -24,27 +23,20 @@ class Sessions(unittest.TestCase):
     def setUp(self):
         self.scratch = Scratch()
         self.addCleanup(self.scratch.close)
-        for name in ("wine-prefix", "wine-prefix-1", "wine-prefix-display"):
-            self.copy_prefix(name)
-        self.scratch.make_prefixes_known()
+        # Nothing writes to what prefixes are copies of.
+        self.scratch.make_prefixes_known("wine-made-null", "wine-made-x11")
+        for made in self.scratch.build.iterdir():
+            for how in ("-aln", "-an"):
+                if subprocess.run(["cp", how, f"{ROOT}/build/{made.name}/.", made]).returncode == 0:
+                    break
         # The tests are one program that stays.
         ctest = self.scratch.fakes / "ctest"
         ctest.write_text(f"#!/bin/bash\nexec tools/session/run_under_wine.sh '{STAYS}' 1000\n")
         ctest.chmod(0o755)
 
-    def copy_prefix(self, name):
-        """Files that Wine does not write to are shared."""
-        made = self.scratch.build / name
-        self.scratch.build.mkdir(exist_ok=True)
-        for how in ("-al", "-a"):
-            if subprocess.run(["cp", how, ROOT / "build" / name, made]).returncode == 0:
-                break
-        for path in made.glob("*.reg"):
-            shutil.copy2(path, f"{path}.own")
-            os.replace(f"{path}.own", path)
-
-    def a_test_run(self):
-        call = self.scratch.start("test")
+    def a_test_run(self, processors=2):
+        # That is what nproc goes by.
+        call = self.scratch.start("test", OMP_NUM_THREADS=str(processors))
         wait_for(lambda: self.plays(1000), "a test that stays", 60)
         return call
 
@@ -74,9 +66,9 @@ class Sessions(unittest.TestCase):
         self.assertEqual(self.scratch.left(), [])
         self.assertEqual(list(self.scratch.build.glob("*.out.*")), [])
 
-    def test_a_signal_ends_both_sessions(self):
-        call = self.a_test_run()
-        wait_for(lambda: len(self.scratch.with_command("wineserver")) == 2,
+    def test_a_signal_ends_the_sessions_of_all_processors(self):
+        call = self.a_test_run(processors=3)
+        wait_for(lambda: len(self.scratch.with_command("wineserver")) == 3,
                  "a server for each session")
         call.terminate()
         self.assertEqual(call.wait(SOON), 143)

@@ -116,16 +116,17 @@ class Wine:
     """The session that ./dev has begun: programs run in it on the processor that it has."""
 
     def __init__(self, job=0):
-        lane = 1 if job else int(os.environ.get("KARVEL_LANE", "0"))
+        lane = job or int(os.environ.get("KARVEL_LANE", "0"))
         prefix = os.environ.get("WINEPREFIX", "")
         if not prefix:
             raise Failure("there is no Wine session; run it as ./dev mutate")
         # Where the session's server is found (wine_session.sh).
         self.folder = os.path.join(os.path.dirname(prefix), "wine-tmp")
         self.environment = dict(os.environ, KARVEL_LANE=str(lane))
-        if lane == 1 and not prefix.endswith("-1"):
-            self.environment["WINEPREFIX"] = prefix + "-1"
-        self.processor = str(lane if lane < (os.cpu_count() or 1) else 0)
+        if job:
+            self.environment["WINEPREFIX"] = f"{prefix}-{job}"
+        processors = sorted(os.sched_getaffinity(0))
+        self.processor = str(processors[lane % len(processors)])
 
     def run(self, arguments, folder, log, longest, until=None, **variables):
         """The exit status; -1 when it took longer than that many seconds on an idle machine, -2 when

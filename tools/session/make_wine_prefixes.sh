@@ -1,24 +1,24 @@
 #!/bin/bash
 # usage: make_wine_prefixes.sh DIRECTORY
-# Makes three 64-bit Wine prefixes in which programs behave the same every time: DIRECTORY and
-# DIRECTORY-1 have no display at all, DIRECTORY-display draws on $DISPLAY.
+# Makes two 64-bit Wine prefixes in which programs behave the same every time: DIRECTORY-null has no
+# display at all, DIRECTORY-x11 draws on $DISPLAY.
 set -eu
 
 directory=$1
 here=$(cd "$(dirname "$0")" && pwd)
-wine=/usr/lib/wine/wine64
-wineserver=/usr/lib/wine/wineserver64
+. "$here/wine_session.sh"
+wine=$karvel_wine
+wineserver=$karvel_wineserver
 
 export WINEARCH=win64 WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
 # Where the servers of all of them can be found (wine_session.sh).
-TMPDIR=$(dirname "$directory")/wine-tmp
-export TMPDIR
+export TMPDIR=$karvel_wine_folder
 unset DISPLAY
 
 # Built beside its place and moved there when complete: an interrupted run leaves no half prefix.
 partial=$directory.partial
-rm -rf "$partial" "$partial-1" "$partial-display" "$TMPDIR"
+rm -rf "$partial"*
 mkdir -p "$TMPDIR"
 export WINEPREFIX=$partial
 trap '"$wineserver" -k >/dev/null 2>&1 || true' EXIT
@@ -49,24 +49,13 @@ set_value 'HKCU\Software\Wine\Drivers' /v Graphics /d x11
 "$wineserver" -k || true
 "$wineserver" -w
 
-# The system's own files are shared between them; what Wine writes to is not.
-copy_prefix() {
-    cp -al "$partial" "$1"
-    find "$1" -type f \( -name '*.reg' -o -name '*.ini' \) -print0 |
-        while IFS= read -r -d '' file; do
-            cp -p "$file" "$file.own"
-            mv "$file.own" "$file"
-        done
-}
-copy_prefix "$partial-display"
+karvel_copy_prefix "$partial" "$partial-x11"
 set_value 'HKCU\Software\Wine\Drivers' /v Graphics /d null
 "$wineserver" -k || true
 "$wineserver" -w
-copy_prefix "$partial-1"
 
 # Half removed they are none.
-rm -f "$directory/karvel-stamp"
-rm -rf "$directory" "$directory-1" "$directory-display"
-mv "$partial-display" "$directory-display"
-mv "$partial-1" "$directory-1"
-mv "$partial" "$directory"
+rm -f "$directory"-*/karvel-stamp
+rm -rf "$directory-null" "$directory-x11"
+mv "$partial-x11" "$directory-x11"
+mv "$partial" "$directory-null"

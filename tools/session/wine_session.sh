@@ -12,9 +12,10 @@
 #   choose_build BUILD_DIRECTORY ABI     what the stand-in is to load
 #   test_session BUILD_DIRECTORY ABI     a session without a display, for the script of a test
 #
-# There are two sessions without a display, each on a processor of its own: KARVEL_LANE says which,
-# 0 or 1. A script that is called inside a session joins it: KARVEL_HELD_SESSIONS names those that a
-# caller holds.
+# There are as many sessions without a display as anybody wants, each on a processor of its own as far
+# as there are processors: ctest says which, from 0, for a test that asks it for one (cmake/tests.cmake),
+# KARVEL_LANE for others. A script that is called inside a session joins it: KARVEL_HELD_SESSIONS names
+# those that a caller holds.
 
 karvel_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 karvel_wine=/usr/lib/wine/wine64
@@ -22,33 +23,36 @@ karvel_wineserver=/usr/lib/wine/wineserver64
 # Wine finds its server through $TMPDIR, which therefore is the same for all who share one.
 karvel_wine_folder=$karvel_root/build/wine-tmp
 karvel_prefix=$karvel_root/build/wine-prefix
+# What the prefixes are copies of; nothing runs in these.
+karvel_made=$karvel_root/build/wine-made
 karvel_session_owned=
 karvel_x_server=
 karvel_program=
 karvel_processor=0
 
 wine_session_begin() {
-    local graphics=$1 screen=${2:-} lane=${KARVEL_LANE:-0} name
+    local graphics=$1 screen=${2:-} lane=${CTEST_RESOURCE_GROUP_0_WINE:-id:${KARVEL_LANE:-0},} name
+    lane=${lane#id:}
+    lane=${lane%%,*}
 
     mkdir -p "$karvel_wine_folder"
     export WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
-    karvel_processor=0
+    karvel_processor=$(karvel_processor_of "$lane")
     WINEPREFIX=$karvel_prefix
     name=$graphics
     if [ "$graphics" = x11 ]; then
         WINEPREFIX=$karvel_prefix-display
-    elif [ "$lane" = 1 ]; then
-        WINEPREFIX=$karvel_prefix-1
-        name=$graphics-1
+    elif [ "$lane" != 0 ]; then
+        WINEPREFIX=$karvel_prefix-$lane
+        name=$graphics-$lane
     fi
-    if [ "$lane" = 1 ] && [ "$(nproc)" -gt 1 ]; then karvel_processor=1; fi
     export WINEPREFIX
     if [ "$graphics" = null ]; then unset DISPLAY; fi
 
     if [[ " ${KARVEL_HELD_SESSIONS:-} " == *" $name "* ]]; then return 0; fi
 
-    karvel_make_prefixes || return 1
+    karvel_make_prefix "$graphics" || return 1
 
     # Descriptor 8 holds the session. It must not leak into Wine's processes, which would go on
     # holding it.
@@ -69,6 +73,16 @@ wine_session_begin() {
     karvel_session_owned=$name
     export KARVEL_HELD_SESSIONS="${KARVEL_HELD_SESSIONS:-} $name"
     karvel_start_keep_alive
+}
+
+# karvel_processor_of LANE: the processors that this process may use, in turn.
+karvel_processor_of() {
+    local range first last processors=()
+    while read -r range; do
+        IFS=- read -r first last <<<"$range"
+        mapfile -t -O ${#processors[@]} processors < <(seq "$first" "${last:-$first}")
+    done < <(taskset -cp $BASHPID | sed 's/.*: //' | tr , '\n')
+    echo "${processors[$1 % ${#processors[@]}]}"
 }
 
 # wine_session_ends_with_script [COMMAND]: the session ends however the script ends, and COMMAND runs
@@ -192,12 +206,12 @@ karvel_without_locks() {
 }
 
 wine_sessions_end_unused() {
-    local prefix
-    for prefix in "$karvel_prefix" "$karvel_prefix-1" "$karvel_prefix-display"; do
-        karvel_if_unused "$prefix.users" karvel_end_leftovers "$prefix"
+    local users
+    for users in "$karvel_prefix"*.users; do
+        karvel_if_unused "$users" karvel_end_leftovers "${users%.users}"
     done
     # Prefixes that are not complete.
-    karvel_if_unused "$karvel_prefix.lock" karvel_remove_partial
+    karvel_if_unused "$karvel_made.lock" karvel_remove_partial
 }
 
 karvel_if_unused() {
@@ -209,8 +223,8 @@ karvel_if_unused() {
 }
 
 karvel_remove_partial() {
-    karvel_end_leftovers "$karvel_prefix.partial"
-    rm -rf "$karvel_prefix.partial"*
+    karvel_end_leftovers "$karvel_made.partial"
+    rm -rf "$karvel_made.partial"*
 }
 
 # karvel_end_leftovers PREFIX: ends the Wine processes and the display of a session without a user.
@@ -246,24 +260,40 @@ karvel_signal() {
     [ -n "$processes" ] && kill -"$1" $processes 2>/dev/null
 }
 
-karvel_make_prefixes() {
-    # Prefixes made by another version of the script are made anew.
-    local stamp
+# karvel_make_prefix null|x11: $WINEPREFIX, where it is not there or made by another version of the script.
+karvel_make_prefix() {
+    local made=$karvel_made-$1 stamp
     local here=$karvel_root/tools/session
     stamp=$(cat "$here/make_wine_prefixes.sh" "$here/keep_alive.c" | cksum)
-    if [ "$(cat "$karvel_prefix/karvel-stamp" 2>/dev/null)" = "$stamp" ]; then return 0; fi
+    if karvel_has_stamp "$WINEPREFIX"; then return 0; fi
     (
         flock -x 7
-        if [ "$(cat "$karvel_prefix/karvel-stamp" 2>/dev/null)" = "$stamp" ]; then exit 0; fi
-        # Nobody may be using the old ones while they are replaced.
-        exec 8>"$karvel_prefix.users" 9>"$karvel_prefix-1.users" 6>"$karvel_prefix-display.users"
+        if karvel_has_stamp "$WINEPREFIX"; then exit 0; fi
+        if ! karvel_has_stamp "$made"; then
+            karvel_without_locks "$here/make_wine_prefixes.sh" "$karvel_made" ||
+                { echo "the Wine prefix $karvel_made cannot be made" >&2; exit 1; }
+            echo "$stamp" | tee "$karvel_made-null/karvel-stamp" >"$karvel_made-x11/karvel-stamp"
+        fi
+        # Nobody may be using the old one while it is replaced.
+        exec 8>"$WINEPREFIX.users"
         flock -x 8
-        flock -x 9
-        flock -x 6
-        karvel_without_locks "$here/make_wine_prefixes.sh" "$karvel_prefix" ||
-            { echo "the Wine prefix $karvel_prefix cannot be made" >&2; exit 1; }
-        echo "$stamp" >"$karvel_prefix/karvel-stamp"
-    ) 7>"$karvel_prefix.lock"
+        rm -rf "$WINEPREFIX"
+        karvel_copy_prefix "$made" "$karvel_made.partial-copy" &&
+            mv "$karvel_made.partial-copy" "$WINEPREFIX"
+    ) 7>"$karvel_made.lock"
+}
+
+karvel_has_stamp() {
+    [ "$(cat "$1/karvel-stamp" 2>/dev/null)" = "$stamp" ]
+}
+
+# The system's own files are shared between prefixes; what Wine writes to is not.
+karvel_copy_prefix() {
+    cp -al "$1" "$2" || return
+    find "$2" -type f \( -name '*.reg' -o -name '*.ini' \) -print0 |
+        while IFS= read -r -d '' file; do
+            cp -p "$file" "$file.own" && mv "$file.own" "$file" || return
+        done
 }
 
 karvel_start_keep_alive() {
