@@ -116,15 +116,13 @@ class Wine:
     """The session that ./dev has begun: programs run in it on the processor that it has."""
 
     def __init__(self, job=0):
-        lane = job or int(os.environ.get("KARVEL_LANE", "0"))
-        prefix = os.environ.get("WINEPREFIX", "")
-        if not prefix:
+        prefixes, _, own = os.environ.get("WINEPREFIX", "").rpartition("-")
+        if not prefixes:
             raise Failure("there is no Wine session; run it as ./dev mutate")
         # Where the session's server is found (wine_session.sh).
-        self.folder = os.path.join(os.path.dirname(prefix), "wine-tmp")
-        self.environment = dict(os.environ, KARVEL_LANE=str(lane))
-        if job:
-            self.environment["WINEPREFIX"] = f"{prefix}-{job}"
+        self.folder = os.path.join(os.path.dirname(prefixes), "wine-tmp")
+        lane = job or int(own)
+        self.environment = dict(os.environ, KARVEL_LANE=str(lane), WINEPREFIX=f"{prefixes}-{lane}")
         processors = sorted(os.sched_getaffinity(0))
         self.processor = str(processors[lane % len(processors)])
 

@@ -39,15 +39,9 @@ wine_session_begin() {
     export WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
     karvel_processor=$(karvel_processor_of "$lane")
-    WINEPREFIX=$karvel_prefix
-    name=$graphics
-    if [ "$graphics" = x11 ]; then
-        WINEPREFIX=$karvel_prefix-display
-    elif [ "$lane" != 0 ]; then
-        WINEPREFIX=$karvel_prefix-$lane
-        name=$graphics-$lane
-    fi
-    export WINEPREFIX
+    if [ "$graphics" = x11 ]; then lane=display; fi
+    name=$graphics-$lane
+    export WINEPREFIX=$karvel_prefix-$lane
     if [ "$graphics" = null ]; then unset DISPLAY; fi
 
     if [[ " ${KARVEL_HELD_SESSIONS:-} " == *" $name "* ]]; then return 0; fi
