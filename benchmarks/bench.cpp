@@ -68,6 +68,14 @@ void PrintCounts(json counts) {
         print(name, count);
 }
 
+std::map<std::string, bounds::Count> Taken(const json& counts) {
+    std::map<std::string, bounds::Count> taken;
+    for (const auto& [name, count] : counts.items())
+        taken[name] = {count["title"],   count["most"],        count["most_host"],
+                       count["entries"], count["allocations"], count["confirmed"]};
+    return taken;
+}
+
 int Check(Options options) {
     std::vector<std::string> misses;
     const bounds::Table table = bounds::Parse(ReadText(Take(&options, "bounds")), &misses);
@@ -77,7 +85,7 @@ int Check(Options options) {
     const json work = parts::Run("calls", options);
     if (work.contains("error")) return Complain(work["error"]);
     for (const std::vector<std::string>& more :
-         {bounds::Misses(table, counts), report::Misses(work)})
+         {bounds::Misses(table, Taken(counts)), bench_report::Misses(work)})
         misses.insert(misses.end(), more.begin(), more.end());
     return ComplainOfAll(misses);
 }
@@ -108,11 +116,11 @@ int RunAll(Options options) {
     }
     results["machine"]["load_after"] = machine::Load();
     std::vector<std::string> misses;
-    if (results.contains("work")) misses = report::Misses(results["work"]);
+    if (results.contains("work")) misses = bench_report::Misses(results["work"]);
     results["misses"] = misses;
     if (!json_file.empty() && !(std::ofstream(json_file) << results.dump(2) << '\n'))
         return Complain(json_file + " can not be written");
-    std::fputs(report::Table(results).c_str(), stdout);
+    std::fputs(bench_report::Table(results).c_str(), stdout);
     return ComplainOfAll(misses);
 }
 

@@ -31,11 +31,11 @@ Table Parse(const std::string& text, std::vector<std::string>* complaints) {
     return table;
 }
 
-std::vector<std::string> Misses(const Table& table, const nlohmann::json& counts) {
+std::vector<std::string> Misses(const Table& table, const std::map<std::string, Count>& counts) {
     std::vector<std::string> misses;
     std::set<std::string> used;
-    for (const auto& [name, count] : counts.items()) {
-        const Bound most = {count["most"], count["most_host"]};
+    for (const auto& [name, count] : counts) {
+        const Bound most = {count.most, count.most_host};
         auto bound = table.find(name);
         if (bound == table.end()) bound = table.find(name.substr(0, name.find('@')));
         if (bound == table.end()) {
@@ -45,10 +45,9 @@ std::vector<std::string> Misses(const Table& table, const nlohmann::json& counts
             if (most.calls > bound->second.calls || most.host > bound->second.host)
                 misses.push_back(name + ": " + Text(most) + ", allowed are " + Text(bound->second));
         }
-        if (count["entries"].get<int>() == 0) misses.push_back(name + ": nothing came");
-        if (!count["confirmed"].get<bool>())
-            misses.push_back(name + " is not what it says: " + count["title"].get<std::string>());
-        if (count["allocations"].get<int>() != 0) misses.push_back(name + ": memory is allocated");
+        if (count.entries == 0) misses.push_back(name + ": nothing came");
+        if (!count.confirmed) misses.push_back(name + " is not what it says: " + count.title);
+        if (count.allocations != 0) misses.push_back(name + ": memory is allocated");
     }
     for (const auto& [name, bound] : table)
         if (!used.contains(name)) misses.push_back("there is no situation " + name);

@@ -5,7 +5,7 @@
 #include "benchmarks/report_lines.h"
 #include "benchmarks/situations.h"
 
-namespace report {
+namespace bench_report {
 namespace {
 
 using nlohmann::json;
@@ -133,4 +133,4 @@ std::vector<std::string> Misses(const json& work) {
     return misses;
 }
 
-}  // namespace report
+}  // namespace bench_report

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace report {
+namespace bench_report {
 
 // Of the parts that are there.
 std::string Table(const nlohmann::json& results);
@@ -14,4 +14,4 @@ std::string Table(const nlohmann::json& results);
 // What own work must not do: allocate, grow, go another way. One line for each that does.
 std::vector<std::string> Misses(const nlohmann::json& work);
 
-}  // namespace report
+}  // namespace bench_report

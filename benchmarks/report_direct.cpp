@@ -5,7 +5,7 @@
 #include "benchmarks/report_lines.h"
 #include "benchmarks/situations.h"
 
-namespace report {
+namespace bench_report {
 namespace {
 
 using nlohmann::json;
@@ -66,4 +66,4 @@ std::string Growth(const json& growth) {
     return text;
 }
 
-}  // namespace report
+}  // namespace bench_report

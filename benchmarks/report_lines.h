@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-namespace report {
+namespace bench_report {
 
 template <typename... Values>
 std::string Line(const char* format, Values... values) {
@@ -24,4 +24,4 @@ inline std::string RatioText(const nlohmann::json& figures) {
 std::string Direct(const nlohmann::json& direct);
 std::string Growth(const nlohmann::json& growth);
 
-}  // namespace report
+}  // namespace bench_report

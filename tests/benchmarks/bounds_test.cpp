@@ -11,9 +11,8 @@ using testing::Pair;
 
 using bounds::Bound;
 
-nlohmann::json Count(int most, int host) {
-    return {{"title", "a move"}, {"most", most},      {"most_host", host},
-            {"entries", 4},      {"confirmed", true}, {"allocations", 0}};
+bounds::Count Count(int most, int host) {
+    return {"a move", most, host, 4, 0, true};
 }
 
 TEST(BoundsTest, ReadsNamesAndCallsAndLeavesRemarksOut) {
@@ -66,10 +65,10 @@ TEST(BoundsTest, AmongManyTheBoundIsTheSameUnlessItHasItsOwn) {
 }
 
 TEST(BoundsTest, WhatWasNotMeasuredOrAllocatesIsAMiss) {
-    nlohmann::json count = Count(12, 5);
-    count["entries"] = 0;
-    count["confirmed"] = false;
-    count["allocations"] = 2;
+    bounds::Count count = Count(12, 5);
+    count.entries = 0;
+    count.confirmed = false;
+    count.allocations = 2;
     EXPECT_THAT(bounds::Misses({{"pan", {12, 5}}}, {{"pan", count}}),
                 ElementsAre("pan: nothing came", "pan is not what it says: a move",
                             "pan: memory is allocated"));
