@@ -106,10 +106,15 @@ function(karvel_later_host_together target)
 endfunction()
 
 # What the plug-in, the stand-in and the programs around it read, with the compiler that takes longest.
+# To what runs inside the host that is the system alone.
 function(karvel_share_system_headers target options)
+    set(headers)
+    if(options STREQUAL karvel_options)
+        set(headers
+            <algorithm> <functional> <map> <memory> <optional> <string> <string_view> <vector>)
+    endif()
     if(KARVEL_GNU)
-        karvel_share_headers(${target} ${options}_headers LIBRARIES ${options}
-            HEADERS <algorithm> <functional> <map> <memory> <optional> <string> <string_view> <vector>)
+        karvel_share_headers(${target} ${options}_headers LIBRARIES ${options} HEADERS ${headers})
     endif()
 endfunction()
 
