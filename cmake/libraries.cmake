@@ -132,7 +132,7 @@ function(karvel_engine)
     cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "SOURCES;LIBRARIES")
     add_library(standin_engine SHARED ${arg_SOURCES})
     target_link_libraries(standin_engine PRIVATE karvel_options ${arg_LIBRARIES})
-    # Each play loads the file anew, and four fifths of it would be what a debugger reads.
+    # Each play loads the file anew; the runtime libraries have with them what a debugger reads.
     target_link_options(standin_engine PRIVATE -Wl,--strip-debug)
     set_target_properties(standin_engine PROPERTIES
         PREFIX ""
@@ -199,7 +199,7 @@ function(karvel_host_dll name)
         endif()
     else()
         set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name})
-        # As the engine: half of the file would be what a debugger reads, and each play loads it.
+        # As the engine.
         target_link_options(${target} PRIVATE -Wl,--strip-debug)
     endif()
     add_dependencies(host_side ${target})

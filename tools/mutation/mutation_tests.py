@@ -441,11 +441,8 @@ class GnuBuild:
         would only take changes out."""
         words = []
         skip = False
-        given = self.compile_commands[source]
-        # What the build has compiled headers for wants the same options as they had.
-        leave_out = ("-Werror", "-Wall", "-Wextra", "-Wpedantic", "-Wshadow",
-                     "" if "-Winvalid-pch" in given else "-g1")
-        for word in given:
+        leave_out = ("-Werror", "-Wall", "-Wextra", "-Wpedantic", "-Wshadow")
+        for word in self.compile_commands[source]:
             if skip or word in leave_out:
                 skip = False
             elif word == "-o":
