@@ -1,5 +1,12 @@
 # Tests: programs of GoogleTest cases, and scripts. What plays scenarios is in scenarios.cmake.
 
+# A test calls what it tests a few times; to optimise the calls takes longer than they do.
+function(karvel_share_test_headers target)
+    target_compile_options(${target} PRIVATE -O0)
+    karvel_share_headers(${target} karvel_test_headers
+        HEADERS <gmock/gmock.h> LIBRARIES karvel_options gmock OPTIONS -O0)
+endfunction()
+
 # karvel_gtest(NAME SOURCES FILE... [PLUGIN FILE...] [LIBRARIES NAME...] [LABELS WORD...]
 #              [BUILDS gnu|native...] [TIMEOUT SECONDS] [ARGUMENTS TEXT...]):
 # one program of GoogleTest cases, one ctest test. Without BUILDS it is built for gnu and native. PLUGIN
@@ -20,10 +27,7 @@ function(karvel_gtest name)
         set_target_properties(${name} PROPERTIES
             RULE_LAUNCH_LINK ${CMAKE_SOURCE_DIR}/tools/building/link_tests.py)
     endif()
-    # A test calls what it tests a few times; to optimise the calls takes longer than they do.
-    target_compile_options(${name} PRIVATE -O0)
-    karvel_share_headers(${name} karvel_test_headers
-        HEADERS <gmock/gmock.h> LIBRARIES karvel_options gmock_main OPTIONS -O0)
+    karvel_share_test_headers(${name})
     foreach(source ${arg_PLUGIN})
         if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${source})
             message(FATAL_ERROR "${name}: the plug-in has no source ${source}")
