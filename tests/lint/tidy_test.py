@@ -21,7 +21,7 @@ class Together(unittest.TestCase):
         self.folder = self.place / "navigation"
         self.folder.mkdir()
         self.tidy = runpy.run_path(str(ROOT / "tools/checks/run_tidy.py"))
-        self.tidy["check"].__globals__["KEPT"] = self.place / "kept"
+        self.tidy["check_text"].__globals__["KEPT"] = self.place / "kept"
         (self.place / "kept").mkdir()
 
     def found_in(self, **texts):
@@ -29,8 +29,8 @@ class Together(unittest.TestCase):
         for name, text in texts.items():
             sources.append(self.folder / f"{name}.cpp")
             sources[-1].write_text(text, encoding="utf-8")
-        texts = self.tidy["split"](("msvc", ["-std=c++20"], sources), [])
-        return "".join(self.tidy["check_text"](text, b"") for text in texts)
+        return "".join(self.tidy["check_text"](text, b"") for what in self.tidy["PASSES"]
+                       for text in self.tidy["texts_of"](("msvc", ["-std=c++20"], sources), what, []))
 
     def test_sound_sources(self):
         self.assertEqual("", self.found_in(one="int F() { return 1; }\n", other="int G();\n"))
@@ -45,6 +45,11 @@ class Together(unittest.TestCase):
         self.assertIn("other.cpp:2:", found)
         self.assertIn("bugprone-suspicious-semicolon", found)
 
+    def test_a_source_that_includes_another(self):
+        found = self.found_in(one='#include "other.cpp"\n', other="#pragma once\nint F();\n")
+        self.assertIn("one.cpp:1:", found)
+        self.assertNotIn("UnifiedSource", found)
+
     def test_what_stands_in_a_header(self):
         (self.folder / "both.h").write_text("#pragma once\ninline " + SEMICOLON, encoding="utf-8")
         found = self.found_in(one='#include "both.h"\n', other='#include "both.h"\nint G();\n')
@@ -58,7 +63,7 @@ class Together(unittest.TestCase):
 
     def test_a_source_that_was_sound_is_not_read_again_until_it_changes(self):
         self.assertEqual("", self.found_in(one="int F();\n", other="int G();\n"))
-        self.tidy["check"].__globals__["TIDY"] = "no-such-program"
+        self.tidy["check_text"].__globals__["TIDY"] = "no-such-program"
         self.assertEqual("", self.found_in(one="int F();\n", other="int G();\n"))
         with self.assertRaises(FileNotFoundError):
             self.found_in(one="int F();\n", other="long G();\n")

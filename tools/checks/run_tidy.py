@@ -4,10 +4,11 @@
 usage: run_tidy.py [FOLDER...]
 
 Without a folder all sources of both. The plug-in and the host DLLs are read as the msvc build
-compiles them, the rest of the stand-in as the gnu build does. The sources of a folder, and those of
-small rooms, are read as one text where their names allow it. A result is kept in build/lint until a source of its text, a
-header or the list of checks changes. Exit status: 0 nothing found, 1 something, 2 nothing could be
-checked.
+compiles them, the rest of the stand-in as the gnu build does. Most of its work are the system's headers,
+in which it looks for patterns, too: it does so once for a program, whose sources it reads as one text
+where their names allow it. Then its analyzer follows what a folder's sources do, which takes the longer
+the more of them it sees. A result is kept in build/lint until a source of its text, a header or the
+list of checks changes. Exit status: 0 nothing found, 1 something, 2 nothing could be checked.
 """
 
 import concurrent.futures
@@ -22,19 +23,31 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import check_rooms as rooms  # noqa: E402  (beside this file)
+import system_headers  # noqa: E402  (beside this file)
 import unity_build  # noqa: E402
 
 TIDY, CLANG, GNU = "clang-tidy-19", "clang++-19", "x86_64-w64-mingw32-g++-posix"
 FOLDERS = [*rooms.names(), "standin"]
 ELSEWHERE = ["benchmarks", "cmake"]
 KEPT = ROOT / "build" / "lint"
-# A text that includes sources is no place for mistakes of its own.
-UNITY_OPTIONS = ["--checks=-bugprone-suspicious-include",
-                 f"--header-filter=/({'|'.join(FOLDERS + ELSEWHERE)})/[^ ]*$"]
+UNITY_OPTIONS = [f"--header-filter=/({'|'.join(FOLDERS + ELSEWHERE)})/[^ ]*$"]
 
 
 class Unreadable(Exception):
     """What is needed for a check is missing."""
+
+
+def analyzed_together(sources):
+    """The texts for the analyzer."""
+    return unity_build.with_small_ones_together(unity_build.by_folder(sources), ROOT)
+
+
+# name: how sources are put together, in the order in which it is tried, and what is off.
+PASSES = {
+    "patterns": ([unity_build.by_program, unity_build.by_folder], "clang-analyzer-*"),
+    "paths": ([analyzed_together],
+              "bugprone-* cert-* misc-* performance-* portability-* readability-*"),
+}
 
 
 def gnu_headers():
@@ -54,14 +67,15 @@ def flags_of(entry):
     for word in words:
         if word in ("-o", "-include"):
             next(words)
-        # Which file a source goes to is nothing that it reads.
-        elif word not in ("-c", "-Winvalid-pch", entry["file"]) and not word.endswith("_EXPORTS"):
+        # Which file a source goes to is nothing that it reads; the compiler's warnings are the build's.
+        elif word not in ("-c", "-Winvalid-pch", "-Werror", entry["file"]) and \
+                not word.endswith("_EXPORTS"):
             flags.append(word)
     return flags
 
 
 def read_groups(wanted):
-    """[(preset, flags, [source...])]: sources of one folder that are compiled alike, or of small rooms."""
+    """[(preset, flags, [source...])]: sources that are compiled alike."""
     seen = {}
     for preset in ("msvc", "gnu"):
         database = ROOT / "build" / preset / "compile_commands.json"
@@ -80,28 +94,7 @@ def read_groups(wanted):
     groups = {}
     for path, (preset, flags) in sorted(seen.items()):
         groups.setdefault((preset, flags), []).append(path)
-    return [(preset, list(flags), part) for (preset, flags), sources in groups.items()
-            for part in unity_build.with_small_ones_together(unity_build.by_folder(sources), ROOT)]
-
-
-def check(preset, flags, sources, key):
-    """What clang-tidy says about one text; empty: nothing."""
-    name = f"{str(sources[0].relative_to(ROOT)).replace('/', '+')}.{preset}.{len(sources)}"
-    kept = KEPT / name
-    if kept.exists() and kept.read_text(encoding="utf-8") == key:
-        return ""
-    path = sources[0]
-    options = []
-    if len(sources) > 1:
-        # The analyzer only follows the functions of an included source where the file is called so.
-        path = unity_build.write(sources, KEPT / f"UnifiedSource+{name}.cpp")
-        options = UNITY_OPTIONS
-    result = subprocess.run([TIDY, "--quiet", *options, str(path), "--", *flags],
-                            capture_output=True, text=True, check=False, cwd=ROOT)
-    if result.returncode == 0:
-        kept.write_text(key, encoding="utf-8")
-        return ""
-    return result.stdout or result.stderr
+    return [(preset, list(flags), sources) for (preset, flags), sources in groups.items()]
 
 
 def fits_together(flags, sources):
@@ -111,20 +104,53 @@ def fits_together(flags, sources):
                           text=True, check=False, cwd=ROOT).returncode == 0
 
 
-def split(group, gnu_extra):
-    """The texts of a group: one, or one for each source."""
+def put_together(flags, sources, ways):
+    """[[source...]...]: the texts that the first way makes, those whose names meet by the next one,
+    at last each source."""
+    if not ways:
+        return [[source] for source in sources]
+    texts = []
+    for part in ways[0](sources):
+        together = len(part) == 1 or fits_together(flags, part)
+        texts += [part] if together else put_together(flags, part, ways[1:])
+    return texts
+
+
+def texts_of(group, what, gnu_extra):
+    """[(what, preset, flags, [source...])]: the texts of a group that one pass reads."""
     preset, flags, sources = group
     if preset == "gnu":
         flags = flags + gnu_extra
-    together = len(sources) > 1 and fits_together(flags, sources)
-    return [(preset, flags, part) for part in
-            ([sources] if together else [[source] for source in sources])]
+    texts = put_together(flags, sources, PASSES[what][0])
+    # Headers that were compiled before are no help in finding patterns: they are gone through as well.
+    if what == "paths" and len(texts) > 3:
+        flags = flags + system_headers.compiled([CLANG, *flags])
+    return [(what, preset, flags, text) for text in texts]
 
 
 def check_text(text, shared):
-    preset, flags, sources = text
-    parts = [shared, " ".join(flags).encode(), *(source.read_bytes() for source in sources)]
-    return check(preset, flags, sources, hashlib.sha256(b"\0".join(parts)).hexdigest())
+    """What clang-tidy says about one text; empty: nothing."""
+    what, preset, flags, sources = text
+    off = PASSES[what][1]
+    parts = [shared, off.encode(), " ".join(flags).encode(),
+             *(source.read_bytes() for source in sources)]
+    key = hashlib.sha256(b"\0".join(parts)).hexdigest()
+    name = f"{str(sources[0].relative_to(ROOT)).replace('/', '+')}.{preset}.{len(sources)}.{what}"
+    kept = KEPT / name
+    if kept.exists() and kept.read_text(encoding="utf-8") == key:
+        return ""
+    path = sources[0]
+    options = ["--checks=" + ",".join(f"-{each}" for each in off.split())]
+    if len(sources) > 1:
+        # The analyzer only follows the functions of an included source where the file is called so.
+        path = unity_build.write(sources, KEPT / f"UnifiedSource+{name}.cpp")
+        options += UNITY_OPTIONS
+    result = subprocess.run([TIDY, "--quiet", *options, str(path), "--", *flags],
+                            capture_output=True, text=True, check=False, cwd=ROOT)
+    if result.returncode == 0:
+        kept.write_text(key, encoding="utf-8")
+        return ""
+    return result.stdout or result.stderr
 
 
 def main():
@@ -144,10 +170,11 @@ def main():
     gnu_extra = gnu_headers()
     found = False
     with concurrent.futures.ThreadPoolExecutor(max_workers=os.cpu_count()) as pool:
-        texts = [text for part in pool.map(lambda group: split(group, gnu_extra), groups)
-                 for text in part]
+        parts = pool.map(lambda job: texts_of(*job, gnu_extra),
+                         [(group, what) for group in groups for what in PASSES])
+        texts = [text for part in parts for text in part]
         # The long ones first.
-        texts.sort(key=lambda text: -len(text[2]))
+        texts.sort(key=lambda text: -len(text[-1]))
         for messages in pool.map(lambda text: check_text(text, shared), texts):
             if messages:
                 found = True
