@@ -83,6 +83,17 @@ struct Printer {
 
 }  // namespace
 
+Value::Value() = default;
+Value::Value(const Value& other) = default;
+Value::Value(Value&& other) noexcept = default;
+Value& Value::operator=(const Value& other) = default;
+Value& Value::operator=(Value&& other) noexcept = default;
+Value::~Value() = default;
+
+bool operator==(const Value& left, const Value& right) {
+    return static_cast<const AnyValue&>(left) == static_cast<const AnyValue&>(right);
+}
+
 bool Name::operator==(const Name& other) const {
     return EqualNames(text, other.text);
 }

@@ -96,9 +96,21 @@ struct PrimitiveFunction {
     bool operator==(const PrimitiveFunction&) const = default;
 };
 
-using Value = std::variant<Undefined, Ok, bool, std::int32_t, float, Time, Interval, Point3, Name,
-                           std::string, Array*, NodeId, TrackId, ObjectSet, UserFunction,
-                           PrimitiveFunction, const Builtin*>;
+using AnyValue = std::variant<Undefined, Ok, bool, std::int32_t, float, Time, Interval, Point3,
+                              Name, std::string, Array*, NodeId, TrackId, ObjectSet, UserFunction,
+                              PrimitiveFunction, const Builtin*>;
+
+// Each of these for each of the types is too much for every source that has a value to do it anew.
+struct Value : AnyValue {
+    using AnyValue::variant;
+    Value();
+    Value(const Value& other);
+    Value(Value&& other) noexcept;
+    Value& operator=(const Value& other);
+    Value& operator=(Value&& other) noexcept;
+    ~Value();
+    friend bool operator==(const Value& left, const Value& right);
+};
 using Arguments = std::vector<Value>;
 
 // Owned by the interpreter that made it, because an array may hold itself; two names can share one.
