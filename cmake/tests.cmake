@@ -8,11 +8,12 @@ function(karvel_share_test_headers target)
 endfunction()
 
 # karvel_gtest(NAME SOURCES FILE... [PLUGIN FILE...] [LIBRARIES NAME...] [LABELS WORD...]
-#              [BUILDS gnu|native...] [TIMEOUT SECONDS] [ARGUMENTS TEXT...]):
+#              [BUILDS gnu|native...] [TIMEOUT SECONDS] [ARGUMENTS TEXT...] [TOGETHER]):
 # one program of GoogleTest cases, one ctest test. Without BUILDS it is built for gnu and native. PLUGIN
-# names sources of the plug-in, whose objects are linked as they are in it.
+# names sources of the plug-in, whose objects are linked as they are in it. With TOGETHER the compiler
+# reads the sources as one text.
 function(karvel_gtest name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT"
+    cmake_parse_arguments(PARSE_ARGV 1 arg "TOGETHER" "TIMEOUT"
                           "SOURCES;PLUGIN;LIBRARIES;LABELS;BUILDS;ARGUMENTS")
     if(NOT arg_BUILDS)
         set(arg_BUILDS gnu native)
@@ -28,6 +29,9 @@ function(karvel_gtest name)
             RULE_LAUNCH_LINK ${CMAKE_SOURCE_DIR}/tools/building/link_tests.py)
     endif()
     karvel_share_test_headers(${name})
+    if(arg_TOGETHER)
+        karvel_compile_together(${name} 0)
+    endif()
     foreach(source ${arg_PLUGIN})
         if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${source})
             message(FATAL_ERROR "${name}: the plug-in has no source ${source}")

@@ -32,8 +32,7 @@ std::string Run(std::string_view text) {
                   "an error at no place");
         }
         told += script_test::Describe(result, interpreter) + "\n";
-        for (const std::string& line : host.TakeJournal())
-            told += line + "\n";
+        told += host.TakeJournal() + "\n";
     }
     // The interpreter can be used after whatever ran in it.
     Check(script_test::RunText(interpreter, "1 + 1") == "2", "nothing runs after this text");

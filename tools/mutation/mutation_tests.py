@@ -410,14 +410,15 @@ class GnuBuild:
                         self.test_readers.setdefault(header, set()).add(source)
 
     def read_deps(self, name):
-        """The repository's headers that an object is made from, and the large ones."""
+        """The repository's texts that an object is made from, and the large headers."""
         listed = subprocess.run(["ninja", "-t", "deps", name], cwd=self.folder,
                                 capture_output=True, text=True, check=True).stdout
         paths = [pathlib.Path(os.path.normpath(self.folder / line.strip()))
                  for line in listed.splitlines()[1:]]
         leaves = {path.name for path in paths}
         return ([path.relative_to(self.root).as_posix() for path in paths
-                 if self.root in path.parents and path.suffix == ".h"],
+                 if self.root in path.parents and
+                 (path.suffix == ".h" or self.root / "tests" in path.parents)],
                 [header for header in LARGE_HEADERS if header in leaves])
 
     def compile_headers(self, source, headers):

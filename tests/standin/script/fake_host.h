@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -130,7 +131,12 @@ public:
     }
 
     // What happened since the last call.
-    std::vector<std::string> TakeJournal() { return std::exchange(journal, {}); }
+    std::string TakeJournal() {
+        std::string text;
+        for (const std::string& line : std::exchange(journal, {}))
+            text += (text.empty() ? "" : "; ") + line;
+        return text;
+    }
 
     std::vector<FakeNode> nodes;
     std::vector<script::NodeId> selection;
@@ -192,10 +198,15 @@ struct Case {
 };
 
 // Each text in a world of its own.
-template <std::size_t kCount>
-void ExpectAll(const Case (&cases)[kCount]) {
+inline void ExpectAll(std::span<const Case> cases) {
     for (const Case& each : cases)
         EXPECT_EQ(RunText(each.text), each.expected) << each.text;
+}
+
+// One after the other in the same world.
+inline void ExpectAll(script::Interpreter& interpreter, std::span<const Case> cases) {
+    for (const Case& each : cases)
+        EXPECT_EQ(RunText(interpreter, each.text), each.expected) << each.text;
 }
 
 }  // namespace script_test

@@ -7,8 +7,6 @@
 namespace script_test {
 namespace {
 
-using Journal = std::vector<std::string>;
-
 FakeKey Key(int frame) {
     return {frame * script::kTicksPerFrame, false};
 }
@@ -31,23 +29,22 @@ protected:
         };
         host.range = {{10 * script::kTicksPerFrame}, {90 * script::kTicksPerFrame}};
         EXPECT_EQ(RunText(interpreter, kDefineFrameView), "kv_frameView()");
-        EXPECT_EQ(host.TakeJournal(), Journal{});
+        EXPECT_EQ(host.TakeJournal(), "");
     }
 
     // What the host is made to do, without the two questions about the focus.
-    Journal Effects(const char* text) {
+    std::string Effects(const char* text) {
         const script::Result result = interpreter.Evaluate(text);
         EXPECT_FALSE(result.error) << Describe(result, interpreter);
-        Journal effects = host.TakeJournal();
-        std::erase_if(effects, [](const std::string& line) {
+        std::erase_if(host.journal, [](const std::string& line) {
             return line == "trackview_isfocused" || line == "trackbar_isfocused";
         });
-        return effects;
+        return host.TakeJournal();
     }
 
-    Journal Framed(int first, int last) {
-        return {"range (interval " + std::to_string(first) + "f " + std::to_string(last) + "f)",
-                "action 1 1040", "action 1 2180", "range (interval 10f 90f)"};
+    std::string Framed(int first, int last) {
+        return "range (interval " + std::to_string(first) + "f " + std::to_string(last) +
+               "f); action 1 1040; action 1 2180; range (interval 10f 90f)";
     }
 
     FakeHost host;
@@ -58,17 +55,16 @@ protected:
 
 TEST_F(FrameView, ZoomsTheViewsWhenNoTrackWindowHasTheFocus) {
     host.tracks = {{"Position", {SelectedKey(5), Key(20)}}};
-    EXPECT_EQ(Effects(kFrameSelected), (Journal{"kv_zoomextents 1"}));
-    EXPECT_EQ(Effects(kFrameAll), (Journal{"kv_zoomextents"}));
+    EXPECT_EQ(Effects(kFrameSelected), "kv_zoomextents 1");
+    EXPECT_EQ(Effects(kFrameAll), "kv_zoomextents");
 }
 
 TEST_F(FrameView, AsksTheTrackBarOnlyWhenTheTrackViewHasNoFocus) {
     interpreter.Evaluate(kFrameAll);
-    EXPECT_EQ(host.TakeJournal(),
-              (Journal{"trackview_isfocused", "trackbar_isfocused", "kv_zoomextents"}));
+    EXPECT_EQ(host.TakeJournal(), "trackview_isfocused; trackbar_isfocused; kv_zoomextents");
     track_view_focused = true;
     interpreter.Evaluate(kFrameAll);
-    EXPECT_EQ(host.TakeJournal(), (Journal{"trackview_isfocused"}));
+    EXPECT_EQ(host.TakeJournal(), "trackview_isfocused");
 }
 
 TEST_F(FrameView, FramesTheSelectedKeysOfAllSelectedTracks) {
@@ -115,11 +111,11 @@ TEST_F(FrameView, WidensTheOnlyKeyAndSeveralAtTheSameTime) {
 
 TEST_F(FrameView, DoesNothingWithoutKeysOrTracks) {
     track_view_focused = true;
-    EXPECT_EQ(Effects(kFrameSelected), Journal{});
-    EXPECT_EQ(Effects(kFrameAll), Journal{});
+    EXPECT_EQ(Effects(kFrameSelected), "");
+    EXPECT_EQ(Effects(kFrameAll), "");
     host.tracks = {{"Position", {}}, {"Rotation", {}}};
-    EXPECT_EQ(Effects(kFrameSelected), Journal{});
-    EXPECT_EQ(Effects(kFrameAll), Journal{});
+    EXPECT_EQ(Effects(kFrameSelected), "");
+    EXPECT_EQ(Effects(kFrameAll), "");
 }
 
 TEST_F(FrameView, SkipsATrackWhoseKeysCannotBeCounted) {
@@ -130,7 +126,7 @@ TEST_F(FrameView, SkipsATrackWhoseKeysCannotBeCounted) {
     EXPECT_EQ(Effects(kFrameSelected), Framed(5, 15));
     EXPECT_EQ(Effects(kFrameAll), Framed(5, 15));
     host.tracks = {{"Broken", {SelectedKey(70)}, false}};
-    EXPECT_EQ(Effects(kFrameSelected), Journal{});
+    EXPECT_EQ(Effects(kFrameSelected), "");
 }
 
 TEST_F(FrameView, SkipsAGapInTheSelectedTracks) {
@@ -159,13 +155,13 @@ TEST_F(FrameView, CanBeCalledFromAnActionThatItRuns) {
         track_view_focused = true;
     };
     EXPECT_EQ(Effects(kFrameAll),
-              (Journal{"range (interval 4f 6f)", "action 1 1040", "kv_zoomextents", "action 1 2180",
-                       "range (interval 10f 90f)"}));
+              "range (interval 4f 6f); action 1 1040; kv_zoomextents; action 1 2180; range "
+              "(interval 10f 90f)");
 }
 
 TEST_F(FrameView, CanBeDefinedTwice) {
     EXPECT_EQ(RunText(interpreter, kDefineFrameView), "kv_frameView()");
-    EXPECT_EQ(Effects(kFrameAll), (Journal{"kv_zoomextents"}));
+    EXPECT_EQ(Effects(kFrameAll), "kv_zoomextents");
 }
 
 TEST_F(FrameView, WantsOneArgument) {

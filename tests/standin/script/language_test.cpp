@@ -10,10 +10,8 @@
 namespace script_test {
 namespace {
 
-using Journal = std::vector<std::string>;
-
 TEST(Language, PrintsValuesAsTheListenerDoes) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"", "undefined"},
         {"   \n -- nothing\n ;; ", "undefined"},
         {"true", "true"},
@@ -41,11 +39,11 @@ TEST(Language, PrintsValuesAsTheListenerDoes) {
         {"trackviews.current", "<Interface:trackviews.current>"},
         {"max key mode", "OK"},
     };
-    ExpectAll(cases);
+    ExpectAll(kCases);
 }
 
 TEST(Language, Operators) {
-    const char* const truths[] = {
+    static constexpr const char* kTruths[] = {
         "7 + 2 == 9", "7 - 2 == 5", "7.5 - 2 == 5.5", "1 + 0.5 == 1.5", "- -2.5 == 2.5",
         "2147483647 + 1 == -2147483647 - 1", "1 == 1.0", "1 != 2", "not (1 < 1)", "1 <= 1",
         "not (1 > 1)", "1 >= 1", "1 < 2", "not (1 >= 2)", "5f == 5", "4 < 5f", "\"a\" == \"a\"",
@@ -58,21 +56,22 @@ TEST(Language, Operators) {
         "(selection as array).count + 1 == 1",
         // Logic stops at the first certain answer.
         "not (false and nothing())", "true or nothing()"};
-    for (const std::string text : truths)
+    for (const char* const text : kTruths)
         EXPECT_EQ(RunText(text), "true") << text;
 }
 
 // A minus that leans towards its operand begins an argument.
 TEST(Language, CallsBindTightly) {
-    const char* const truths[] = {"next 3 + 1 == 5",      "-next 3 == -4", "not next 3 == 5",
-                                  "next #(4, 5)[2] == 6", "next -3 == -2", "next 3 - 1 == 3",
-                                  "next 3-1 == 3",        "next(3) == 4",  "next (next 3) == 5"};
-    for (const std::string text : truths)
-        EXPECT_EQ(RunText("fn next x = x + 1; " + text), "true") << text;
+    static constexpr const char* kTruths[] = {
+        "next 3 + 1 == 5",      "-next 3 == -4", "not next 3 == 5",
+        "next #(4, 5)[2] == 6", "next -3 == -2", "next 3 - 1 == 3",
+        "next 3-1 == 3",        "next(3) == 4",  "next (next 3) == 5"};
+    for (const char* const text : kTruths)
+        EXPECT_EQ(RunText(std::string("fn next x = x + 1; ") + text), "true") << text;
 }
 
 TEST(Language, CallsAndLines) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"fn seven = 7\nseven()", "7"},
         {"fn seven = 7\n1 + seven ()", "8"},
         {"fn items = #(1, 2)\nitems().count", "2"},
@@ -92,11 +91,11 @@ TEST(Language, CallsAndLines) {
         {"(\n1\n\n2\n)", "2"},
         {"()", "undefined"},
     };
-    ExpectAll(cases);
+    ExpectAll(kCases);
 }
 
 TEST(Language, Statements) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"if 1 == 2 then 2", "undefined"},
         {"if(true)then(5)else(6)", "5"},
         {"s = 0; for i = 1 to 4 do s += i; s", "10"},
@@ -111,11 +110,11 @@ TEST(Language, Statements) {
         {"try ( x = 2; nothing(); x = 3 ) catch ()", "undefined"},
         {"fn bad = nothing(); try bad() catch \"ok\"", "\"ok\""},
     };
-    ExpectAll(cases);
+    ExpectAll(kCases);
 }
 
 TEST(Language, Variables) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"x", "undefined"},
         {"x = y = 3; x + Y", "6"},
         {"x = 5; (x = 6); x", "6"},
@@ -132,11 +131,11 @@ TEST(Language, Variables) {
         {"fn f append = append + 1; f 2", "3"},
         {"fn down n = (here = n; if n > 0 then down (n - 1); here); down 3", "3"},
     };
-    ExpectAll(cases);
+    ExpectAll(kCases);
 }
 
 TEST(Language, CollectionsAndProperties) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"a = #(1, 2, 3); a[2]", "2"},
         {"a = #(1, 2); a[a[1]]", "1"},
         {"#(1)[2]", "undefined"},
@@ -157,61 +156,64 @@ TEST(Language, CollectionsAndProperties) {
         {"(integer) (10.5f)", "10"},
         {"(Integer) 2.9", "2"},
     };
-    ExpectAll(cases);
+    ExpectAll(kCases);
 }
 
 TEST(Language, TracksActionsAndPolyTools) {
     FakeHost host;
     script::Interpreter interpreter(host);
-    const auto evaluate = [&](const char* text) { return RunText(interpreter, text); };
     host.tracks = {{"Position", {{160, true}, {1680, false}}}, {"Gone", {}, true, false}};
-    EXPECT_EQ(evaluate("trackviews.current.numSelTracks()"), "2");
-    EXPECT_EQ(evaluate("t = trackviews.current.getSelected 1"), "SubAnim");
-    EXPECT_EQ(evaluate("trackviews.current.getSelected(2)"), "undefined");
-    EXPECT_EQ(evaluate("trackviews.current.getSelected 3"), "undefined");
-    EXPECT_EQ(evaluate("numKeys t"), "2");
-    EXPECT_EQ(evaluate("getKeyTime t 2"), "10.5f");
-    EXPECT_EQ(evaluate("#(isKeySelected t 1, isKeySelected t 2)"), "#(true, false)");
-    EXPECT_EQ(evaluate("getKeyTime t 3"), "1:1: Key index out of range: 3");
-    EXPECT_EQ(evaluate("ActionMan.ExecuteAction 0 \"7\""), "true");
-    EXPECT_EQ(evaluate("actionMan.executeAction -5 \"missing\""), "false");
-    EXPECT_EQ(evaluate("if true then max Key  MODE -- and no more\n"), "OK");
-    EXPECT_EQ(evaluate("max tool zoomextents all"), "OK");
-    EXPECT_EQ(evaluate("b = PolyToolsUI.SculptButtons; b[4] = true; b[4]"), "true");
-    EXPECT_EQ(evaluate("PolyBoost.ToolToggle 2 4 false"), "OK");
+    static constexpr Case kDone[] = {
+        {"trackviews.current.numSelTracks()", "2"},
+        {"t = trackviews.current.getSelected 1", "SubAnim"},
+        {"trackviews.current.getSelected(2)", "undefined"},
+        {"trackviews.current.getSelected 3", "undefined"},
+        {"numKeys t", "2"},
+        {"getKeyTime t 2", "10.5f"},
+        {"#(isKeySelected t 1, isKeySelected t 2)", "#(true, false)"},
+        {"getKeyTime t 3", "1:1: Key index out of range: 3"},
+        {"ActionMan.ExecuteAction 0 \"7\"", "true"},
+        {"actionMan.executeAction -5 \"missing\"", "false"},
+        {"if true then max Key  MODE -- and no more\n", "OK"},
+        {"max tool zoomextents all", "OK"},
+        {"b = PolyToolsUI.SculptButtons; b[4] = true; b[4]", "true"},
+        {"PolyBoost.ToolToggle 2 4 false", "OK"},
+    };
+    ExpectAll(interpreter, kDone);
     EXPECT_EQ(host.TakeJournal(),
-              (Journal{"action 0 7", "action -5 missing", "max key mode",
-                       "max tool zoomextents all", "sculpt button 4 on", "tool 2 4 off"}));
+              "action 0 7; action -5 missing; max key mode; max tool zoomextents all; sculpt "
+              "button 4 on; tool 2 4 off");
     host.has_polytools = false;
-    EXPECT_EQ(evaluate("PolyToolsUI.SculptTool"),
+    EXPECT_EQ(RunText(interpreter, "PolyToolsUI.SculptTool"),
               "1:13: Unknown property: \"SculptTool\" in undefined");
-    EXPECT_EQ(evaluate("PolyBoost"), "undefined");
+    EXPECT_EQ(RunText(interpreter, "PolyBoost"), "undefined");
 }
 
 TEST(Language, InterfacesAndTexts) {
     FakeHost host;
     script::Interpreter interpreter(host);
-    const auto evaluate = [&](const char* text) { return RunText(interpreter, text); };
-    EXPECT_EQ(evaluate("mouseConfigManager"), "undefined");
+    EXPECT_EQ(RunText(interpreter, "mouseConfigManager"), "undefined");
     host.interaction_mode = "Some Mode";
-    EXPECT_EQ(evaluate("getPropNames mouseConfigManager"), "#(#unreadable, #mode)");
-    EXPECT_EQ(evaluate("getProperty mouseConfigManager #mode"), "\"Some Mode\"");
-    EXPECT_EQ(evaluate("getProperty mouseConfigManager #unreadable"),
-              "1:1: Property cannot be read now");
-    EXPECT_EQ(evaluate("getProperty mouseConfigManager #other"),
-              "1:1: Unknown property: \"other\" in <Interface:mouseConfigManager>");
-    EXPECT_EQ(evaluate("getPropNames 5"), "1:1: Unable to convert: 5 to type: Interface");
-    EXPECT_EQ(evaluate("toLower \"Some MODE 1\""), "\"some mode 1\"");
-    EXPECT_EQ(evaluate("findString \"some mode\" \"mode\""), "6");
-    EXPECT_EQ(evaluate("findString \"some mode\" \"Mode\""), "undefined");
-    EXPECT_EQ(evaluate("\"text\" as string"), "\"text\"");
-    EXPECT_EQ(evaluate("(1 + 1) as string"), "\"2\"");
+    static constexpr Case kAsked[] = {
+        {"getPropNames mouseConfigManager", "#(#unreadable, #mode)"},
+        {"getProperty mouseConfigManager #mode", "\"Some Mode\""},
+        {"getProperty mouseConfigManager #unreadable", "1:1: Property cannot be read now"},
+        {"getProperty mouseConfigManager #other",
+         "1:1: Unknown property: \"other\" in <Interface:mouseConfigManager>"},
+        {"getPropNames 5", "1:1: Unable to convert: 5 to type: Interface"},
+        {"toLower \"Some MODE 1\"", "\"some mode 1\""},
+        {"findString \"some mode\" \"mode\"", "6"},
+        {"findString \"some mode\" \"Mode\"", "undefined"},
+        {"\"text\" as string", "\"text\""},
+        {"(1 + 1) as string", "\"2\""},
+    };
+    ExpectAll(interpreter, kAsked);
 }
 
 // ---- errors
 
 TEST(Errors, Texts) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"1 + @", "1:5: unexpected character '@'"},
         {"a = 1\r\n  b = ~", "2:7: unexpected character '~'"},
         {"\xc3\xa4", "1:1: unexpected character number 195"},
@@ -253,11 +255,11 @@ TEST(Errors, Texts) {
         {"a = 1\n while true do 1", "2:2: 'while' is not supported"},
         {"(local a = 1)", "1:2: 'local' is not supported"},
     };
-    ExpectAll(cases);
+    ExpectAll(kCases);
 }
 
 TEST(Errors, Values) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"1 + \"a\"", "1:3: Unable to convert: \"a\" to type: Integer"},
         {"1.5 < undefined", "1:5: Unable to convert: undefined to type: Float"},
         {"\"a\" + 1", "1:5: No \"+\" function for \"a\""},
@@ -297,7 +299,7 @@ TEST(Errors, Values) {
         {"#(1)[1] = 2", "1:9: No \"put\" function for #(1)"},
         {"max nothing", "1:1: unknown max command: nothing"},
     };
-    ExpectAll(cases);
+    ExpectAll(kCases);
 }
 
 TEST(Errors, WhatStoodBeforeOneHasRun) {
@@ -310,12 +312,12 @@ TEST(Errors, WhatStoodBeforeOneHasRun) {
 
 // Where exactly a runaway script is stopped does not matter. A limit cannot be caught.
 TEST(Errors, Limits) {
-    const Case cases[] = {
+    static constexpr Case kCases[] = {
         {"for i = 1 to 2000000 do 1", "the script runs too long"},
         {"for i = 1 to 2000 do try (for j = 1 to 2000000 do 1) catch 0", "runs too long"},
         {"fn f = f()\nf()", "the script calls itself too deeply"},
         {"fn f = try f() catch 0\nf()", "the script calls itself too deeply"}};
-    for (const Case& each : cases) {
+    for (const Case& each : kCases) {
         const std::string text = RunText(each.text);
         EXPECT_NE(text.find(each.expected), std::string::npos) << each.text << ": " << text;
         EXPECT_GT(std::atoi(text.c_str()), 0) << text;
@@ -323,21 +325,21 @@ TEST(Errors, Limits) {
 }
 
 TEST(Errors, DeepTextsAreRefused) {
-    const char* const parts[] = {"(",
-                                 "#(",
-                                 "- ",
-                                 "not ",
-                                 "1+",
-                                 ".b",
-                                 "[1]",
-                                 "a[",
-                                 "a = ",
-                                 "if true then ",
-                                 "try ",
-                                 "fn f = ",
-                                 "for i = 1 to 2 do ",
-                                 " as array"};
-    for (const std::string part : parts) {
+    static constexpr const char* kParts[] = {"(",
+                                             "#(",
+                                             "- ",
+                                             "not ",
+                                             "1+",
+                                             ".b",
+                                             "[1]",
+                                             "a[",
+                                             "a = ",
+                                             "if true then ",
+                                             "try ",
+                                             "fn f = ",
+                                             "for i = 1 to 2 do ",
+                                             " as array"};
+    for (const std::string part : kParts) {
         std::string text = "a";
         if (part.find_first_of(".[ ") != 0) text.clear();
         for (int count = 0; count < 100000; ++count)
@@ -372,23 +374,21 @@ TEST(Errors, ArraysThatHoldThemselvesPrint) {
 TEST(Primitives, GetTheirArguments) {
     FakeHost host;
     script::Interpreter interpreter(host);
-    script::Arguments seen;
     host.primitives["kv_probe"] = [&](const script::Arguments& arguments) {
-        seen = arguments;
         return script::Value(script::ToInteger(arguments.at(0), host) > 0);
     };
     EXPECT_EQ(RunText(interpreter, "KV_Probe 1 \"x\" #y"), "true");
-    EXPECT_EQ(seen, (script::Arguments{1, std::string("x"), script::Name{"Y"}}));
-    EXPECT_EQ(RunText(interpreter, "f = kv_probe; f -0.5"), "false");
-    EXPECT_EQ(RunText(interpreter, "kv_probe"), "kv_probe()");
-    EXPECT_EQ(RunText(interpreter, "kv_probe 2f"), "true");
-    EXPECT_EQ(RunText(interpreter, "1; kv_probe \"x\""),
-              "1:4: Unable to convert: \"x\" to type: Integer");
-    EXPECT_EQ(RunText(interpreter, "kv_probe true"),
-              "1:1: Unable to convert: true to type: Integer");
-    EXPECT_EQ(RunText(interpreter, "try (kv_probe undefined) catch \"caught\""), "\"caught\"");
-    EXPECT_EQ(RunText(interpreter, "kv_probe = 1"),
-              "1:10: Cannot assign to read-only variable: kv_probe");
+    EXPECT_EQ(host.TakeJournal(), "kv_probe 1 \"x\" #y");
+    static constexpr Case kMore[] = {
+        {"f = kv_probe; f -0.5", "false"},
+        {"kv_probe", "kv_probe()"},
+        {"kv_probe 1f", "true"},
+        {"1; kv_probe \"x\"", "1:4: Unable to convert: \"x\" to type: Integer"},
+        {"kv_probe true", "1:1: Unable to convert: true to type: Integer"},
+        {"try (kv_probe undefined) catch \"caught\"", "\"caught\""},
+        {"kv_probe = 1", "1:10: Cannot assign to read-only variable: kv_probe"},
+    };
+    ExpectAll(interpreter, kMore);
 }
 
 TEST(Primitives, TextsRunWithinTexts) {

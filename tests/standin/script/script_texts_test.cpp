@@ -9,11 +9,9 @@
 namespace script_test {
 namespace {
 
-using Journal = std::vector<std::string>;
-
 class ScriptTexts : public testing::Test {
 protected:
-    Journal Effects(const char* text) {
+    std::string Effects(const char* text) {
         const script::Result result = interpreter.Evaluate(text);
         EXPECT_FALSE(result.error) << Describe(result, interpreter);
         return host.TakeJournal();
@@ -26,10 +24,10 @@ protected:
 TEST_F(ScriptTexts, KeySteppingRunsItsActionBetweenTwoTogglesOfKeyMode) {
     bool key_mode_during_action = false;
     host.on_action = [&] { key_mode_during_action = host.key_mode; };
-    EXPECT_EQ(Effects(kPreviousKey), (Journal{"max key mode", "action 0 50020", "max key mode"}));
+    EXPECT_EQ(Effects(kPreviousKey), "max key mode; action 0 50020; max key mode");
     EXPECT_TRUE(key_mode_during_action);
     EXPECT_FALSE(host.key_mode);
-    EXPECT_EQ(Effects(kNextKey), (Journal{"max key mode", "action 0 50022", "max key mode"}));
+    EXPECT_EQ(Effects(kNextKey), "max key mode; action 0 50022; max key mode");
     host.key_mode = true;
     Effects(kNextKey);
     EXPECT_FALSE(key_mode_during_action);
@@ -40,26 +38,26 @@ TEST_F(ScriptTexts, CenterPivotMovesThePivotsOfTheSelectionOnly) {
     host.AddNode("Box001", {1, 2, 3});
     host.AddNode("Sphere001", {4, 5, 6});
     host.AddNode("Cone001", {7, 8, 9});
-    EXPECT_EQ(Effects(kCenterPivot), Journal{});
+    EXPECT_EQ(Effects(kCenterPivot), "");
     host.selection = {script::NodeId(3), script::NodeId(1)};
-    EXPECT_EQ(Effects(kCenterPivot), (Journal{"pivot Cone001", "pivot Box001"}));
+    EXPECT_EQ(Effects(kCenterPivot), "pivot Cone001; pivot Box001");
     EXPECT_EQ(RunText(interpreter, "$Cone001.pivot"), "[7,8,9]");
     EXPECT_EQ(RunText(interpreter, "$Box001.pivot"), "[1,2,3]");
     EXPECT_EQ(RunText(interpreter, "$Sphere001.pivot"), "[0,0,0]");
     host.selection = host.Nodes();
-    EXPECT_EQ(Effects(kCenterPivot), (Journal{"pivot Box001", "pivot Sphere001", "pivot Cone001"}));
+    EXPECT_EQ(Effects(kCenterPivot), "pivot Box001; pivot Sphere001; pivot Cone001");
 }
 
 TEST_F(ScriptTexts, ViewReset) {
-    EXPECT_EQ(Effects(kResetViews), (Journal{"reset views", "redraw", "max tool zoomextents all"}));
+    EXPECT_EQ(Effects(kResetViews), "reset views; redraw; max tool zoomextents all");
 }
 
 TEST_F(ScriptTexts, SelectEverything) {
-    EXPECT_EQ(Effects(kSelectEverything), (Journal{"select"}));
+    EXPECT_EQ(Effects(kSelectEverything), "select");
     host.AddNode("Box001");
     host.AddNode("Sphere001");
     host.selection = {script::NodeId(2)};
-    EXPECT_EQ(Effects(kSelectEverything), (Journal{"select Box001 Sphere001"}));
+    EXPECT_EQ(Effects(kSelectEverything), "select Box001 Sphere001");
 }
 
 TEST_F(ScriptTexts, ReadPolyTools) {
@@ -81,8 +79,8 @@ TEST_F(ScriptTexts, ReadPolyTools) {
     host.sculpt_tool = 7;
     host.paint_deform_tool = 12;
     host.poly_shift = true;
-    EXPECT_EQ(Effects(kQueryPolyTools), (Journal{"kv_graphitesculpttool 7", "kv_graphitepdtool 12",
-                                                 "kv_polyshiftactive true"}));
+    EXPECT_EQ(Effects(kQueryPolyTools),
+              "kv_graphitesculpttool 7; kv_graphitepdtool 12; kv_polyshiftactive true");
     EXPECT_EQ(sculpt, 7);
     EXPECT_EQ(paint, 12);
     EXPECT_TRUE(shift);
@@ -93,10 +91,8 @@ TEST_F(ScriptTexts, PressSculptButton) {
         char text[200];
         std::snprintf(text, sizeof text, kToggleSculptButton, index, index, index, index);
         const std::string number = std::to_string(index);
-        EXPECT_EQ(Effects(text),
-                  (Journal{"sculpt button " + number + " on", "tool 2 " + number + " on"}));
-        EXPECT_EQ(Effects(text),
-                  (Journal{"sculpt button " + number + " off", "tool 2 " + number + " off"}));
+        EXPECT_EQ(Effects(text), "sculpt button " + number + " on; tool 2 " + number + " on");
+        EXPECT_EQ(Effects(text), "sculpt button " + number + " off; tool 2 " + number + " off");
     }
 }
 
