@@ -20,6 +20,17 @@ constexpr Situation Gesture(const char* id, const char* title, const char* windo
             .message = message};
 }
 
+template <auto take_tool, auto put_tool_away>
+constexpr Situation Transform(const char* id, const char* title, const char* window) {
+    return {.id = id,
+            .title = title,
+            .window = window,
+            .begin = Sequence<take_tool, Press<VK_MBUTTON>, Drag>,
+            .act = Step,
+            .end = Sequence<Release<VK_MBUTTON>, put_tool_away>,
+            .confirmed_by = "g_quickXform"};
+}
+
 constexpr Situation kGestures[] = {
     Gesture<VK_LBUTTON>("orbit", "move during orbit", kView, Message::kMove),
     Gesture<VK_MBUTTON>("pan", "move during pan", kView, Message::kMove),
@@ -52,34 +63,14 @@ constexpr Situation kGestures[] = {
     Gesture<VK_RBUTTON>("zoom_trackview", "move during zoom in the Track View", "trackview"),
     Gesture<VK_MBUTTON>("pan_schematic", "move during pan in the Schematic View", "schematic"),
     Gesture<VK_RBUTTON>("zoom_schematic", "move during zoom in the Schematic View", "schematic"),
-    {.id = "transform",
-     .title = "move during a quick transform",
-     .window = kView,
-     .begin = Sequence<TakeMoveTool, Press<VK_MBUTTON>, Drag>,
-     .act = Step,
-     .end = Sequence<Release<VK_MBUTTON>, PutMoveToolAway>,
-     .confirmed_by = "g_quickXform"},
-    {.id = "transform_unwrap",
-     .title = "move during a quick transform, Unwrap editor",
-     .window = "unwrap",
-     .begin = Sequence<kTakeUnwrapTool, Press<VK_MBUTTON>, Drag>,
-     .act = Step,
-     .end = Sequence<Release<VK_MBUTTON>, kPutUnwrapToolAway>,
-     .confirmed_by = "g_quickXform"},
-    {.id = "transform_trackview",
-     .title = "move during a quick transform, Track View",
-     .window = "trackview",
-     .begin = Sequence<kTakeTrackTool, Press<VK_MBUTTON>, Drag>,
-     .act = Step,
-     .end = Sequence<Release<VK_MBUTTON>, kPutTrackToolAway>,
-     .confirmed_by = "g_quickXform"},
-    {.id = "transform_trackview_shift",
-     .title = "the same with Shift held",
-     .window = "trackview",
-     .begin = Sequence<kTakeTrackTool, Hold<VK_SHIFT>, Press<VK_MBUTTON>, Drag>,
-     .act = Step,
-     .end = Sequence<Release<VK_MBUTTON>, LetGo<VK_SHIFT>, kPutTrackToolAway>,
-     .confirmed_by = "g_quickXform"},
+    Transform<TakeMoveTool, PutMoveToolAway>("transform", "move during a quick transform", kView),
+    Transform<kTakeUnwrapTool, kPutUnwrapToolAway>(
+        "transform_unwrap", "move during a quick transform, Unwrap editor", "unwrap"),
+    Transform<kTakeTrackTool, kPutTrackToolAway>(
+        "transform_trackview", "move during a quick transform, Track View", "trackview"),
+    Transform<Sequence<kTakeTrackTool, Hold<VK_SHIFT>>,
+              Sequence<LetGo<VK_SHIFT>, kPutTrackToolAway>>(
+        "transform_trackview_shift", "the same with Shift held", "trackview"),
 };
 
 }  // namespace
