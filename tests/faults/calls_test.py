@@ -108,21 +108,16 @@ def can_fail(name, faults):
 
 def problems_of(symbols, members, faults, listed, later=()):
     """`symbols` of the file that ships and of the `later` ones."""
-    problems = []
-    leave_out = {name for names in listed.values() for name in names}
     first = {plain_name(symbol)[0] for symbol in symbols}
-    seen = set()
-    for symbol in [*symbols, *(symbol for symbol in later if symbol not in symbols)]:
-        name, is_virtual = plain_name(symbol)
-        seen.add(name)
-        # Tables of virtual members name the host's own code, which nobody calls from here.
-        if is_virtual and name not in members and "~" not in name:
-            continue
-        if name not in leave_out and not can_fail(name, faults):
-            problems.append(f"{name}: imported, but nothing makes it fail")
-    for name in sorted(members - seen):
-        if name not in leave_out and not can_fail(name, faults):
-            problems.append(f"{name}: called, but nothing makes it fail")
+    named = [plain_name(symbol) for symbol in dict.fromkeys([*symbols, *later])]
+    seen = {name for name, _ in named}
+    # Tables of virtual members name the host's own code, which nobody calls from here.
+    calls = [(name, "imported") for name, is_virtual in named
+             if not is_virtual or name in members or "~" in name]
+    calls += [(name, "called") for name in sorted(members - seen)]
+    leave_out = {name for names in listed.values() for name in names}
+    problems = [f"{name}: {how}, but nothing makes it fail" for name, how in calls
+                if name not in leave_out and not can_fail(name, faults)]
     for name, fault in listed["by"].items():
         if fault not in faults:
             problems.append(f"{name}: there is no fault {fault}")
@@ -163,7 +158,6 @@ class Calls(unittest.TestCase):
         faults = set(pathlib.Path(NAMES).read_text(encoding="utf-8").split())
         listed = read_list((HERE / "calls.txt").read_text(encoding="utf-8"))
         self.assertEqual([], problems_of(symbols, members | new, faults, listed, sum(later, [])))
-
 
     def test_the_page_of_scenarios_names_every_fault(self):
         page = (ROOT / "docs/scenarios.md").read_text(encoding="utf-8")

@@ -82,6 +82,10 @@ REPAIR = (
     + [f"poke {key} {on}" for key, on in DEFAULT_SETTINGS.items()]
     + ["mode 6", "select none", "subobject off"])
 
+# What the setup of a situation does is undone behind its end.
+UNDO = ((r"open (.*)", r"close \1"), (r"mode .*", "mode 6"),
+        (r"((?:action|lock|subobject).*) on", r"\1 off"))
+
 COLUMNS = ("whole", "first", "second")
 
 
@@ -115,6 +119,12 @@ class Situation:
         return (self.name if self.is_alone else "", self.release, tuple(self.settings))
 
 
+def undone(setup):
+    """What takes back what these lines opened, switched on or changed, the last one first."""
+    return [re.sub(pattern, undo, line) for line in reversed(setup) for pattern, undo in UNDO
+            if re.fullmatch(pattern, line)]
+
+
 def read_situations():
     situations = []
     part = None
@@ -133,6 +143,8 @@ def read_situations():
             raise Unreadable(f"situations.txt:{number}: this stands before the first situation")
         else:
             situations[-1].parts[part].append(line)
+    for situation in situations:
+        situation.parts["end"] += undone(situation.parts["setup"])
     return situations
 
 
