@@ -118,12 +118,16 @@ function(karvel_share_system_headers target options)
     endif()
 endfunction()
 
-# karvel_static_library(NAME SOURCES FILE... [LIBRARIES NAME...]): one of our own parts.
+# karvel_static_library(NAME SOURCES FILE... [LIBRARIES NAME...] [TOGETHER]): one of our own parts. With
+# TOGETHER the compiler that takes longest reads its sources as one text.
 function(karvel_static_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "TOGETHER" "" "SOURCES;LIBRARIES")
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE karvel_options PUBLIC ${arg_LIBRARIES})
     karvel_share_system_headers(${name} karvel_options)
+    if(arg_TOGETHER AND KARVEL_GNU)
+        karvel_compile_together(${name} 0)
+    endif()
 endfunction()
 
 # karvel_engine(SOURCES FILE... [LIBRARIES NAME...]): the stand-in's engine (gnu only).
