@@ -157,6 +157,10 @@ def faults_of(names, host):
     return names - ALIASES - set(re.findall(r"^(?:not called|before|from \d+) (\S+)$", text, re.M))
 
 
+def matches(word, patterns):
+    return any(fnmatch.fnmatchcase(word, pattern) for pattern in patterns)
+
+
 class Exceptions:
     """What may differ on this host: faults, situations, columns and the differing facts, each as patterns."""
 
@@ -173,22 +177,19 @@ class Exceptions:
             self.rows.append((number, faults, *others))
         self.used = set()
 
+    def rows_for(self, *cell):
+        """Those whose patterns fit this fault, situation and column."""
+        return [row for row in self.rows
+                if all(matches(*pair) for pair in zip(cell, row[1:]))]
+
     def mentions(self, fault, situation, column):
-        return any(any(fnmatch.fnmatchcase(fault, pattern) for pattern in faults)
-                   and any(fnmatch.fnmatchcase(situation, pattern) for pattern in situations)
-                   and any(fnmatch.fnmatchcase(column, pattern) for pattern in columns)
-                   for _, faults, situations, columns, _ in self.rows)
+        return bool(self.rows_for(fault, situation, column))
 
     def allows(self, fault, situation, column, fact):
-        allowed = False
-        for number, faults, situations, columns, facts in self.rows:
-            if (any(fnmatch.fnmatchcase(fault, pattern) for pattern in faults)
-                    and any(fnmatch.fnmatchcase(situation, pattern) for pattern in situations)
-                    and any(fnmatch.fnmatchcase(column, pattern) for pattern in columns)
-                    and any(fnmatch.fnmatchcase(fact, pattern) for pattern in facts)):
-                self.used.add((number, fault))
-                allowed = True
-        return allowed
+        fitting = {(number, fault) for number, *_, facts in self.rows_for(fault, situation, column)
+                   if matches(fact, facts)}
+        self.used |= fitting
+        return bool(fitting)
 
 
 # ---- scenarios -----------------------------------------------------------------------------------

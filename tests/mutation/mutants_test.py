@@ -14,6 +14,71 @@ import unittest
 ROOT = None
 
 
+# What a change of each kind makes of a text, all of them.
+CHANGES = (
+    ("comparison", "bool f(int a) { return a < b; }",
+     ["bool f(int a) { return a <= b; }", "bool f(int a) { return a >= b; }"]),
+    ("comparison", "bool f(int a) { return a == b; }", ["bool f(int a) { return a != b; }"]),
+    # Brackets of templates.
+    ("comparison", "int a = static_cast<int>(b->c);", []),
+    ("junction", "bool a = b && c;", ["bool a = b || c;"]),
+    ("negation", "bool a = !b;", ["bool a = b;"]),
+    ("condition", "void f() { if (a) b(); }", ["void f() { if (!(a)) b(); }"]),
+    ("condition", "int a = b + c ? 1 : 2;", ["int a = !(b + c) ? 1 : 2;"]),
+    # A condition that declares.
+    ("condition", "void f() { if (int* a = b()) c(a); }", []),
+    ("constant", "int a[] = {7, 0x1F};",
+     ["int a[] = {0, 0x1F};", "int a[] = {8, 0x1F};", "int a[] = {7, 0};", "int a[] = {7, 0x20};"]),
+    # A flag has two values.
+    ("constant", "void f() { g_a = 1; }", ["void f() { g_a = 0; }"]),
+    ("constant", "int f() { return 0; }", ["int f() { return 1; }"]),
+    ("flag", "int a = A | B | C;",
+     ["int a =  B | C;", "int a = A  | C;", "int a = A |  C;", "int a = A | B ;"]),
+    # A hexadecimal constant loses a bit, where there are others.
+    ("flag", "int a = 0x2A;", ["int a = 0x28;"]),
+    ("flag", "int a = 0x2B & B;", ["int a = 0x2A & B;"]),
+    ("flag", "int a = 0x20 + 42;", []),
+    ("call removed", "void f() { int a = g(); if (a) host::Stop(a, b(c)); d.e[1] = a; }",
+     ["void f() { int a = g(); if (a) ; d.e[1] = a; }"]),
+    ("assignment removed", "void f() { int a = g(); if (a) host::Stop(a, b(c)); d.e[1] = a; }",
+     ["void f() { int a = g(); if (a) host::Stop(a, b(c)); ; }"]),
+    # Declarations.
+    ("call removed", "void f() { Name name(window); Other<A> b(c); }", []),
+    # The last one stays.
+    ("return removed", "int f() { if (a) return 1; return b; }", ["int f() { if (a) ; return b; }"]),
+    ("return value", "int f() { return a(); }",
+     ["int f() { return {}; }", "int f() { return !(a()); }"]),
+    ("neighbour", "f(WM_LBUTTONDOWN);", ["f(WM_RBUTTONDOWN);"]),
+    ("argument", "void f() { a::g(d.e, 0, b(c)); }",
+     ["void f() { a::g({}, 0, b(c)); }", "void f() { a::g(d.e, 0, {}); }",
+      "void f() { a::g(d.e, 0, b({})); }"]),
+    # What is nothing, or has changes of its own.
+    ("argument", 'void f() { g(nullptr, false, 7, "a", {}); H(a); if (b) return; }', []),
+    # Parameters and declarations.
+    ("argument", "int f(int a, int b) { A c(a, b); const B* g(a, b); return d<A>(a, b); }", []),
+    ("arguments exchanged",
+     "int f(int a, int b) { A c(a, b); const B* g(a, b); return d<A>(a, b); }", []),
+    ("arguments exchanged", "void f() { g(a, b, c + 1); }",
+     ["void f() { g(b, a, c + 1); }", "void f() { g(a, c + 1, b); }"]),
+    ("statements exchanged", "void f() { a = 1; g(1); if (b) return; c(); }",
+     ["void f() { g(1); a = 1; if (b) return; c(); }",
+      "void f() { a = 1; if (b) return; g(1); c(); }",
+      "void f() { a = 1; g(1); c(); if (b) return; }"]),
+    # Those of inner blocks, and whole blocks.
+    ("statements exchanged", "void f() { if (a) { b(); c(); } else { d(); } g(); }",
+     ["void f() { g(); if (a) { b(); c(); } else { d(); } }",
+      "void f() { if (a) { c(); b(); } else { d(); } g(); }"]),
+    # Declarations, jumps and single statements.
+    ("statements exchanged", "int f() { int a = g(); h(); A b(c); i(); return a; }", []),
+    # Stored values that nobody sees in between, and one that is read.
+    ("statements exchanged", "void f() { a.x = 1; b = 2; c = ToPoint(d); }", []),
+    ("statements exchanged", "void f() { a = 1; b = a; }", ["void f() { b = a; a = 1; }"]),
+    ("text", 'f("abce");', ['f("abde");']),
+    ("text", 'f("");', ['f("x");']),
+    ("text", 'extern "C" { }', []),
+)
+
+
 class Changes(unittest.TestCase):
     maxDiff = None
 
@@ -23,62 +88,10 @@ class Changes(unittest.TestCase):
                 for mutant in mutants.mutants_of("a/b.cpp", source, families)
                 if mutant.operator == operator]
 
-    def test_comparisons_go_to_their_opposite_and_over_their_bounds(self):
-        self.assertEqual(["bool f(int a) { return a <= b; }", "bool f(int a) { return a >= b; }"],
-                         self.changed("bool f(int a) { return a < b; }", "comparison"))
-        self.assertEqual(["bool f(int a) { return a != b; }"],
-                         self.changed("bool f(int a) { return a == b; }", "comparison"))
-
-    def test_brackets_of_templates_are_no_comparisons(self):
-        self.assertEqual([], self.changed("int a = static_cast<int>(b->c);", "comparison"))
-
-    def test_and_or_negation(self):
-        self.assertEqual(["bool a = b || c;"], self.changed("bool a = b && c;", "junction"))
-        self.assertEqual(["bool a = b;"], self.changed("bool a = !b;", "negation"))
-
-    def test_conditions(self):
-        self.assertEqual(["void f() { if (!(a)) b(); }"],
-                         self.changed("void f() { if (a) b(); }", "condition"))
-        self.assertEqual(["int a = !(b + c) ? 1 : 2;"],
-                         self.changed("int a = b + c ? 1 : 2;", "condition"))
-
-    def test_conditions_that_declare_stay(self):
-        self.assertEqual([], self.changed("void f() { if (int* a = b()) c(a); }", "condition"))
-
-    def test_constants(self):
-        self.assertEqual(["int a[] = {0, 0x1F};", "int a[] = {8, 0x1F};", "int a[] = {7, 0};",
-                          "int a[] = {7, 0x20};"],
-                         self.changed("int a[] = {7, 0x1F};", "constant"))
-
-    def test_a_flag_has_two_values(self):
-        self.assertEqual(["void f() { g_a = 0; }"],
-                         self.changed("void f() { g_a = 1; }", "constant"))
-        self.assertEqual(["int f() { return 1; }"],
-                         self.changed("int f() { return 0; }", "constant"))
-
-    def test_flags_are_left_out(self):
-        self.assertEqual(["int a = B | C;", "int a = A | C;", "int a = A | C;", "int a = A | B;"],
-                         [" ".join(text.split()).replace(" ;", ";") for text in
-                          self.changed("int a = A | B | C;", "flag")])
-
-    def test_calls_and_assignments_are_left_out(self):
-        source = "void f() { int a = g(); if (a) host::Stop(a, b(c)); d.e[1] = a; }"
-        self.assertEqual(["void f() { int a = g(); if (a) ; d.e[1] = a; }"],
-                         self.changed(source, "call removed"))
-        self.assertEqual(["void f() { int a = g(); if (a) host::Stop(a, b(c)); ; }"],
-                         self.changed(source, "assignment removed"))
-
-    def test_declarations_are_no_calls(self):
-        self.assertEqual([], self.changed("void f() { Name name(window); Other<A> b(c); }",
-                                          "call removed"))
-
-    def test_early_returns_go_and_last_ones_stay(self):
-        self.assertEqual(["int f() { if (a) ; return b; }"],
-                         self.changed("int f() { if (a) return 1; return b; }", "return removed"))
-
-    def test_returned_values(self):
-        self.assertEqual(["int f() { return {}; }", "int f() { return !(a()); }"],
-                         self.changed("int f() { return a(); }", "return value"))
+    def test_what_each_kind_of_change_makes(self):
+        for operator, source, expected in CHANGES:
+            with self.subTest(operator, source=source):
+                self.assertEqual(expected, self.changed(source, operator))
 
     def test_neighbours(self):
         families = mutants.enumerations_of("enum Kind : int {\n  kA = 0,\n  kB,  // last\n};\n"
@@ -87,41 +100,16 @@ class Changes(unittest.TestCase):
         self.assertEqual(["int a = kB;"], self.changed("int a = kA;", "neighbour", families))
         self.assertEqual(["int a = Step::kA;"],
                          self.changed("int a = Step::kC;", "neighbour", families))
-        self.assertEqual(["f(WM_RBUTTONDOWN);"], self.changed("f(WM_LBUTTONDOWN);", "neighbour"))
 
     def test_an_enumeration_keeps_its_own_names(self):
         source = "enum Kind : int { kA = 1, kB = 2 };"
         self.assertEqual([], self.changed(source, "neighbour", mutants.enumerations_of(source)))
-
-    def test_hexadecimal_constants_lose_a_flag(self):
-        self.assertEqual(["int a = 0x28;", "int a = 0x2A & B;"],
-                         self.changed("int a = 0x2A;", "flag") +
-                         self.changed("int a = 0x2B & B;", "flag"))
-        self.assertEqual([], self.changed("int a = 0x20 + 42;", "flag"))
-
-    def test_arguments_become_nothing(self):
-        self.assertEqual(["void f() { a::g({}, 0, b(c)); }", "void f() { a::g(d.e, 0, {}); }",
-                          "void f() { a::g(d.e, 0, b({})); }"],
-                         self.changed("void f() { a::g(d.e, 0, b(c)); }", "argument"))
-
-    def test_what_is_nothing_or_has_changes_of_its_own_stays(self):
-        self.assertEqual([], self.changed(
-            'void f() { g(nullptr, false, 7, "a", {}); H(a); if (b) return; }', "argument"))
 
     def test_arguments_become_others_of_their_type(self):
         source = "void f(HWND a, int b, HWND c) {\n    const int d = 1;\n    g(b, a);\n    int e = 2;\n}"
         self.assertEqual(["g({}, a)", "g(d, a)", "g(b, {})", "g(b, c)"],
                          [text.split("    ")[2].strip(";\n")
                           for text in self.changed(source, "argument")])
-
-    def test_parameters_and_declarations_are_no_arguments(self):
-        source = "int f(int a, int b) { A c(a, b); const B* g(a, b); return d<A>(a, b); }"
-        for operator in ("argument", "arguments exchanged"):
-            self.assertEqual([], self.changed(source, operator))
-
-    def test_neighbouring_arguments_change_places(self):
-        self.assertEqual(["void f() { g(b, a, c + 1); }", "void f() { g(a, c + 1, b); }"],
-                         self.changed("void f() { g(a, b, c + 1); }", "arguments exchanged"))
 
     def test_equal_arguments_and_those_of_other_types_keep_their_places(self):
         for call in ("g(a, a)", 'g("a", 1)', "g(window, 0)", "g(event.window, event.client)",
@@ -130,34 +118,6 @@ class Changes(unittest.TestCase):
             expected = [source.replace("count, WM_PAINT", "WM_PAINT, count")] \
                 if "PAINT" in call else []
             self.assertEqual(expected, self.changed(source, "arguments exchanged"), call)
-
-    def test_neighbouring_statements_change_places(self):
-        self.assertEqual(["void f() { g(1); a = 1; if (b) return; c(); }",
-                          "void f() { a = 1; if (b) return; g(1); c(); }",
-                          "void f() { a = 1; g(1); c(); if (b) return; }"],
-                         self.changed("void f() { a = 1; g(1); if (b) return; c(); }",
-                                      "statements exchanged"))
-
-    def test_statements_of_inner_blocks_and_whole_blocks(self):
-        self.assertEqual(["void f() { g(); if (a) { b(); c(); } else { d(); } }",
-                          "void f() { if (a) { c(); b(); } else { d(); } g(); }"],
-                         self.changed("void f() { if (a) { b(); c(); } else { d(); } g(); }",
-                                      "statements exchanged"))
-
-    def test_declarations_jumps_and_single_statements_keep_their_places(self):
-        self.assertEqual([], self.changed("int f() { int a = g(); h(); A b(c); i(); return a; }",
-                                          "statements exchanged"))
-
-    def test_stored_values_that_nobody_sees_in_between_keep_their_places(self):
-        self.assertEqual([], self.changed("void f() { a.x = 1; b = 2; c = ToPoint(d); }",
-                                          "statements exchanged"))
-        self.assertEqual(["void f() { b = a; a = 1; }"],
-                         self.changed("void f() { a = 1; b = a; }", "statements exchanged"))
-
-    def test_texts(self):
-        self.assertEqual(['f("abde");'], self.changed('f("abce");', "text"))
-        self.assertEqual(['f("x");'], self.changed('f("");', "text"))
-        self.assertEqual([], self.changed('extern "C" { }', "text"))
 
     def test_comments_and_directives_stay(self):
         self.assertEqual([], mutants.mutants_of("a.cpp", '#include "a"\n// a < b && 7\n/* 1 */\n'))
