@@ -8,6 +8,7 @@ have the same as one text.
 """
 
 import concurrent.futures
+import functools
 import json
 import pathlib
 import re
@@ -30,6 +31,7 @@ def run(command, **options):
                           check=False, **options)
 
 
+@functools.cache
 def system_headers():
     """What the real compiler would find by itself."""
     headers = run(["x86_64-w64-mingw32-g++-posix", "-print-file-name=include/c++"]).stdout.strip()
