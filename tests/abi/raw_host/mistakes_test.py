@@ -22,6 +22,7 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 sys.path.insert(0, str(ROOT / "tools/checks"))
+import system_headers  # noqa: E402
 import unity_build  # noqa: E402
 SUBJECT = "tests_bin/raw_host_subject.dll"
 
@@ -112,11 +113,12 @@ class Build:
         if text.count(old) != 1:
             return None, f"{header} has no or more than one: {old}"
         (headers / header).write_text(text.replace(old, new), encoding="utf-8")
+        # COMPILER OPTION... -o OBJECT -c SOURCE
+        *compiler, _, built, _, text = self.compilers[str(ROOT / source)]
         command = [str(headers) if word == str(self.folder / "sdk_made" / "include") else word
-                   for word in self.compilers[str(ROOT / source)]]
-        built = command[command.index("-o") + 1]
-        command[command.index("-o") + 1] = str(folder / "source.obj")
-        compiled = run(command, cwd=self.folder)
+                   for word in compiler]
+        compiled = run([*command, *system_headers.compiled(compiler), "-Wno-unused-private-field",
+                        "-o", str(folder / "source.obj"), "-c", text], cwd=self.folder)
         if compiled.returncode != 0:
             return None, compiled.stderr
         link = self.linker.replace(f" {built} ", f" {folder / 'source.obj'} ")
