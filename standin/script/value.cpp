@@ -105,6 +105,7 @@ std::string LowerCase(std::string_view text) {
 }
 
 bool EqualNames(std::string_view left, std::string_view right) {
+    // cppcheck-suppress danglingTemporaryLifetime // the texts outlive the call
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                       [](char a, char b) { return LowerCaseLetter(a) == LowerCaseLetter(b); });
 }
