@@ -184,6 +184,10 @@ function(karvel_host_dll name)
         karvel_host_side_options karvel_sdk_headers ${arg_LIBRARIES} standin_engine)
     karvel_share_system_headers(${target} karvel_host_side_options)
     karvel_later_host_together(${target})
+    if(KARVEL_MSVC)
+        # The gnu build compiles them one by one.
+        karvel_compile_together(${target} 0)
+    endif()
     set_target_properties(${target} PROPERTIES
         PREFIX ""
         LIBRARY_OUTPUT_DIRECTORY ${KARVEL_HOST_DIR}
