@@ -50,14 +50,19 @@ class Call(unittest.TestCase):
 
 class Signals(Call):
     def test_a_signal_ends_a_build_at_once(self):
+        calls = []
         for number, status in ((signal.SIGTERM, 143), (signal.SIGINT, 130), (signal.SIGHUP, 129)):
+            scratch = Scratch()
+            self.addCleanup(scratch.close)
+            calls.append((number, status, scratch, self.building(scratch)))
+        begin = time.monotonic()
+        for number, _, _, call in calls:
+            call.send_signal(number)
+        for number, status, scratch, call in calls:
             with self.subTest(number):
-                call = self.building()
-                begin = time.monotonic()
-                call.send_signal(number)
                 self.assertEqual(call.wait(30), status)
                 self.assertLess(time.monotonic() - begin, SOON)
-                self.nothing_is_left()
+                self.nothing_is_left(scratch)
 
     def test_a_signal_ends_an_installation_of_packages(self):
         self.scratch.switch("missing")
