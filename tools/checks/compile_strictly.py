@@ -82,8 +82,11 @@ def compile_text(mode, sources):
 def compile_group(job):
     """[(mode, source, output)] for those of a group that do not compile."""
     mode, sources = job
-    if compile_text(mode, sources)[0] == 0:
+    status, output = compile_text(mode, sources)
+    if status == 0:
         return []
+    if len(sources) == 1:
+        return [(mode, sources[0], output)]
     # One by one: names of one source may be in the way of another's, and the message is shorter.
     results = [(source, *compile_text(mode, [source])) for source in sources]
     return [(mode, source, output) for source, status, output in results if status != 0]
