@@ -29,8 +29,8 @@ class Together(unittest.TestCase):
         for name, text in texts.items():
             sources.append(self.folder / f"{name}.cpp")
             sources[-1].write_text(text, encoding="utf-8")
-        return "".join(self.tidy["check_text"](text, b"") for what in self.tidy["PASSES"]
-                       for text in self.tidy["texts_of"](("msvc", ["-std=c++20"], sources), what, []))
+        return "".join(self.tidy["check_text"](text, b"")
+                       for text in self.tidy["texts_of"](("msvc", ["-std=c++20"], sources), []))
 
     def test_sound_sources(self):
         self.assertEqual("", self.found_in(one="int F() { return 1; }\n", other="int G();\n"))

@@ -97,35 +97,46 @@ def read_groups(wanted):
     return [(preset, list(flags), sources) for (preset, flags), sources in groups.items()]
 
 
-def fits_together(flags, sources):
-    """Whether no name of one source is in the way of another's."""
+def fits_together(flags, sources, fitting):
+    """Whether no name of one source is in the way of another's. `fitting`: what fits, of which each part
+    does."""
+    if len(sources) == 1 or any(known.issuperset(sources) for known in fitting):
+        return True
     command = [CLANG, *flags, "-fsyntax-only", "-w", "-x", "c++", "-"]
-    return subprocess.run(command, input=unity_build.text_of(sources), capture_output=True,
-                          text=True, check=False, cwd=ROOT).returncode == 0
+    result = subprocess.run(command, input=unity_build.text_of(sources), capture_output=True,
+                            text=True, check=False, cwd=ROOT)
+    if result.returncode == 0:
+        fitting.append(set(sources))
+    return result.returncode == 0
 
 
-def put_together(flags, sources, ways):
+def put_together(flags, sources, ways, fitting):
     """[[source...]...]: the texts that the first way makes, those whose names meet by the next one,
     at last each source."""
     if not ways:
         return [[source] for source in sources]
     texts = []
     for part in ways[0](sources):
-        together = len(part) == 1 or fits_together(flags, part)
-        texts += [part] if together else put_together(flags, part, ways[1:])
+        together = fits_together(flags, part, fitting)
+        texts += [part] if together else put_together(flags, part, ways[1:], fitting)
     return texts
 
 
-def texts_of(group, what, gnu_extra):
-    """[(what, preset, flags, [source...])]: the texts of a group that one pass reads."""
+def texts_of(group, gnu_extra):
+    """[(what, preset, flags, [source...])]: the texts of a group that the passes read."""
     preset, flags, sources = group
     if preset == "gnu":
         flags = flags + gnu_extra
-    texts = put_together(flags, sources, PASSES[what][0])
-    # Headers that were compiled before are no help in finding patterns: they are gone through as well.
-    if what == "paths" and len(texts) > 3:
-        flags = flags + system_headers.compiled([CLANG, *flags])
-    return [(what, preset, flags, text) for text in texts]
+    found = []
+    fitting = []
+    for what, (ways, _) in PASSES.items():
+        texts = put_together(flags, sources, ways, fitting)
+        options = flags
+        # Headers that were compiled before are no help in finding patterns: they are gone through as well.
+        if what == "paths" and len(texts) > 3:
+            options = flags + system_headers.compiled([CLANG, *flags])
+        found += [(what, preset, options, text) for text in texts]
+    return found
 
 
 def check_text(text, shared):
@@ -170,8 +181,7 @@ def main():
     gnu_extra = gnu_headers()
     found = False
     with concurrent.futures.ThreadPoolExecutor(max_workers=os.cpu_count()) as pool:
-        parts = pool.map(lambda job: texts_of(*job, gnu_extra),
-                         [(group, what) for group in groups for what in PASSES])
+        parts = pool.map(lambda group: texts_of(group, gnu_extra), groups)
         texts = [text for part in parts for text in part]
         # The long ones first.
         texts.sort(key=lambda text: -len(text[-1]))
