@@ -29,6 +29,8 @@ class Sessions(unittest.TestCase):
             for how in ("-aln", "-an"):
                 if subprocess.run(["cp", how, f"{ROOT}/build/{made.name}/.", made]).returncode == 0:
                     break
+        # Of a copy that was broken off.
+        (self.scratch.build / "wine-made.partial-copy").mkdir()
         # The tests are one program that stays.
         ctest = self.scratch.fakes / "ctest"
         ctest.write_text(f"#!/bin/bash\nexec tools/session/run_under_wine.sh '{STAYS}' 1000\n")

@@ -271,7 +271,7 @@ karvel_make_prefix() {
         # Nobody may be using the old one while it is replaced.
         exec 8>"$WINEPREFIX.users"
         flock -x 8
-        rm -rf "$WINEPREFIX"
+        rm -rf "$WINEPREFIX" "$karvel_made.partial-copy"
         karvel_copy_prefix "$made" "$karvel_made.partial-copy" &&
             mv "$karvel_made.partial-copy" "$WINEPREFIX"
     ) 7>"$karvel_made.lock"
