@@ -184,7 +184,7 @@ function(karvel_host_dll name)
         karvel_host_side_options karvel_sdk_headers ${arg_LIBRARIES} standin_engine)
     karvel_share_system_headers(${target} karvel_host_side_options)
     karvel_later_host_together(${target})
-    if(KARVEL_MSVC)
+    if(KARVEL_MSVC AND NOT KARVEL_LATER_HOST)
         # The gnu build compiles them one by one.
         karvel_compile_together(${target} 0)
     endif()
