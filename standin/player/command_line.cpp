@@ -5,13 +5,13 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstring>
 #include <map>
 #include <optional>
 
 #include "standin/engine/intercept/faults.h"
+#include "standin/engine/read_file.h"
 #include "standin/player/player.h"
 #include "standin/player/plays.h"
 #include "standin/player/tour.h"
@@ -164,23 +164,12 @@ std::string ReadArguments(int count, char** arguments, int first, Arguments* res
     return {};
 }
 
-std::optional<std::string> ReadFile(const std::string& name) {
-    std::FILE* const file = std::fopen(name.c_str(), "rb");
-    if (!file) return {};
-    std::string text;
-    std::array<char, 65536> part;
-    while (!std::feof(file) && !std::ferror(file))
-        text.append(part.data(), std::fread(part.data(), 1, part.size(), file));
-    std::fclose(file);
-    return text;
-}
-
 // Reads the report whose windows the host has; complains where it is not sound. What the options
 // do not say is as it was there.
 bool ReadReport(Arguments* arguments) {
     player::Options& options = arguments->options;
     if (options.world.empty()) return true;
-    const std::optional<std::string> text = ReadFile(options.world);
+    const std::optional<std::string> text = files::Read(options.world);
     if (!text) {
         std::fprintf(stderr, "%s: the report is missing, check its name\n", options.world.c_str());
         return false;
@@ -203,7 +192,7 @@ bool ReadReport(Arguments* arguments) {
 
 // Reads a scenario; complains where it is not sound.
 bool ReadScenario(const Arguments& arguments, const std::string& file, scenario::Scenario* result) {
-    const std::optional<std::string> text = ReadFile(file);
+    const std::optional<std::string> text = files::Read(file);
     if (!text) {
         std::fprintf(stderr, "%s: the file is missing, check its name\n", file.c_str());
         return false;

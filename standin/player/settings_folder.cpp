@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "standin/engine/read_file.h"
+
 namespace player {
 namespace {
 
@@ -25,15 +27,6 @@ bool WriteFile(const std::string& file, const std::string& text) {
     if (!opened) return false;
     const bool written = std::fwrite(text.data(), 1, text.size(), opened) == text.size();
     return std::fclose(opened) == 0 && written;
-}
-
-bool Holds(const std::string& file, const std::string& text) {
-    std::FILE* const opened = std::fopen(file.c_str(), "rb");
-    if (!opened) return false;
-    std::string held(text.size() + 1, '\0');
-    held.resize(std::fread(held.data(), 1, held.size(), opened));
-    std::fclose(opened);
-    return held == text;
 }
 
 std::string TextOf(const std::vector<std::string>& lines) {
@@ -68,16 +61,17 @@ bool SettingsFolder::Make(const std::string& wanted, const Lines& lines) {
     CreateDirectoryA(path_.c_str(), nullptr);
     DeleteFileA(StrayFile(path_).c_str());
     // Most plays begin with the same settings and write none.
-    if (lines && Holds(File(), TextOf(*lines))) return true;
+    if (lines && files::Read(File()) == TextOf(*lines)) return true;
     DeleteFileA(File().c_str());
     return lines ? WriteFile(File(), TextOf(*lines)) : IsFolder(path_);
 }
 
 void SettingsFolder::RemoveOwn(DWORD process) {
-    const std::string folder = Own(process);
-    DeleteFileA((folder + "\\Karvel.ini").c_str());
-    DeleteFileA(StrayFile(folder).c_str());
-    RemoveDirectoryA(folder.c_str());
+    SettingsFolder own;
+    own.path_ = Own(process);
+    DeleteFileA(own.File().c_str());
+    DeleteFileA(StrayFile(own.path_).c_str());
+    RemoveDirectoryA(own.path_.c_str());
     RemoveDirectoryA(OwnParent(process).c_str());
 }
 

@@ -3,8 +3,6 @@
 #include <winternl.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <utility>
@@ -12,6 +10,7 @@
 #include "standin/engine/intercept/intercept.h"
 #include "standin/engine/plugin/link_map.h"
 #include "standin/engine/plugin/globals.h"
+#include "standin/engine/read_file.h"
 #include "standin/engine/trace/trace.h"
 #include "standin/engine/world/world.h"
 #include "standin/engine/world/internal.h"
@@ -228,16 +227,12 @@ bool LoadHost(const Files& files, std::string* message) {
 }
 
 bool CheckFile(const std::string& path, std::string* message) {
-    FILE* const file = std::fopen(path.c_str(), "rb");
+    const std::optional<std::string> file = files::Read(path);
     if (!file) {
         *message = "the plug-in " + path + " is missing, build it or name it with --plugin";
         return false;
     }
-    std::string bytes;
-    std::array<char, 65536> part;
-    while (!std::feof(file) && !std::ferror(file))
-        bytes.append(part.data(), std::fread(part.data(), 1, part.size(), file));
-    std::fclose(file);
+    const std::string& bytes = *file;
 
     // The names are looked up in the export table of the file as it lies on the disk.
     const auto number = [&bytes](size_t at) -> DWORD {
@@ -363,17 +358,12 @@ int Execute(int id) {
 
 bool LoadMap(const std::string& file, std::string* message) {
     if (file.empty()) return true;
-    FILE* const opened = std::fopen(file.c_str(), "rb");
-    if (!opened) {
+    const std::optional<std::string> text = files::Read(file);
+    if (!text) {
         *message = "the link map " + file + " is missing, build the plug-in or name it with --map";
         return false;
     }
-    std::string text;
-    std::array<char, 65536> part;
-    while (!std::feof(opened) && !std::ferror(opened))
-        text.append(part.data(), std::fread(part.data(), 1, part.size(), opened));
-    std::fclose(opened);
-    const std::optional<link_map::Map> map = link_map::Read(text);
+    const std::optional<link_map::Map> map = link_map::Read(*text);
     if (!map) {
         *message = file + " is no link map of lld-link or GNU ld, build the plug-in again";
         return false;
